@@ -1,0 +1,25 @@
+// The host's plug-in manager as its plug-ins see it: it routes PluginMetaData records by receiver name.
+// The library "pluginManger" implements it.
+#pragma once
+
+#include "plugin/interface/pluginmetadata.h"
+
+#include <QObject>
+
+// Set to the platform's export keyword while the library itself is compiled. Its users need no import keyword:
+// they only call functions.
+#ifndef PLUGINMANGER_DECL
+#define PLUGINMANGER_DECL
+#endif
+
+class PLUGINMANGER_DECL QTpluginsManger4CAM : public QObject
+{
+    Q_OBJECT
+
+public:
+    static QTpluginsManger4CAM *instance();
+
+    // Delivers `data` to the plug-in or object named in `data.toPlugin`, during the call. `sender` is the widget
+    // that stands for the sending plug-in; a record whose receiver is unknown is lost.
+    void recMegToPlugin(void *sender, PluginMetaData data);
+};

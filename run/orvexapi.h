@@ -1,0 +1,80 @@
+// The calls of the host's CAM library "ORVEX_API" that the plug-in makes. The host declares them; standard
+// strings, vectors and futures cross the boundary, so host and plug-in share one standard library.
+#pragma once
+
+#include "run/progressvalue.h"
+
+#include <string>
+#include <vector>
+
+// Set to the platform's export keyword while the library itself is compiled. Its users need no import keyword:
+// they only call functions.
+#ifndef ORVEX_API_DECL
+#define ORVEX_API_DECL
+#endif
+
+namespace ORVEX::API {
+
+// One record of a job's layer matrix; all texts are UTF-8.
+struct layer_info
+{
+    std::string context; // "BOARD", or another word for a layer that is no part of the physical board
+    std::string type;    // "SIGNAL", "POWER_GROUND", "SOLDER_MASK", "SILK_SCREEN", "SOLDER_PASTE", "DRILL", ...
+    std::string name;
+    std::string old_name;
+    std::string polarity; // "POSITIVE" or "NEGATIVE"
+    std::string start_name;
+    std::string end_name;
+    std::string add_type;
+    std::string color;
+    int row = 0; // the matrix row, counted from 1
+};
+
+enum class export_type : int { gerber = 0, gds = 1 };
+
+struct point
+{
+    double x = 0.0;
+    double y = 0.0;
+};
+
+// Reads the layer matrix of `job`: the names of its steps into `names`, one record a layer, in matrix order, into
+// `layers`. Returns an empty text, or what went wrong.
+ORVEX_API_DECL std::string get_matrix(const std::string &job, std::vector<std::string> &names,
+                                      std::vector<layer_info> &layers);
+
+// Exports one layer of one step of a job to the file `file_name`; blocks until it is done and reports through
+// `progress`. Geometry is scaled, then mirrored (x to -x, for axis "X"), then rotated.
+//   dbu      database unit in micrometres; 0 or less means 0.001
+//   resize   nanometres by which every feature grows, half of it to each side
+//   angle    degrees, counter-clockwise
+// Returns whether the file was written; throws what `progress` throws on a cancel.
+ORVEX_API_DECL bool layer_export(const std::string &job, const std::string &step, const std::string &layer,
+                                 export_type type, std::string file_name,
+                                 ORVEX::COMMON::progress_value<void> *progress, double dbu, double resize,
+                                 bool is_negative, bool is_mirror, bool is_rotate, bool is_scale,
+                                 int option_int_1, int option_int_2, int option_int_3, int option_int_4,
+                                 int option_int_5, int option_int_6, bool is_profile_top, double angle,
+                                 std::string axis, bool flag_option_1, double x_scale, double y_scale,
+                                 bool flag_option_2, int mode_1, int mode_2, int mode_3, int mode_4,
+                                 std::vector<std::vector<point>> polygons, int mode_5);
+
+} // namespace ORVEX::API
+
+namespace ORVEX::DB {
+
+// Whether every export is also to be recorded in the host's database.
+ORVEX_API_DECL bool get_SaveFlag();
+
+// Records an export in the host's database; the parameters are those of layer_export.
+ORVEX_API_DECL void layer_export_db_save(const std::string &job, const std::string &step,
+                                         const std::string &layer, ORVEX::API::export_type type,
+                                         std::string file_name, ORVEX::COMMON::progress_value<void> *progress,
+                                         double dbu, double resize, bool is_negative, bool is_mirror,
+                                         bool is_rotate, bool is_scale, int option_int_1, int option_int_2,
+                                         int option_int_3, int option_int_4, int option_int_5,
+                                         int option_int_6, bool is_profile_top, double angle,
+                                         std::string axis, bool flag_option_1, double x_scale, double y_scale,
+                                         bool flag_option_2);
+
+} // namespace ORVEX::DB

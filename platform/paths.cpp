@@ -1,0 +1,30 @@
+#include "platform/paths.h"
+
+#include <QtGlobal>
+
+#include <algorithm>
+
+namespace platform {
+
+QString toLocal(const QString &path)
+{
+#ifdef Q_OS_WIN
+    return path;
+#else
+    QString local = path;
+    return local.replace(QLatin1Char('\\'), QLatin1Char('/'));
+#endif
+}
+
+std::wstring toLocal(const std::wstring &path)
+{
+#ifdef Q_OS_WIN
+    return path;
+#else
+    std::wstring local = path;
+    std::replace(local.begin(), local.end(), L'\\', L'/');
+    return local;
+#endif
+}
+
+} // namespace platform

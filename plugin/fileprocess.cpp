@@ -1,0 +1,91 @@
+#include "plugin/fileprocess.h"
+
+#include "export/export.h"
+#include "export/exportjobinfo.h"
+#include "platform/shell.h"
+
+#include <QAction>
+#include <QIcon>
+#include <QToolBar>
+
+namespace {
+
+[[maybe_unused]] const char *const version = "2.28.054";
+
+QAction *newAction(const char *iconPath, const QString &text)
+{
+    return new QAction(QIcon(iconPath), text, nullptr);
+}
+
+} // namespace
+
+FileProcess::FileProcess()
+{
+    qRegisterMetaType<PluginMetaData>("PluginMetaData");
+    qRegisterMetaType<PluginMetaData>("PluginMetaData&");
+}
+
+FileProcess::FileProcess(QWidget * /*unused*/) {}
+
+void FileProcess::CreateFileProTools()
+{
+    m_importAction = newAction("://File_Process//Resources//import.png", tr("import"));
+    m_exportAction = newAction("://File_Process//Resources//export.png", tr("export"));
+    m_actions << m_importAction << m_exportAction;
+}
+
+QAction *FileProcess::InitImportTool(QWidget *parent)
+{
+    m_importParent = parent;
+    readCfgFile();
+    m_importAction = newAction("://File_Process//Resources//import.png", tr("import"));
+    connect(m_importAction, SIGNAL(triggered(bool)), this, SLOT(on_ImportACT_clicked()));
+    connect(this, SIGNAL(ImportSignal()), this, SLOT(on_ImportACT_clicked()));
+    return m_importAction;
+}
+
+QAction *FileProcess::InitExportTool()
+{
+    m_exportAction = newAction("://File_Process//Resources//export.png", tr("export"));
+    connect(m_exportAction, SIGNAL(triggered(bool)), this, SLOT(on_ExportACT_clicked()));
+    connect(this, SIGNAL(ExportSignal()), this, SLOT(on_ExportACT_clicked()));
+    return m_exportAction;
+}
+
+void FileProcess::GetFileProActions(QToolBar *bar)
+{
+    for (QAction *action : qAsConst(m_actions))
+        bar->addAction(action);
+    connect(m_exportAction, SIGNAL(triggered(bool)), this, SLOT(on_ExportACT_clicked()));
+}
+
+void FileProcess::setParentWidget(QWidget *widget)
+{
+    m_parentWidget = widget;
+}
+
+void FileProcess::InitExportInterface(QObject *context)
+{
+    m_exportDlg = new Export(nullptr);
+    m_exportDlg->setExportConfig(m_config);
+    m_exportDlg->setJobInfo(reinterpret_cast<ExportJobInfo *>(context));
+    m_exportDlg->setNewProfileList(m_newProfileList);
+    connect(m_exportDlg, SIGNAL(on_send_exprot_xml_to_fileprocess(PluginMetaData)), this,
+            SLOT(on_send_exprot_xml(PluginMetaData)));
+    m_exportDlg->show();
+}
+
+void FileProcess::exportNewProfile(QObject *list)
+{
+    if (!list)
+        return;
+    m_newProfileList.swap(*reinterpret_cast<QList<std::string> *>(list));
+    if (m_exportDlg)
+        m_exportDlg->setNewProfileList(m_newProfileList);
+}
+
+void FileProcess::mysystem(const std::string &file, const std::string &parameters)
+{
+    platform::shellExecuteAndWait(platform::wideFromSystemCodePage(file),
+                                  platform::wideFromSystemCodePage(parameters), platform::ShowState::Hidden);
+}

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Installs what the project needs from Debian's or Ubuntu's packages, by name, and only what is missing.
+#
+#   scripts/packages.sh SET...      sets: build run test check crosscheck bench fuzz
+set -euo pipefail
+
+declare -A packages=(
+    [build]="g++ cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libboost-dev"
+    [run]="p7zip-full fonts-dejavu-core qtbase5-dev"
+    [test]="p7zip-full fonts-dejavu-core"
+    [check]="clang-format"
+    [crosscheck]=""
+    [bench]=""
+    [fuzz]="clang"
+)
+
+wanted=()
+for set in "$@"; do
+    [ -n "${packages[$set]+known}" ] || { echo "packages.sh: no set '$set'" >&2; exit 2; }
+    read -ra names <<<"${packages[$set]}"
+    wanted+=("${names[@]}")
+done
+
+missing=()
+for name in "${wanted[@]}"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get -qq update
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install -y --no-install-recommends "${missing[@]}" >/dev/null

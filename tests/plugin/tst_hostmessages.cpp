@@ -8,6 +8,7 @@
 #include "tests/support/recordinghost.h"
 #include "tests/support/temporaryworkingfolder.h"
 
+#include <QAction>
 #include <QtTest>
 
 namespace {

@@ -5,6 +5,7 @@
 #include "tests/support/recordinghost.h"
 #include "tests/support/temporaryworkingfolder.h"
 
+#include <QAction>
 #include <QFileInfo>
 #include <QtTest>
 

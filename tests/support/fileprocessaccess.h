@@ -1,6 +1,7 @@
 // The tests' way to the private side of FileProcess, for what no public operation shows.
 #pragma once
 
+#include "export/export.h"
 #include "plugin/fileprocess.h"
 
 struct FileProcessAccess

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the project needs from Debian's or Ubuntu's packages, by name, and only what is missing.
 #
-#   scripts/packages.sh SET...      sets: build run test check crosscheck bench fuzz
+#   scripts/packages.sh SET...      sets: build run test check crosscheck bench fuzz windows
 set -euo pipefail
 
 declare -A packages=(
@@ -12,12 +12,14 @@ declare -A packages=(
     [crosscheck]=""
     [bench]=""
     [fuzz]="clang"
+    [windows]="g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
+               libboost-dev wine wine64 xvfb xauth zip unzip fonts-dejavu-core"
 )
 
 wanted=()
 for set in "$@"; do
     [ -n "${packages[$set]+known}" ] || { echo "packages.sh: no set '$set'" >&2; exit 2; }
-    read -ra names <<<"${packages[$set]}"
+    read -ra names <<<"${packages[$set]//$'\n'/ }"
     wanted+=("${names[@]}")
 done
 

@@ -1,0 +1,188 @@
+#!/usr/bin/env bash
+# Builds what the Windows programs need and Debian has no Windows package of: 7-Zip's 7z.dll, glog, SQLite and Qt 5,
+# from the distribution's own source packages. Everything lands in one cache folder and is built once; an interrupted
+# run goes on where it stopped.
+#
+#   scripts/windows/dependencies.sh          FILE_PROCESS_WINDOWS_DEPS names the folder (default: the user's cache)
+set -euo pipefail
+
+deps=${FILE_PROCESS_WINDOWS_DEPS:-${XDG_CACHE_HOME:-$HOME/.cache}/file_process/windows}
+prefix=$deps/prefix
+here=$(cd "$(dirname "$0")" && pwd)
+toolchain=$here/../../cmake/mingw-w64.cmake
+host=x86_64-w64-mingw32
+jobs=${FILE_PROCESS_JOBS:-$(nproc)}
+
+main() {
+    mkdir -p "$deps"/{sources,build,logs,stamps} "$prefix"/{bin,include,lib}
+    exec 9>"$deps/lock"
+    flock -n 9 || { say "another run is filling $deps; waiting for it"; flock 9; }
+    prefer_posix_compilers
+    component 7zip    7zip                   build_7zip
+    component glog    google-glog            build_glog
+    component sqlite  sqlite3                build_sqlite
+    component qt      qtbase-opensource-src  build_qt
+    link_boost
+    say "dependencies complete in $deps"
+}
+
+# --- the components ---------------------------------------------------------------------------------------------------
+
+# 7-Zip's own make file knows MinGW; it asks for a Windows shell unless MSYSTEM says that there is a Unix one.
+build_7zip() {
+    cd "$1/CPP/7zip/Bundles/Format7zF"
+    run "7-Zip: compile" make -j"$jobs" -f ../../cmpl_gcc.mak SYSTEMDRIVE=1 MSYSTEM=1 DISABLE_RAR=1 O="$1/out" \
+        CC=$host-gcc-posix CXX=$host-g++-posix RC=$host-windres CFLAGS_WARN_WALL=-w
+    install -m 755 "$1/out/7z.dll" "$prefix/bin/7z.dll"
+}
+
+build_glog() {
+    run "glog: configure" cmake -S "$1" -B "$1/out" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
+        -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=ON \
+        -DWITH_GFLAGS=OFF -DWITH_GTEST=OFF -DWITH_UNWIND=OFF -DBUILD_TESTING=OFF
+    run "glog: compile" ninja -C "$1/out" -j "$jobs" install
+}
+
+# The amalgamation is what SQLite's authors advise to compile; making it needs a C compiler of this machine and Tcl.
+build_sqlite() {
+    mkdir -p "$1/out" && cd "$1/out"
+    run "SQLite: configure" "$1/configure" --disable-tcl
+    run "SQLite: amalgamation" make sqlite3.c
+    run "SQLite: compile" $host-gcc-posix -O2 -s -shared -DSQLITE_THREADSAFE=1 -DSQLITE_OMIT_LOAD_EXTENSION \
+        '-DSQLITE_API=__declspec(dllexport)' sqlite3.c -o sqlite3.dll -Wl,--out-implib,libsqlite3.dll.a
+    install -m 755 sqlite3.dll "$prefix/bin"
+    install -m 644 sqlite3.h "$prefix/include"
+    install -m 644 libsqlite3.dll.a "$prefix/lib"
+}
+
+# Left out is what the programs do not use. Accessibility and tablet events are off because Debian's tarball lacks two
+# bundled headers they need; processor extensions beyond the base, because MinGW's stack alignment breaks AVX code.
+build_qt() {
+    mkdir -p "$1/out" && cd "$1/out"
+    [ -e configured ] || run "Qt: configure" "$1/configure" -opensource -confirm-license -release -shared \
+        -xplatform win32-g++ -device-option CROSS_COMPILE=$host- \
+        -prefix "$prefix" -no-opengl -no-angle -no-icu -no-dbus -no-openssl -no-sql-sqlite \
+        -no-feature-sql -no-feature-network -no-feature-xml -no-feature-concurrent -no-feature-accessibility \
+        -no-feature-tabletevent -no-feature-printer -nomake examples -nomake tests -no-pch \
+        -qt-zlib -qt-pcre -qt-libpng -no-libjpeg -qt-freetype -qt-harfbuzz \
+        -no-ssse3 -no-sse4.1 -no-sse4.2 -no-avx -no-avx2 -no-avx512
+    touch configured
+    run "Qt: compile (15 to 30 minutes on two cores)" make -j"$jobs"
+    run "Qt: install" make install
+}
+
+# Qt's make files call the compilers by their bare names, and those are another flavour on some machines.
+prefer_posix_compilers() {
+    mkdir -p "$deps/compilers"
+    local tool
+    for tool in gcc g++; do
+        ln -sfn "$(command -v $host-$tool-posix)" "$deps/compilers/$host-$tool"
+    done
+    PATH=$deps/compilers:$PATH
+}
+
+# Boost's headers are the same on every platform, but /usr/include as a whole must stay out of a Windows build.
+link_boost() {
+    [ -d /usr/include/boost ] && ln -sfn /usr/include/boost "$prefix/include/boost"
+    return 0
+}
+
+# --- how a component is made ------------------------------------------------------------------------------------------
+
+# component NAME PACKAGE BUILDER: makes NAME from the source package PACKAGE unless that very version is there already.
+# BUILDER gets the folder of the unpacked sources. Change RECIPE when a builder changes what it makes.
+RECIPE=1
+component() {
+    local name=$1 package=$2 builder=$3 stamp=$deps/stamps/$1
+    if [ -e "$stamp" ] && grep -qx "recipe $RECIPE" "$stamp"; then
+        say "$name: there ($(head -n 1 "$stamp"))"
+        return
+    fi
+    local started=$SECONDS
+    fetch_source "$package"
+    local version tree=$deps/build/$name
+    version=$(cat "$deps/sources/$package/version")
+    if [ "$(cat "$tree/unpacked" 2>/dev/null)" != "$version" ]; then
+        say "$name: unpack $package $version"
+        rm -rf "$tree" && mkdir -p "$tree/tree"
+        tar -C "$tree/tree" --strip-components=1 -xf "$(find "$deps/sources/$package" -name '*.orig.tar.*' ! -name '*.asc')"
+        echo "$version" > "$tree/unpacked"
+    fi
+    (log=$deps/logs/$name.log; : > "$log"; "$builder" "$tree/tree")
+    printf '%s\nrecipe %s\n' "$package $version" "$RECIPE" > "$stamp"
+    rm -rf "$tree"
+    say "$name: done in $(minutes $((SECONDS - started)))"
+}
+
+# Downloads the upstream tarball of a source package, checked by apt against the archive's signature.
+fetch_source() {
+    local package=$1 folder=$deps/sources/$1
+    [ -e "$folder/version" ] && return
+    source_lists
+    say "$package: download the source package"
+    rm -rf "$folder" && mkdir -p "$folder"
+    (cd "$folder" && private_apt -qq source --download-only "$package")
+    basename "$folder"/*.dsc .dsc | sed 's/^[^_]*_//' > "$folder/version.new"
+    mv "$folder/version.new" "$folder/version"
+}
+
+# Source package lists of this machine's own Debian or Ubuntu archives, kept in the cache folder: the system's package
+# sources stay as they are, and no rights are needed.
+source_lists() {
+    local list=$deps/apt/sources.list
+    [ -n "${lists_are_fresh:-}" ] && return
+    mkdir -p "$deps"/apt/lists/partial "$deps"/apt/cache/archives/partial
+    apt-get indextargets --format '$(ORIGIN)|$(REPO_URI)|$(RELEASE)|$(COMPONENT)' 'Created-By: Packages' |
+        awk -F'|' '$1 == "Debian" || $1 == "Ubuntu" {
+            printf "deb-src [signed-by=/usr/share/keyrings/%s-archive-keyring.gpg] %s %s %s\n", tolower($1), $2, $3, $4
+        }' | sort -u > "$list"
+    [ -s "$list" ] || fail "apt-get knows no Debian or Ubuntu archive here; run apt-get update first"
+    say "read the lists of source packages"
+    private_apt -qq update
+    lists_are_fresh=yes
+}
+
+private_apt() {
+    apt-get -o Dir::Etc::SourceList="$deps/apt/sources.list" -o Dir::Etc::SourceParts=/dev/null \
+        -o Dir::State::Lists="$deps/apt/lists" -o Dir::Cache="$deps/apt/cache" -o APT::Sandbox::User="$(id -un)" \
+        -o Acquire::Retries=3 "$@"
+}
+
+# --- showing what happens ---------------------------------------------------------------------------------------------
+
+say() { printf '[windows] %s\n' "$*"; }
+fail() { printf '[windows] error: %s\n' "$*" >&2; exit 1; }
+minutes() { printf '%d:%02d min' $(($1 / 60)) $(($1 % 60)); }
+
+# run LABEL COMMAND...: the output goes to the component's log; every 20 seconds a line tells how far it is.
+run() {
+    local label=$1 started=$SECONDS status=0 shown=$SECONDS
+    shift
+    say "$label"
+    printf '\n== %s\n' "$*" >> "$log"
+    "$@" >> "$log" 2>&1 9>&- < /dev/null &
+    local pid=$!
+    trap 'kill '"$pid"' 2>/dev/null' EXIT
+    while kill -0 "$pid" 2>/dev/null; do
+        sleep 1
+        if ((SECONDS - shown >= 20)); then
+            shown=$SECONDS
+            say "$label: $(minutes $((SECONDS - started))), $(wc -l < "$log") steps, now $(now_at)"
+        fi
+    done
+    wait "$pid" || status=$?
+    trap - EXIT
+    if ((status)); then
+        tail -n 40 "$log" >&2
+        fail "$label failed with exit code $status; the whole log is $log"
+    fi
+}
+
+# The source file that the newest line of the log is about, or the end of that line.
+now_at() {
+    local line
+    line=$(tail -n 1 "$log" | tr -d '\r' | tail -c 400)
+    grep -oE '[A-Za-z0-9_+-]+\.(cpp|cc|c|rc|S|o)\b' <<< "$line" | tail -n 1 || tail -c 60 <<< "$line"
+}
+
+main "$@"

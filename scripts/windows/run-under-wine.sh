@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Runs a Windows program of the build under Wine; ctest and CMake call it as the cross-compiling emulator.
+#
+#   run-under-wine.sh PROGRAM.exe [ARGUMENT...]
+#
+# Windows are not shown unless FILE_PROCESS_TEST_WINDOWS=1, which gives the program real ones, on $DISPLAY or on an X
+# server of its own. What a Qt Test program reports does not come through Wine's standard output, so it writes a file,
+# which is printed here; a test program that ends without its totals has crashed, whatever its exit code says.
+set -euo pipefail
+
+program=$1
+shift
+here=$(cd "$(dirname "$0")" && pwd)
+. "$here/wine.sh"
+folder=$(cd "$(dirname "$program")" && pwd)
+wine_use "${FILE_PROCESS_WINEPREFIX:-$(wine_prefix_of "$folder")}"
+
+runner=()
+if [ "${FILE_PROCESS_TEST_WINDOWS:-0}" = 1 ]; then
+    set -- "$@" -platform windows
+    [ -n "${DISPLAY:-}" ] || runner=(xvfb-run -a)
+fi
+
+case $(basename "$program") in
+tst_*) ;;
+*) exec "${runner[@]}" "$WINE" "$program" "$@" ;;
+esac
+
+report=$(mktemp "${TMPDIR:-/tmp}/qt-test.XXXXXX")
+trap 'rm -f "$report"' EXIT
+status=0
+"${runner[@]}" "$WINE" "$program" "$@" -o "Z:${report//\//\\},txt" || status=$?
+tr -d '\r' < "$report"
+if [ "$status" -eq 0 ] && ! grep -qE '^Totals: [0-9]+ passed, 0 failed' "$report"; then
+    echo "run-under-wine.sh: $program ended with exit code 0 but without reporting its totals" >&2
+    status=125
+fi
+exit "$status"

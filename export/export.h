@@ -20,6 +20,7 @@
 
 class CheckBoxDelegate;
 class ComboBoxDelegate;
+class Progress;
 class ReadOnlyDelegate;
 class RorateValidatorDelegate;
 class ScaleValidatorDelegate;
@@ -27,14 +28,12 @@ class ScaleValidatorDelegate;
 class QBoxLayout;
 class QComboBox;
 class QFrame;
-class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QProgressDialog;
 class QPushButton;
 class QStandardItemModel;
 class QTableWidget;
-class QVBoxLayout;
 
 class Export : public QWidget
 {
@@ -76,7 +75,11 @@ private:
     void initWidgets();
     QBoxLayout *createPathRow();
     QBoxLayout *createNameRow();
+    QBoxLayout *createSecondDirGroup();
+    QBoxLayout *createFormatGroup();
     QBoxLayout *createReferenceRow();
+    QBoxLayout *createOffsetGroup(const QString &axis, QLabel *&label, QLineEdit *&edit, QLabel *&unit,
+                                  QFrame *&endLine);
     QBoxLayout *createButtonRow();
     void initConnections();
     void initReferenceValidators();
@@ -84,6 +87,7 @@ private:
 
     // layertable.cpp
     void initTable();
+    void initHeader();
     void fillLayerTable();
     void queryMatrix();
     void addLayerRow(int row, const ORVEX::API::layer_info &layer);
@@ -98,15 +102,19 @@ private:
     void copyItemText(int fromRow, int toRow, int column);
 
     // run/exportrun.cpp
+    static bool isAnyRunning();
+    void setRunning(bool running);
     void readRunFields();
     void collectLayerParams();
+    std::string layerName(int row) const;
     LayerExportParam layerParam(int row) const;
     void reportExport();
     void createProgressDialog();
     void runExport();
     void placeProgressDialog();
     void setJobStatics(const std::string &layerName, const LayerExportParam &param);
-    void exportLayer(LayerExportParam &param);
+    void setOutputFile(const std::string &layerName);
+    double exportLayer(Progress &job); // returns its whole seconds
     void fillTimeCells();
     void addTimeCell(int row);
 
@@ -186,6 +194,7 @@ private:
     };
     RunOptions m_runOptions;
 
+    bool m_isRunning = false;
     bool m_isWarning = false; // the path warning is open
     bool m_isClosing = false; // the window is going away: nobody is left to correct a path
 };

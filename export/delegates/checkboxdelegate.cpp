@@ -1,0 +1,50 @@
+#include "export/delegates/checkboxdelegate.h"
+
+#include "export/layercolumns.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QStyleOptionButton>
+
+CheckBoxDelegate::CheckBoxDelegate(QObject *parent) : QStyledItemDelegate(parent) {}
+
+void CheckBoxDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) const
+{
+    if (index.column() != layer_column::Check) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
+    QStyleOptionButton box;
+    const bool checked = index.data(Qt::DisplayRole).toBool();
+    box.state = QStyle::State_Enabled | (checked ? QStyle::State_On : QStyle::State_Off);
+    box.rect = checkRect(option.rect);
+    QApplication::style()->drawControl(QStyle::CE_CheckBox, &box, painter);
+}
+
+bool CheckBoxDelegate::editorEvent(QEvent *event, QAbstractItemModel *model,
+                                   const QStyleOptionViewItem &option, const QModelIndex &index)
+{
+    if (index.column() != layer_column::Check)
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        return model->setData(index, !index.data(Qt::DisplayRole).toBool(), Qt::EditRole);
+    case QEvent::MouseButtonRelease: {
+        const auto *mouse = static_cast<QMouseEvent *>(event);
+        return mouse->button() != Qt::LeftButton || checkRect(option.rect).contains(mouse->pos());
+    }
+    default:
+        return true;
+    }
+}
+
+QRect CheckBoxDelegate::checkRect(const QRect &cell)
+{
+    const QStyleOptionButton standard;
+    const QSize size = QApplication::style()->subElementRect(QStyle::SE_CheckBoxIndicator, &standard).size();
+    const QPoint corner(cell.x() + (cell.width() / 2 - size.width() / 2),
+                        cell.height() / 2 - size.height() / 2 + cell.y());
+    return QRect(corner, size);
+}

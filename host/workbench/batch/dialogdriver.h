@@ -1,0 +1,39 @@
+// Answers the modal windows that a plug-in opens, as a person would: it looks every few milliseconds for a
+// window that waits for an answer, hands it to the caller's function, and gives up a window that stays open.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <functional>
+
+class QAbstractButton;
+class QWidget;
+
+class DialogDriver : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Returns the button to press, or null when the window has been answered otherwise.
+    using Answer = std::function<QAbstractButton *(QWidget *window)>;
+
+    explicit DialogDriver(QObject *parent = nullptr);
+
+    // Who answers a window, from now on.
+    void setAnswer(Answer answer) { m_answer = std::move(answer); }
+
+signals:
+    // A window did not close after its answer; it is rejected.
+    void stuck(const QString &title);
+
+private:
+    void look();
+
+    QTimer m_timer;
+    Answer m_answer;
+    QPointer<QWidget> m_answered;
+    QElapsedTimer m_sinceAnswer;
+};

@@ -1,0 +1,26 @@
+// What the workbench is asked for on its command line.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+struct CommandLine
+{
+    bool batch = false;
+    QStringList formats = {".gds", ".gerber"}; // of the exports, in this order
+    QString outputFolder;                      // empty: what the Export dialog proposes
+    QString jobFolder;                         // the job root; empty: what the settings file says
+    QString step;                              // empty: the job's first one
+    QString screenshotFolder;                  // empty: no pictures
+    bool overwrite = false;
+    bool verbose = false;
+    QStringList archives;
+
+    bool showHelp = false;
+    bool showVersion = false;
+    QString help;  // the text of --help
+    QString error; // not empty: the command line makes no sense, and why
+
+    // `arguments` begins with the program's name. All paths become absolute.
+    static CommandLine parse(const QStringList &arguments);
+};

@@ -1,0 +1,34 @@
+// The host's own settings file, "oxconfig.ini" in the working folder. The host writes it; plug-ins and the
+// CAM library read it, each for itself and by that relative name.
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+class QTemporaryDir;
+
+namespace hostsettings {
+
+// Writes a settings file with the defaults when the working folder has none: jobs in its folder "job",
+// exports as GDS with a database unit of 0.001 um. Returns whether the folder has a settings file now.
+bool writeDefaults();
+
+// The folder that holds the jobs when the settings give `configured`: that folder when it exists, else "job"
+// in the working folder. Plug-ins fall back in the same way. Absolute and local.
+QString jobRoot(const QString &configured);
+
+} // namespace hostsettings
+
+// A working folder for one run whose settings file is the user's, but with jobs in another folder. While the
+// object lives it is the working folder of the process.
+class SessionFolder
+{
+public:
+    explicit SessionFolder(const QString &jobFolder);
+    ~SessionFolder();
+
+private:
+    QString m_before;
+    std::unique_ptr<QTemporaryDir> m_folder;
+};

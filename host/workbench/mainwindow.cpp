@@ -1,0 +1,272 @@
+#include "host/workbench/mainwindow.h"
+
+#include "host/cam/jobroot.h"
+#include "host/pluginmanger/pluginhost.h"
+#include "host/workbench/hostsettings.h"
+#include "host/workbench/joblistpanel.h"
+#include "host/workbench/jobstore.h"
+#include "host/workbench/layerpanel.h"
+#include "host/workbench/logpane.h"
+#include "host/workbench/parentwidget.h"
+#include "run/orvexapi.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QUrl>
+
+#include <glog/logging.h>
+
+namespace {
+
+const int messageTime = 8000; // ms that a message stays in the status bar
+
+QDockWidget *dock(const QString &title, const QString &name, QWidget *content)
+{
+    auto *dock = new QDockWidget(title);
+    dock->setObjectName(name);
+    dock->setWidget(content);
+    return dock;
+}
+
+} // namespace
+
+MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent), m_log(log)
+{
+    setWindowTitle(tr("CAM Workbench"));
+    buildPanels();
+    buildMenus();
+    connect(&m_log, &LogCollector::logged, m_logPane, &LogPane::append);
+    connect(&m_messages, &HostMessages::jobFolderAnnounced, this, &MainWindow::setJobFolder);
+    connect(&m_messages, &HostMessages::fileImported, this, &MainWindow::takeImportedFile);
+    connect(&m_messages, &HostMessages::exportReported, this, &MainWindow::takeExportReport);
+    connect(&m_messages, &HostMessages::exportRefused, this, [this] {
+        statusBar()->showMessage(tr("Open a job first, then export its layers."), messageTime);
+    });
+    resize(1180, 760);
+    setJobFolder(QString());
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::buildPanels()
+{
+    m_jobs = new JobListPanel;
+    m_layers = new LayerPanel;
+    m_logPane = new LogPane;
+    setCentralWidget(m_layers);
+    addDockWidget(Qt::LeftDockWidgetArea, dock(tr("Jobs"), "JobsDock", m_jobs));
+    addDockWidget(Qt::BottomDockWidgetArea, dock(tr("Log"), "LogDock", m_logPane));
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    const QList<QDockWidget *> docks = findChildren<QDockWidget *>();
+    resizeDocks({docks[0]}, {250}, Qt::Horizontal);
+    resizeDocks({docks[1]}, {180}, Qt::Vertical);
+
+    connect(m_jobs, &JobListPanel::jobChosen, this, &MainWindow::openJob);
+    connect(m_layers, &LayerPanel::stepChosen, this, &MainWindow::updateContext);
+}
+
+void MainWindow::buildMenus()
+{
+    m_toolBar = addToolBar(tr("Plug-ins"));
+    m_toolBar->setObjectName("PluginToolBar");
+    m_toolBar->setIconSize(QSize(32, 32));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    m_toolBar->setMovable(false);
+
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    QAction *refresh = file->addAction(tr("&Refresh jobs"), this, &MainWindow::refreshJobs);
+    refresh->setShortcut(QKeySequence::Refresh);
+    file->addAction(tr("Show job &folder"), this,
+                    [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_jobRoot)); });
+    file->addSeparator();
+    QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    for (QDockWidget *dock : findChildren<QDockWidget *>())
+        view->addAction(dock->toggleViewAction());
+    menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainWindow::showAbout);
+
+    m_jobStatus = new QLabel;
+    statusBar()->addPermanentWidget(m_jobStatus);
+}
+
+void MainWindow::addPlugins()
+{
+    for (const LoadedPlugin &plugin : PluginHost::instance().plugins()) {
+        if (!setPluginParentWidget(plugin, this))
+            LOG(WARNING) << plugin.name.toStdString()
+                         << " exports no setParentWidget: its direct messages have no sender";
+        QAction *importAction = plugin.plugin->InitImportTool(this);
+        QAction *exportAction = plugin.plugin->InitExportTool();
+        for (QAction *action : {importAction, exportAction}) {
+            if (!action)
+                continue;
+            action->setParent(this); // plug-ins leave their actions to the host
+            m_toolBar->addAction(action);
+        }
+        if (plugin.name == "File_Process") {
+            m_importAction = importAction;
+            m_exportAction = exportAction;
+        }
+    }
+    if (m_importAction)
+        m_importAction->setStatusTip(tr("Take in ODB++ job archives, GDSII and Gerber files"));
+    if (m_exportAction)
+        m_exportAction->setStatusTip(tr("Write layers of the open job as GDSII or Gerber files"));
+    updateContext();
+    statusBar()->showMessage(PluginHost::instance().plugins().isEmpty()
+                                 ? tr("No plug-in is loaded; the log says why.")
+                                 : tr("Ready"),
+                             messageTime);
+}
+
+void MainWindow::pressButton(QAction *action)
+{
+    if (auto *button = qobject_cast<QToolButton *>(m_toolBar->widgetForAction(action)))
+        button->click();
+}
+
+QStringList MainWindow::jobNames() const
+{
+    return m_jobs->jobNames();
+}
+
+bool MainWindow::chooseStep(const QString &step)
+{
+    return m_layers->setCurrentStep(step);
+}
+
+void MainWindow::setJobFolder(const QString &folder)
+{
+    m_jobFolder = folder;
+    refreshJobs();
+}
+
+void MainWindow::refreshJobs()
+{
+    m_jobRoot = hostsettings::jobRoot(m_jobFolder);
+    ORVEX::HOST::set_job_root(QDir::toNativeSeparators(m_jobRoot).toStdString());
+    m_jobs->setJobs(m_jobRoot, listJobs(m_jobRoot));
+    if (!m_openJob.isEmpty() && !jobNames().contains(m_openJob)) {
+        LOG(INFO) << "the open job " << m_openJob.toStdString() << " is gone";
+        m_openJob.clear();
+        m_layers->showNothing(tr("No job is open."));
+    }
+    m_jobs->setCurrentJob(m_openJob);
+    updateContext();
+}
+
+void MainWindow::openJob(const QString &name)
+{
+    std::vector<std::string> names;
+    std::vector<ORVEX::API::layer_info> layers;
+    const std::string failure = ORVEX::API::get_matrix(name.toStdString(), names, layers);
+    QStringList steps;
+    for (const std::string &step : names)
+        steps << QString::fromStdString(step);
+    m_openJob = name;
+    m_jobs->setCurrentJob(name);
+    if (failure.empty()) {
+        m_layers->showMatrix(name, steps, layers);
+        LOG(INFO) << "opened the job " << name.toStdString() << ": " << layers.size() << " layers, "
+                  << names.size() << " steps";
+    } else {
+        m_layers->showNothing(
+            tr("The job's layers cannot be read:\n%1").arg(QString::fromStdString(failure)));
+        LOG(ERROR) << "the layers of the job " << name.toStdString() << " cannot be read: " << failure;
+    }
+    updateContext();
+}
+
+void MainWindow::takeImportedFile(const QString &path)
+{
+    const QStringList before = jobNames();
+    refreshJobs();
+    const QFileInfo file(path);
+    if (file.suffix().toLower() != "tgz") {
+        LOG(INFO) << path.toStdString() << " was taken in as a single layer file";
+        statusBar()->showMessage(tr("%1 is a layer file; it belongs to no job.").arg(file.fileName()),
+                                 messageTime);
+        emit fileImported(path);
+        return;
+    }
+    // The folder is named as the archive; when that name was taken, as inside the archive.
+    QString job = file.completeBaseName();
+    for (const QString &name : jobNames()) {
+        if (!before.contains(name))
+            job = name;
+    }
+    if (jobNames().contains(job)) {
+        openJob(job);
+        statusBar()->showMessage(tr("Imported %1 as the job %2.").arg(file.fileName(), job), messageTime);
+    } else {
+        LOG(ERROR) << path.toStdString() << " was unpacked, but holds no ODB++ job: there is no folder "
+                   << m_jobRoot.toStdString() << "/" << job.toStdString() << " with a matrix in it";
+        statusBar()->showMessage(tr("%1 holds no ODB++ job.").arg(file.fileName()), messageTime);
+    }
+    emit fileImported(path);
+}
+
+void MainWindow::takeExportReport(const QString &folder, const QStringList &layers)
+{
+    LOG(INFO) << "exporting " << layers.size() << " layers to " << folder.toStdString() << ": "
+              << layers.join(", ").toStdString();
+    statusBar()->showMessage(tr("Exporting %n layer(s) to %1", nullptr, layers.size()).arg(folder),
+                             messageTime);
+}
+
+void MainWindow::updateContext()
+{
+    ExportJobInfo context;
+    if (!m_openJob.isEmpty()) {
+        context.stepName = m_layers->currentStep();
+        context.folderPath = m_jobRoot + "/" + m_openJob;
+        context.jobName = m_openJob;
+    }
+    m_messages.setJobContext(context);
+    if (m_exportAction)
+        m_exportAction->setEnabled(!m_openJob.isEmpty());
+    setWindowTitle(m_openJob.isEmpty() ? tr("CAM Workbench") : tr("%1 - CAM Workbench").arg(m_openJob));
+    m_jobStatus->setText(m_openJob.isEmpty() ? tr("No job open")
+                                             : tr("%1  |  step %2  |  %3 layers")
+                                                   .arg(m_openJob, m_layers->currentStep())
+                                                   .arg(m_layers->layerCount()));
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    // A plug-in's modal window means that its command is still on the stack, or that the user has choices to
+    // lose.
+    if (QWidget *modal = QApplication::activeModalWidget()) {
+        modal->raise();
+        statusBar()->showMessage(tr("Close \"%1\" first.").arg(modal->windowTitle()), messageTime);
+        event->ignore();
+        return;
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::showAbout()
+{
+    QStringList plugins;
+    for (const LoadedPlugin &plugin : PluginHost::instance().plugins())
+        plugins << plugin.name;
+    QMessageBox::about(
+        this, tr("About CAM Workbench"),
+        tr("<b>CAM Workbench %1</b><p>A small desktop host for CAM plug-ins.</p><p>Plug-ins: %2</p>"
+           "<p>Qt %3</p>")
+            .arg(QApplication::applicationVersion(), plugins.isEmpty() ? tr("none") : plugins.join(", "),
+                 qVersion()));
+}

@@ -47,6 +47,7 @@ Transform placement(const StepRepeat &repeat);
 struct StepImage
 {
     std::string name; // lower case
+    Point datum;      // in the step's own coordinates
     FeatureSet features;
     std::vector<StepRepeat> repeats;
 };

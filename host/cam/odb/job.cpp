@@ -1,0 +1,243 @@
+// Puts a layer's image together: the step's own file, the steps below it, and every symbol that they name.
+#include "host/cam/odb/job.h"
+
+#include "host/cam/error.h"
+#include "host/cam/odb/featuresfile.h"
+#include "host/cam/odb/stepheader.h"
+#include "host/cam/odb/textfile.h"
+#include "host/cam/paths.h"
+
+#include <algorithm>
+#include <set>
+
+namespace cam {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// "folder/name" with both looked up without regard to case; nothing when there is none.
+std::optional<fs::path> findFolder(const fs::path &parent, std::string_view folder, std::string_view name)
+{
+    const auto outer = findEntry(parent, folder);
+    return outer ? findEntry(*outer, name) : std::nullopt;
+}
+
+class LayerReader
+{
+public:
+    LayerReader(const fs::path &job, const std::string &layer, ReadingNotes &notes,
+                const std::function<void(double)> &report)
+        : m_job(job), m_notes(notes), m_report(report)
+    {
+        m_image.layer = lowerCase(layer);
+    }
+
+    LayerImage read(const std::string &step);
+
+private:
+    std::uint32_t readStep(const std::string &name, bool isTop);
+    FeatureSet readStepFeatures(const fs::path &stepFolder, bool isTop);
+    std::uint32_t symbolIndex(std::string_view name, SymbolUnit unit);
+    std::unique_ptr<FeatureSet> readOwnSymbol(const fs::path &folder, const std::string &name);
+    const Font &font(std::string_view name);
+    FeatureSet takeFeatures(FeaturesFile &&file);
+    FeaturesContext context();
+
+    const fs::path &m_job;
+    ReadingNotes &m_notes;
+    const std::function<void(double)> &m_report;
+    LayerImage m_image;
+    std::map<std::pair<std::string, SymbolUnit>, std::uint32_t> m_symbols;
+    std::map<std::string, std::uint32_t> m_steps;
+    std::vector<std::string> m_openSteps; // from the exported step down to the one being read
+    std::set<std::string> m_openSymbols;
+    std::map<std::string, Font, std::less<>> m_fonts;
+};
+
+LayerImage LayerReader::read(const std::string &step)
+{
+    readStep(lowerCase(step), true);
+    m_report(1.0);
+    return std::move(m_image);
+}
+
+FeaturesContext LayerReader::context()
+{
+    FeaturesContext context;
+    context.symbolIndex = [this](std::string_view name, SymbolUnit unit) { return symbolIndex(name, unit); };
+    context.font = [this](std::string_view name) -> const Font & { return font(name); };
+    context.report = m_report;
+    return context;
+}
+
+FeatureSet LayerReader::takeFeatures(FeaturesFile &&file)
+{
+    for (const auto &[name, count] : file.unsupported)
+        m_notes.unsupported[name] += count;
+    for (const auto &[name, count] : file.simplified)
+        m_notes.simplified[name] += count;
+    return std::move(file.features);
+}
+
+// Children are read, and stand in the image, before their parents.
+std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
+{
+    if (const auto known = m_steps.find(name); known != m_steps.end())
+        return known->second;
+    if (std::find(m_openSteps.begin(), m_openSteps.end(), name) != m_openSteps.end())
+        throw Error(m_job.u8string() + ": the step " + name + " repeats itself");
+    const auto folder = findFolder(m_job, "steps", name);
+    if (!folder)
+        throw Error(m_job.u8string() + ": expected a step " + name);
+
+    m_openSteps.push_back(name);
+    StepImage step;
+    step.name = name;
+    StepHeader header;
+    if (TextFile::exists(*folder, "stephdr")) {
+        const TextFile file(*folder, "stephdr");
+        header = parseStepHeader(file.text(), file.name());
+    }
+    for (const StepHeaderRepeat &repeat : header.repeats) {
+        StepRepeat placed;
+        placed.step = readStep(repeat.step, false);
+        placed.at = repeat.at;
+        placed.angle = repeat.angle;
+        placed.mirror = repeat.mirror;
+        placed.nx = static_cast<std::uint32_t>(repeat.nx);
+        placed.ny = static_cast<std::uint32_t>(repeat.ny);
+        placed.dx = repeat.dx;
+        placed.dy = repeat.dy;
+        placed.childDatum = m_image.steps[placed.step].datum;
+        step.repeats.push_back(placed);
+    }
+    step.datum = header.datum;
+    step.features = readStepFeatures(*folder, isTop);
+    if (isTop) {
+        m_image.datum = header.datum;
+        if (TextFile::exists(*folder, "profile")) {
+            const TextFile file(*folder, "profile");
+            m_image.profile = readContours(file.text(), file.name());
+        }
+    }
+    m_openSteps.pop_back();
+    const auto index = static_cast<std::uint32_t>(m_image.steps.size());
+    m_image.steps.push_back(std::move(step));
+    m_steps.emplace(name, index);
+    return index;
+}
+
+// A nested step may well lack the layer; the exported one must not, or its export would be empty in silence.
+FeatureSet LayerReader::readStepFeatures(const fs::path &stepFolder, bool isTop)
+{
+    const auto folder = findFolder(stepFolder, "layers", m_image.layer);
+    if (!folder) {
+        if (isTop)
+            throw Error(stepFolder.u8string() + ": expected a folder layers/" + m_image.layer);
+        return {};
+    }
+    if (!TextFile::exists(*folder, "features")) // a component layer may have its components only
+        return {};
+    const TextFile file(*folder, "features");
+    return takeFeatures(readFeatures(file.text(), file.name(), context()));
+}
+
+// A standard name always means the standard symbol; the job's own symbols are looked for behind it.
+std::uint32_t LayerReader::symbolIndex(std::string_view name, SymbolUnit unit)
+{
+    const std::pair<std::string, SymbolUnit> key(name, unit);
+    if (const auto known = m_symbols.find(key); known != m_symbols.end())
+        return known->second;
+
+    Symbol symbol;
+    symbol.name = key.first;
+    symbol.unit = unit;
+    try {
+        symbol.standard = parseStandardSymbol(name, unit);
+    } catch (const SymbolError &) {
+        const auto folder = findFolder(m_job, "symbols", name);
+        if (!folder || !TextFile::exists(*folder, "features"))
+            throw;
+        symbol.features = readOwnSymbol(*folder, key.first);
+    }
+    const auto index = static_cast<std::uint32_t>(m_image.symbols.size());
+    m_image.symbols.push_back(std::move(symbol));
+    m_symbols.emplace(key, index);
+    return index;
+}
+
+std::unique_ptr<FeatureSet> LayerReader::readOwnSymbol(const fs::path &folder, const std::string &name)
+{
+    if (!m_openSymbols.insert(name).second)
+        throw Error(folder.u8string() + ": the symbol " + name + " is drawn with itself");
+    const TextFile file(folder, "features");
+    FeaturesContext context = this->context();
+    context.report = [](double) {};
+    auto features =
+        std::make_unique<FeatureSet>(takeFeatures(readFeatures(file.text(), file.name(), context)));
+    m_openSymbols.erase(name);
+    return features;
+}
+
+const Font &LayerReader::font(std::string_view name)
+{
+    if (const auto known = m_fonts.find(name); known != m_fonts.end())
+        return known->second;
+    const auto folder = findEntry(m_job, "fonts");
+    if (!folder)
+        throw Error(m_job.u8string() + ": expected a folder fonts");
+    const TextFile file(*folder, name);
+    return m_fonts.emplace(std::string(name), parseFont(file.text(), file.name())).first->second;
+}
+
+// What a writer says about the layer in its file.
+void describe(LayerImage &image, const Matrix &matrix, const MatrixLayer &layer)
+{
+    image.context = layer.context;
+    image.type = layer.type;
+    image.polarity = layer.polarity == "NEGATIVE" ? Polarity::Negative : Polarity::Positive;
+    image.row = layer.row;
+    image.startName = lowerCase(layer.startName);
+    image.endName = lowerCase(layer.endName);
+    image.aboveCopper = layer.isBoard();
+    for (const MatrixLayer &other : matrix.layers) {
+        if (!other.isCopper())
+            continue;
+        ++image.copperCount;
+        if (&other == &layer)
+            image.copperRank = image.copperCount;
+        if (other.row < layer.row || &other == &layer)
+            image.aboveCopper = false;
+    }
+}
+
+fs::path matrixFolder(const fs::path &job)
+{
+    const auto folder = findEntry(job, "matrix");
+    if (!folder)
+        throw Error(job.u8string() + ": expected a folder matrix");
+    return *folder;
+}
+
+} // namespace
+
+Job::Job(fs::path folder) : m_folder(std::move(folder)), m_name(lowerCase(m_folder.filename().u8string()))
+{
+    const TextFile file(matrixFolder(m_folder), "matrix");
+    m_matrix = parseMatrix(file.text(), file.name());
+}
+
+LayerImage Job::readLayer(const std::string &step, const std::string &layer, ReadingNotes &notes,
+                          const std::function<void(double)> &report) const
+{
+    const MatrixLayer *row = m_matrix.find(layer);
+    if (!row)
+        throw Error(m_folder.u8string() + ": expected a layer " + lowerCase(layer) + " in the matrix");
+    LayerImage image = LayerReader(m_folder, layer, notes, report).read(step);
+    image.job = m_name;
+    describe(image, m_matrix, *row);
+    return image;
+}
+
+} // namespace cam

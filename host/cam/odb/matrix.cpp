@@ -1,0 +1,70 @@
+#include "host/cam/odb/matrix.h"
+
+#include "host/cam/odb/structuredtext.h"
+#include "host/cam/paths.h"
+
+#include <algorithm>
+
+namespace cam {
+
+namespace {
+
+std::string upperCase(std::string text)
+{
+    for (char &c : text) {
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - ('a' - 'A'));
+    }
+    return text;
+}
+
+MatrixLayer toLayer(const StructuredText &text, const StructuredBlock &block)
+{
+    MatrixLayer layer;
+    layer.row = text.integer(block, "ROW", 0);
+    layer.context = upperCase(block.value("CONTEXT"));
+    layer.type = upperCase(block.value("TYPE"));
+    layer.name = block.value("NAME");
+    layer.polarity = upperCase(block.value("POLARITY", "POSITIVE"));
+    layer.oldName = block.value("OLD_NAME");
+    layer.startName = block.value("START_NAME");
+    layer.endName = block.value("END_NAME");
+    layer.addType = block.value("ADD_TYPE");
+    layer.color = block.value("COLOR");
+    return layer;
+}
+
+} // namespace
+
+const MatrixLayer *Matrix::find(std::string_view layer) const
+{
+    const std::string wanted = lowerCase(layer);
+    const auto found = std::find_if(layers.begin(), layers.end(), [&wanted](const MatrixLayer &candidate) {
+        return lowerCase(candidate.name) == wanted;
+    });
+    return found == layers.end() ? nullptr : &*found;
+}
+
+Matrix parseMatrix(std::string_view text, const std::string &file)
+{
+    const StructuredText parsed = parseStructuredText(text, file);
+    std::vector<std::pair<int, std::string>> steps;
+    Matrix matrix;
+    for (const StructuredBlock &block : parsed.blocks) {
+        if (block.value("NAME").empty())
+            continue;
+        if (block.name == "STEP")
+            steps.emplace_back(parsed.integer(block, "COL", 0), block.value("NAME"));
+        else if (block.name == "LAYER")
+            matrix.layers.push_back(toLayer(parsed, block));
+    }
+    const auto byNumber = [](const auto &a, const auto &b) { return a.first < b.first; };
+    std::stable_sort(steps.begin(), steps.end(), byNumber);
+    for (auto &step : steps)
+        matrix.steps.push_back(std::move(step.second));
+    const auto byRow = [](const MatrixLayer &a, const MatrixLayer &b) { return a.row < b.row; };
+    std::stable_sort(matrix.layers.begin(), matrix.layers.end(), byRow);
+    return matrix;
+}
+
+} // namespace cam

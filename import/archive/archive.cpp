@@ -1,0 +1,239 @@
+#include "import/archive/archive.h"
+
+#include "import/archive/backend.h"
+#include "import/archive/entrylist.h"
+#include "import/archive/extractionplan.h"
+#include "import/archive/filewriter.h"
+#include "import/archive/localpath.h"
+#include "import/archive/stagingfolder.h"
+#include "platform/paths.h"
+
+#include <system_error>
+
+namespace archive {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The last part of a path whose parts may be divided either way.
+std::wstring lastPart(const std::wstring &path)
+{
+    const std::size_t separator = path.find_last_of(L"/\\");
+    return separator == std::wstring::npos ? path : path.substr(separator + 1);
+}
+
+std::wstring withoutEnding(const std::wstring &name)
+{
+    const std::size_t dot = name.rfind(L'.');
+    return dot == std::wstring::npos || dot == 0 ? name : name.substr(0, dot);
+}
+
+bool isTaken(const fs::path &path)
+{
+    return fs::symlink_status(path).type() != fs::file_type::not_found;
+}
+
+// Gives the files of a plan, which the back end decodes in the plan's order, to the file writer.
+class WritingSink : public EntrySink
+{
+public:
+    WritingSink(const std::vector<ExtractionPlan::File> &files, const fs::path &folder)
+        : m_next(files.begin()), m_end(files.end()), m_folder(folder)
+    {
+    }
+
+    void begin(std::uint32_t index) override
+    {
+        if (m_next == m_end || m_next->index != index)
+            throw BitException("the 7-Zip library gave the content of an entry that was not asked for");
+        m_writer.beginFile(m_folder / localRelativePath(m_next->path), m_next->modified);
+    }
+
+    void write(const void *data, std::size_t size) override { m_writer.write(data, size); }
+
+    void end() override
+    {
+        m_writer.endFile();
+        ++m_next;
+    }
+
+    void finish()
+    {
+        m_writer.finish();
+        if (m_next != m_end)
+            throw BitException("\"" + utf8(m_next->path) + "\": the 7-Zip library gave no content for it");
+    }
+
+private:
+    std::vector<ExtractionPlan::File>::const_iterator m_next;
+    std::vector<ExtractionPlan::File>::const_iterator m_end;
+    fs::path m_folder;
+    FileWriter m_writer;
+};
+
+// Refuses a plan that would write through a link that is already in the output folder, or into a file.
+void checkFoldersThere(const ExtractionPlan &plan, const fs::path &output)
+{
+    for (const ExtractionPlan::Folder &folder : plan.folders) {
+        const fs::path path = output / localRelativePath(folder.path);
+        const fs::file_type type = fs::symlink_status(path).type();
+        if (type == fs::file_type::directory || type == fs::file_type::not_found)
+            continue;
+        throw BitException("\"" + utf8(folder.path) + "\": the output folder has a " +
+                           (type == fs::file_type::regular ? "file" : "link") + " of this name");
+    }
+}
+
+void checkSpace(std::uint64_t needed, const fs::path &output)
+{
+    std::error_code unknown;
+    const fs::space_info space = fs::space(output, unknown);
+    if (!unknown && needed > space.available)
+        throw BitException("the content takes " + std::to_string(needed) + " bytes, but only " +
+                           std::to_string(space.available) + " are free");
+}
+
+void makeFolders(const ExtractionPlan &plan, const fs::path &folder)
+{
+    for (const ExtractionPlan::Folder &planned : plan.folders)
+        fs::create_directory(folder / localRelativePath(planned.path));
+}
+
+// Links come after all files, so that nothing is ever written through one.
+void makeLinks(const ExtractionPlan &plan, const fs::path &folder)
+{
+    for (const ExtractionPlan::Link &link : plan.hardLinks)
+        fs::create_hard_link(folder / localRelativePath(link.target), folder / localRelativePath(link.path));
+    for (const ExtractionPlan::Link &link : plan.symbolicLinks) {
+        const fs::path target = localRelativePath(link.target);
+        const fs::path path = folder / localRelativePath(link.path);
+        if (link.toFolder)
+            fs::create_directory_symlink(target, path);
+        else
+            fs::create_symlink(target, path);
+    }
+}
+
+// Inner folders first: making something in a folder changes its time.
+void setFolderTimes(const ExtractionPlan &plan, const fs::path &folder)
+{
+    for (auto it = plan.folders.rbegin(); it != plan.folders.rend(); ++it) {
+        if (it->modified)
+            setFolderTime(folder / localRelativePath(it->path), *it->modified);
+    }
+}
+
+void decodeFiles(const InArchive &archive, const ExtractionPlan &plan, const fs::path &folder)
+{
+    std::vector<std::uint32_t> indices;
+    indices.reserve(plan.files.size());
+    for (const ExtractionPlan::File &file : plan.files)
+        indices.push_back(file.index);
+    WritingSink sink(plan.files, folder);
+    archive.extract(indices, sink);
+    sink.finish();
+}
+
+void extractTar(const InArchive &archive, const std::vector<Entry> &entries, const fs::path &output)
+{
+    const ExtractionPlan plan = planExtraction(entries, nativeNameRules());
+    checkFoldersThere(plan, output);
+    StagingFolder staging(output);
+    checkSpace(plan.totalSize, output);
+    makeFolders(plan, staging.content());
+    decodeFiles(archive, plan, staging.content());
+    makeLinks(plan, staging.content());
+    setFolderTimes(plan, staging.content());
+    staging.commit();
+}
+
+// The file that a gzip member becomes. Without a stored name it is the archive's base name; when something of
+// that name is there (the job of an earlier import), or the tar that it is going to be renamed to, it gets
+// its ".tar" at once.
+std::wstring memberFileName(const std::wstring &storedName, const std::wstring &baseName,
+                            const fs::path &output)
+{
+    if (!storedName.empty()) {
+        checkMemberName(storedName, baseName, nativeNameRules());
+        return storedName;
+    }
+    if (isTaken(output / localRelativePath(baseName)) ||
+        isTaken(output / localRelativePath(baseName + L".tar")))
+        return baseName + L".tar";
+    return baseName;
+}
+
+void extractGZip(const InArchive &archive, const std::vector<Entry> &entries, const std::wstring &archiveFile,
+                 const fs::path &output)
+{
+    if (entries.size() != 1)
+        throw BitException("the gzip file has " + std::to_string(entries.size()) + " members");
+    const std::wstring baseName = withoutEnding(lastPart(archiveFile));
+    const std::wstring name = memberFileName(entries[0].path, baseName, output);
+    const fs::path place = output / localRelativePath(name);
+    if (fs::is_directory(fs::symlink_status(place)))
+        throw BitException("\"" + utf8(name) + "\": the output folder has a folder of this name");
+    std::error_code notThere;
+    if (fs::equivalent(place, localPath(archiveFile), notThere))
+        throw BitException("\"" + utf8(name) + "\": the gzip member would replace its own archive");
+
+    ExtractionPlan plan;
+    plan.files.push_back({0, name, entries[0].size, entries[0].modified});
+    StagingFolder staging(output);
+    decodeFiles(archive, plan, staging.content());
+    staging.commit();
+}
+
+} // namespace
+
+Bit7zLibrary::Bit7zLibrary(const std::wstring &name) : m_backend(loadBackend(name)) {}
+
+std::wstring BitArchiveItem::name() const
+{
+    return lastPart(m_entry.path);
+}
+
+BitArchiveInfo::BitArchiveInfo(const Bit7zLibrary &library, const std::wstring &file,
+                               const BitInFormat &format, const std::wstring &password)
+    : m_archive(library.backend().open(platform::toLocal(file), format))
+{
+    if (!password.empty())
+        throw BitException("gzip and tar files have no password");
+    m_entries = readEntries(*m_archive, format);
+}
+
+BitArchiveInfo::~BitArchiveInfo() = default;
+
+std::vector<BitArchiveItem> BitArchiveInfo::items() const
+{
+    return std::vector<BitArchiveItem>(m_entries.begin(), m_entries.end());
+}
+
+BitArchiveInfo::Properties BitArchiveInfo::archiveProperties() const
+{
+    Properties properties;
+    const PropertyValue size = m_archive->archiveProperty(Property::PhysicalSize);
+    if (const std::uint64_t *bytes = std::get_if<std::uint64_t>(&size))
+        properties.physicalSize = *bytes;
+    return properties;
+}
+
+BitExtractor::BitExtractor(const Bit7zLibrary &library, const BitInFormat &format)
+    : m_library(library), m_format(format)
+{
+}
+
+void BitExtractor::extract(const std::wstring &file, const std::wstring &folder) const
+{
+    const std::wstring localFile = platform::toLocal(file);
+    const fs::path output = localPath(platform::toLocal(folder));
+    const std::unique_ptr<InArchive> archive = m_library.backend().open(localFile, m_format);
+    const std::vector<Entry> entries = readEntries(*archive, m_format);
+    if (m_format.number == BitFormat::GZip.number)
+        extractGZip(*archive, entries, localFile, output);
+    else
+        extractTar(*archive, entries, output);
+}
+
+} // namespace archive

@@ -1,0 +1,102 @@
+#include "import/archive/localpath.h"
+
+namespace archive {
+
+namespace {
+
+const std::uint32_t EscapedByteFirst = 0xEF80; // stands for the byte 0x80
+const std::uint32_t EscapedByteLast = 0xEFFF;
+
+void appendUtf8(std::string &out, std::uint32_t c)
+{
+    const auto tail = [&out, c](int shift) { out += char(0x80 | ((c >> shift) & 0x3F)); };
+    if (c < 0x80) {
+        out += char(c);
+    } else if (c < 0x800) {
+        out += char(0xC0 | (c >> 6));
+        tail(0);
+    } else if (c < 0x10000) {
+        out += char(0xE0 | (c >> 12));
+        tail(6);
+        tail(0);
+    } else {
+        out += char(0xF0 | (c >> 18));
+        tail(12);
+        tail(6);
+        tail(0);
+    }
+}
+
+// The code point at `text[i]`; steps over the second half of a surrogate pair (16-bit wchar_t).
+std::uint32_t codePointAt(const std::wstring &text, std::size_t &i)
+{
+    const std::uint32_t c = std::uint32_t(text[i]);
+    if (c >= 0xD800 && c < 0xDC00 && i + 1 < text.size()) {
+        const std::uint32_t low = std::uint32_t(text[i + 1]);
+        if (low >= 0xDC00 && low < 0xE000) {
+            ++i;
+            return 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
+        }
+    }
+    return c;
+}
+
+bool isText(std::uint32_t c)
+{
+    return c < 0x110000 && !(c >= 0xD800 && c < 0xE000);
+}
+
+} // namespace
+
+std::string utf8(const std::wstring &path)
+{
+    std::string out;
+    out.reserve(path.size());
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const std::uint32_t c = codePointAt(path, i);
+        appendUtf8(out, isText(c) && c >= 0x20 ? c : '?');
+    }
+    return out;
+}
+
+#ifdef _WIN32
+
+std::filesystem::path localPath(const std::wstring &path)
+{
+    std::filesystem::path local = std::filesystem::absolute(path).lexically_normal().make_preferred();
+    const std::wstring text = local.wstring();
+    if (text.compare(0, 2, L"\\\\") == 0)
+        return text.compare(0, 4, L"\\\\?\\") == 0 ? local
+                                                   : std::filesystem::path(L"\\\\?\\UNC" + text.substr(1));
+    return std::filesystem::path(L"\\\\?\\" + text);
+}
+
+std::filesystem::path localRelativePath(const std::wstring &path)
+{
+    return std::filesystem::path(path).make_preferred();
+}
+
+#else
+
+std::filesystem::path localPath(const std::wstring &path)
+{
+    return localRelativePath(path);
+}
+
+std::filesystem::path localRelativePath(const std::wstring &path)
+{
+    std::string bytes;
+    bytes.reserve(path.size());
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const std::uint32_t c = codePointAt(path, i);
+        if (c >= EscapedByteFirst && c <= EscapedByteLast)
+            bytes += char(c - EscapedByteFirst + 0x80);
+        else
+            appendUtf8(bytes, isText(c) ? c : '?');
+    }
+    return bytes;
+}
+
+#endif
+
+} // namespace archive

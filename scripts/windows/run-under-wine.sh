@@ -15,24 +15,33 @@ here=$(cd "$(dirname "$0")" && pwd)
 folder=$(cd "$(dirname "$program")" && pwd)
 wine_use "${FILE_PROCESS_WINEPREFIX:-$(wine_prefix_of "$folder")}"
 
+# Temporary files of this run, on the drive that the build is on: paths without a drive letter, such as those that CMake
+# compiles into tests, then mean the same in every folder.
+temporary=$(mktemp -d "${TMPDIR:-/tmp}/file_process.XXXXXX")
+trap 'rm -rf "$temporary"' EXIT
+WINETEMP=$(windows_path "$temporary")
+export WINETEMP WINETMP=$WINETEMP
+
 runner=()
 if [ "${FILE_PROCESS_TEST_WINDOWS:-0}" = 1 ]; then
-    set -- "$@" -platform windows
+    export WINEQT_QPA_PLATFORM=windows
     [ -n "${DISPLAY:-}" ] || runner=(xvfb-run -a)
 fi
 
-case $(basename "$program") in
-tst_*) ;;
-*) exec "${runner[@]}" "$WINE" "$program" "$@" ;;
-esac
-
-report=$(mktemp "${TMPDIR:-/tmp}/qt-test.XXXXXX")
-trap 'rm -f "$report"' EXIT
 status=0
-"${runner[@]}" "$WINE" "$program" "$@" -o "Z:${report//\//\\},txt" || status=$?
-tr -d '\r' < "$report"
-if [ "$status" -eq 0 ] && ! grep -qE '^Totals: [0-9]+ passed, 0 failed' "$report"; then
-    echo "run-under-wine.sh: $program ended with exit code 0 but without reporting its totals" >&2
-    status=125
-fi
+case $(basename "$program") in
+tst_*)
+    report=$temporary/report.txt
+    "${runner[@]}" "$WINE" "$program" "$@" -o "$(windows_path "$report"),txt" || status=$?
+    [ -e "$report" ] || touch "$report"
+    tr -d '\r' < "$report"
+    if [ "$status" -eq 0 ] && ! grep -qE '^Totals: [0-9]+ passed, 0 failed' "$report"; then
+        echo "run-under-wine.sh: $program ended with exit code 0 but without reporting its totals" >&2
+        status=125
+    fi
+    ;;
+*)
+    "${runner[@]}" "$WINE" "$program" "$@" || status=$?
+    ;;
+esac
 exit "$status"

@@ -14,9 +14,14 @@ wine_prefix_of() {
     echo "$folder/wine"
 }
 
-# wine_use PREFIX: lets the programs started from here run in PREFIX, which is made when it is not there yet.
+# The path of a file of this machine as Windows programs see it.
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+
+# wine_use PREFIX: lets the programs started from here run in PREFIX, which is made when it is not there yet. Variables
+# that mean something on both sides (TEMP, QT_...) reach Windows programs only with WINE before their names.
 wine_use() {
     export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all} WINELOADER=$WINE
+    export WINEQT_QPA_PLATFORM=${WINEQT_QPA_PLATFORM:-offscreen}
     # Neither .NET nor a browser is needed: without these a new prefix would ask for both.
     export WINEDLLOVERRIDES='mscoree=;mshtml='
     [ -e "$WINEPREFIX/ready" ] && return
@@ -25,8 +30,17 @@ wine_use() {
         flock 9
         [ -e "$WINEPREFIX/ready" ] && exit
         env -u DISPLAY "$WINE" wineboot --init > "$WINEPREFIX/wineboot.log" 2>&1 9>&-
-        # Wine keeps QT_ variables of the Unix side from Windows programs, so the default is set inside.
-        "$WINE" reg add 'HKCU\Environment' /v QT_QPA_PLATFORM /d offscreen /f >> "$WINEPREFIX/wineboot.log" 2>&1 9>&-
+        forget_temp >> "$WINEPREFIX/wineboot.log" 2>&1 9>&-
         touch "$WINEPREFIX/ready"
     ) 9> "$WINEPREFIX.lock"
+}
+
+# What the registry says of TEMP and TMP outweighs the environment, so it is taken out.
+forget_temp() {
+    local key name
+    for key in 'HKCU\Environment' 'HKLM\System\CurrentControlSet\Control\Session Manager\Environment'; do
+        for name in TEMP TMP; do
+            "$WINE" reg delete "$key" /v $name /f || true # not every version of Wine sets it
+        done
+    done
 }

@@ -1,0 +1,142 @@
+// Unpacks a job archive into the job root, on the user-interface thread's side: the question before a job is
+// replaced, the progress window, the poll loop, and the tidying up afterwards.
+
+#include "plugin/fileprocess.h"
+
+#include "import/unzipprogress.h"
+#include "platform/paths.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QRegExp>
+#include <QThread>
+
+namespace {
+
+const unsigned long PollMilliseconds = 20;
+const int BarWidth = 500; // pixels
+
+bool isFolder(const QString &path)
+{
+    return QDir(platform::toLocal(path)).exists();
+}
+
+QString withoutEnding(const QString &path)
+{
+    return path.left(path.lastIndexOf('.'));
+}
+
+struct ProgressWindow
+{
+    QWidget *window;
+    QProgressBar *bar;
+};
+
+// A window without a frame, above all others, with a bar that only shows that something is going on. It stays
+// with `parent`, which deletes it.
+ProgressWindow makeProgressWindow(QWidget *parent)
+{
+    auto *window = new QWidget(parent);
+    window->setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::FramelessWindowHint |
+                           Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint);
+    window->setWindowModality(Qt::ApplicationModal);
+
+    auto *bar = new QProgressBar(window);
+    bar->setFixedWidth(BarWidth);
+    bar->setOrientation(Qt::Horizontal);
+    bar->setRange(0, 0);
+
+    auto *layout = new QHBoxLayout(window);
+    layout->addWidget(bar);
+    return {window, bar};
+}
+
+QMessageBox::StandardButton ask(const QString &title, const QString &text,
+                                QMessageBox::StandardButtons buttons)
+{
+    QMessageBox box;
+    box.setWindowTitle(title);
+    box.setText(text);
+    box.setStandardButtons(buttons);
+    box.setWindowModality(Qt::ApplicationModal);
+    return QMessageBox::StandardButton(box.exec());
+}
+
+// Keeps the user interface alive until the job has ended (true) or reports a failure (false).
+bool waitFor(UnzipProgress &job, QProgressBar *bar)
+{
+    bool isFinished = job.isFinish();
+    while (!isFinished) {
+        const double value = job.get_value();
+        if (value < 0.0)
+            return false;
+        bar->setValue(int(value));
+        QApplication::processEvents();
+        QThread::msleep(PollMilliseconds);
+        isFinished = job.isFinish();
+    }
+    return true;
+}
+
+} // namespace
+
+bool FileProcess::copyDirectory(QString source, QString &name, bool)
+{
+    const bool hasJobPath = !m_config.jobPath.isEmpty() && isFolder(m_config.jobPath);
+    const QString rootFolder = hasJobPath ? m_config.jobPath : QString(".\\job");
+    const QString jobRoot = rootFolder + "\\";
+    CheckDir(rootFolder);
+
+    const QString tarFile = name + ".tar";
+    const QString jobDir = jobRoot + name;
+    const ProgressWindow progress = makeProgressWindow(m_importParent);
+
+    bool overwrite = false;
+    if (isFolder(jobDir)) {
+        overwrite = ask(tr("Information"),
+                        tr("The job with the same name already exists, do you want to overwrite it?"),
+                        QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    }
+
+    progress.window->show();
+    UnzipProgress job;
+    UnzipProgress::sourcePath = QString(source).replace(QRegExp("/"), "\\").toStdWString();
+    UnzipProgress::tarName = tarFile.toStdWString();
+    UnzipProgress::unzipedFilePath = jobRoot.toStdWString();
+    // The paths stand without quotes.
+    const std::string deleteCommand =
+        std::string("/c del ") + jobRoot.toStdString() + name.toStdString() + std::string("*.tar");
+    UnzipProgress::removeCmd = deleteCommand;
+    job.do_process();
+
+    if (!waitFor(job, progress.bar)) {
+        progress.window->close();
+        ask(tr("Error"), tr("The job unzipped failed, please check your files!"), QMessageBox::Yes);
+        return false;
+    }
+
+    progress.window->close();
+    name = QString::fromStdWString(UnzipProgress::tarName);
+    mysystem("cmd", deleteCommand);
+    if (!isFolder(rootFolder))
+        return true;
+
+    qDebug() << jobRoot + name;
+    const QString oldDir = jobRoot + withoutEnding(tarFile);
+    qDebug() << oldDir;
+    const QString newDir = jobRoot + name;
+    if (overwrite && newDir != oldDir) {
+        mysystem("cmd", "/c rd /s /q " + oldDir.toStdString());
+        const QString localOldDir = platform::toLocal(oldDir);
+        QDir().rmdir(localOldDir);
+    }
+    // Fails when the old job was kept, or when the folder has this name already; then it keeps the name it
+    // has.
+    QFile::rename(platform::toLocal(newDir), platform::toLocal(oldDir));
+    return true;
+}

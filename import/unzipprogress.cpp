@@ -1,0 +1,147 @@
+#include "import/unzipprogress.h"
+
+#include "import/archive/archive.h"
+#include "platform/paths.h"
+#include "platform/shell.h"
+#include "plugin/gbktext.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+#include <QString>
+
+#include <glog/logging.h>
+
+#include <chrono>
+#include <iostream>
+
+using namespace archive;
+
+std::wstring UnzipProgress::sourcePath;
+std::wstring UnzipProgress::tarName;
+std::wstring UnzipProgress::unzipedFilePath;
+std::string UnzipProgress::removeCmd;
+
+namespace {
+
+// Failures of the import are logged under the export job's name and line, where those who read the logs look
+// for them.
+const char LoggedFile[] = "Progress";
+const int LoggedLine = 139;
+
+std::wstring withoutEnding(const std::wstring &path)
+{
+    return path.substr(0, path.rfind(L'.'));
+}
+
+// The name of the last item of a gzip file.
+std::wstring memberName(const Bit7zLibrary &library, const std::wstring &file)
+{
+    const BitArchiveInfo info(library, file, BitFormat::GZip);
+    info.archiveProperties();
+    std::wstring name;
+    for (const BitArchiveItem &item : info.items()) {
+        name = item.name();
+        std::wcout << name << std::endl;
+    }
+    return name;
+}
+
+std::wstring firstItemName(const Bit7zLibrary &library, const std::wstring &file)
+{
+    const BitArchiveInfo info(library, file, BitFormat::Tar);
+    const std::vector<BitArchiveItem> items = info.items();
+    return items.empty() ? std::wstring() : items.front().name();
+}
+
+// A member that was stored without its ".tar" gets it. `tarPath` as the plug-in writes paths.
+void nameTar(const std::wstring &tarPath)
+{
+    const QString tarStem = QString::fromStdWString(withoutEnding(tarPath));
+    qDebug() << tarStem;
+    const QString localTar = platform::toLocal(QString::fromStdWString(tarPath));
+    if (!QFileInfo::exists(localTar))
+        QFile::rename(platform::toLocal(tarStem), localTar);
+}
+
+void markFailed(ORVEX::COMMON::progress_value<void> *progress)
+{
+    try {
+        progress->set_value(-1.0);
+    } catch (...) {
+        // A requested cancel throws here too, after storing the same value.
+    }
+}
+
+} // namespace
+
+UnzipProgress::UnzipProgress() = default;
+
+UnzipProgress::~UnzipProgress() = default;
+
+void UnzipProgress::do_process()
+{
+    task = std::async(std::launch::async, &UnzipProgress::process, this);
+}
+
+bool UnzipProgress::isFinish()
+{
+    std::lock_guard<std::mutex> lock(mutex);
+    if (!task.valid())
+        return true;
+    return task.wait_for(std::chrono::microseconds(1)) == std::future_status::ready;
+}
+
+double UnzipProgress::get_value()
+{
+    std::lock_guard<std::mutex> lock(mutex);
+    return value;
+}
+
+void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)
+{
+    const auto fail = [progress] {
+        google::LogMessage(LoggedFile, LoggedLine, google::GLOG_ERROR).stream()
+            << gbk("解压文件异常！ 异常位置：") << LoggedFile << " : " << LoggedLine;
+        markFailed(progress);
+        // The quote at the end has no partner. The command is known by this text.
+        removeCmd +=
+            QString::fromStdWString(withoutEnding(unzipedFilePath + tarName)).toStdString() + "*.*\"";
+        mysystem("cmd", removeCmd);
+    };
+    try {
+        unpack(progress);
+    } catch (const std::exception &error) {
+        LOG(ERROR) << "the archive cannot be unpacked: " << error.what();
+        fail();
+    } catch (...) {
+        fail();
+    }
+}
+
+void UnzipProgress::unpack(ORVEX::COMMON::progress_value<void> *progress)
+{
+    const Bit7zLibrary library(L"7z.dll");
+    const BitExtractor gzipExtractor(library, BitFormat::GZip);
+    const BitExtractor tarExtractor(library, BitFormat::Tar);
+
+    const std::wstring member = memberName(library, sourcePath);
+    gzipExtractor.extract(sourcePath, unzipedFilePath);
+    if (!member.empty())
+        tarName = member;
+
+    const std::wstring tarPath = unzipedFilePath + tarName;
+    nameTar(tarPath);
+    const std::wstring folderName = firstItemName(library, tarPath);
+    tarExtractor.extract(tarPath, unzipedFilePath);
+
+    progress->set_value(100.0);
+    tarName = folderName;
+    removeCmd += "*.tar";
+}
+
+void UnzipProgress::mysystem(const std::string &file, const std::string &parameters)
+{
+    platform::shellExecuteAndWait(platform::wideFromSystemCodePage(file),
+                                  platform::wideFromSystemCodePage(parameters), platform::ShowState::Shown);
+}

@@ -1,0 +1,34 @@
+// The background job that unpacks one job archive into the job root: the gzip stream into a tar, the tar into
+// the job's folder. Its parameters and results are class statics, which the user-interface thread writes
+// before the start and reads after the end.
+#pragma once
+
+#include "plugin/export_macro.h"
+#include "run/progressvalue.h"
+
+#include <string>
+
+class FILE_PROCESS_EXPORT UnzipProgress : public ORVEX::COMMON::progress_value<void>
+{
+public:
+    UnzipProgress();
+    // Waits until a running task has ended.
+    ~UnzipProgress();
+
+    // Starts the work on a new thread.
+    void do_process();
+    // Whether the task has ended, or none was started; waits a microsecond at most.
+    bool isFinish();
+    // 0 while the work runs, 100 after a success, -1 after a failure.
+    double get_value();
+
+    static std::wstring sourcePath; // of the archive, with backslashes
+    static std::wstring tarName;    // in: the tar's file name; out: the first item's name, the job's folder
+    static std::wstring unzipedFilePath; // the job root, with a backslash at its end
+    static std::string removeCmd;        // parameters of the clean-up command
+
+private:
+    static void process(ORVEX::COMMON::progress_value<void> *progress);
+    static void unpack(ORVEX::COMMON::progress_value<void> *progress);
+    static void mysystem(const std::string &file, const std::string &parameters);
+};

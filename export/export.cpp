@@ -2,7 +2,9 @@
 
 #include "export/export.h"
 
+#include "export/cellcombostyle.h"
 #include "export/combobox.h"
+#include "export/fittingfont.h"
 #include "platform/paths.h"
 
 #include <QBoxLayout>
@@ -70,6 +72,8 @@ Export::Export(QWidget *parent) : QWidget(parent)
 
 Export::~Export()
 {
+    // The cell combo boxes draw with m_cellComboStyle as long as they exist.
+    delete PNListTable;
     delete m_scaleModel;
 }
 
@@ -90,6 +94,7 @@ void Export::initWidgets()
     all->addWidget(PNListTable);
     all->addLayout(createButtonRow());
     setLayout(all);
+    fitFonts();
 
     resize(800, 600);
     setWindowModality(Qt::ApplicationModal);
@@ -209,6 +214,24 @@ QBoxLayout *Export::createButtonRow()
     row->addWidget(OKButton);
     row->addWidget(CancelButton);
     return row;
+}
+
+void Export::fitFonts()
+{
+    // A line edit's frame and margin take two pixels above and below its text.
+    const QSize room(labelWidth, fieldHeight - 4);
+    QFont fieldFont = font();
+    for (const QLabel *label : {SecondDirLabel, FormatLabel, ReferenceLabel})
+        fieldFont = fittingFont(fieldFont, label->text(), room);
+    for (QLabel *label :
+         {SecondDirLabel, FormatLabel, ReferenceLabel, XLabel, XUnitLabel, YLabel, YUnitLabel})
+        label->setFont(fieldFont);
+    for (QLineEdit *edit : {PathLineEdit, SecondDirLineEdit, ReferenceXLineEdit, ReferenceYLineEdit})
+        edit->setFont(fieldFont);
+    PathButton->setFont(fieldFont);
+    // The style sheet's border and padding leave the format box eight pixels less than its height; two of
+    // them may be the room for accents, which the formats do not have.
+    FormatComboBox->setFont(fittingFont(fieldFont, ".gerber", QSize(2 * labelWidth, fieldHeight - 6)));
 }
 
 void Export::initConnections()

@@ -15,9 +15,11 @@
 #include <QWidget>
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
+class CellComboStyle;
 class CheckBoxDelegate;
 class ComboBoxDelegate;
 class Progress;
@@ -81,6 +83,7 @@ private:
     QBoxLayout *createOffsetGroup(const QString &axis, QLabel *&label, QLineEdit *&edit, QLabel *&unit,
                                   QFrame *&endLine);
     QBoxLayout *createButtonRow();
+    void fitFonts();
     void initConnections();
     void initReferenceValidators();
     void warnOfMissingPath();
@@ -155,6 +158,7 @@ private:
     double m_referenceY = 0.0;
     std::map<std::string, LayerExportParam> m_layerParams;
 
+    std::unique_ptr<CellComboStyle> m_cellComboStyle;
     QStandardItemModel *m_scaleModel = nullptr; // "1" in the scale columns of each row; has no parent
     ReadOnlyDelegate *m_readOnlyDelegate = nullptr;
     CheckBoxDelegate *m_checkBoxDelegate = nullptr;

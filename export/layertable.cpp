@@ -3,6 +3,7 @@
 
 #include "export/export.h"
 
+#include "export/cellcombostyle.h"
 #include "export/combobox.h"
 #include "export/delegates/checkboxdelegate.h"
 #include "export/delegates/comboboxdelegate.h"
@@ -72,6 +73,7 @@ QColor layerColor(const layer_info &layer)
 
 void Export::initTable()
 {
+    m_cellComboStyle = std::make_unique<CellComboStyle>();
     m_scaleModel = new QStandardItemModel;
     m_readOnlyDelegate = new ReadOnlyDelegate(this);
     m_checkBoxDelegate = new CheckBoxDelegate(this);
@@ -182,6 +184,7 @@ QComboBox *Export::addCellComboBox(int row, int column, const QStringList &entri
         PNListTable->setCellWidget(row, column, box);
     else
         box->hide(); // it would show up in the table's corner
+    box->setStyle(m_cellComboStyle.get());
     box->setView(new QListView(box));
     box->setStyleSheet(styleSheet);
     return box;

@@ -1,4 +1,10 @@
 // The standard symbols of ODB++: from a name such as "rect20x30xr3" to the shape it stands for.
+//
+//     StandardSymbol pad = parseStandardSymbol("rect900x950xr200", SymbolUnit::Micrometres);
+//     Shape shape = shapeOf(pad); // one contour: four lines and four arcs, in nanometres
+//
+// docs/cam-library.md, section "Symbols", says which reading was taken where descriptions of the format leave
+// room.
 #pragma once
 
 #include "host/cam/error.h"
@@ -9,27 +15,67 @@
 
 namespace cam {
 
+// One word a family of names; the comment gives what `size` holds.
 enum class SymbolKind : std::uint8_t {
-    Round,     // size: diameter
-    Square,    // size: side
-    Rectangle, // size: width, height; corners: see below
-    Other      // to be replaced by one word a symbol
+    Round,                // r: diameter
+    Square,               // s: side
+    Rectangle,            // rect: width, height, with sharp, rounded or chamfered corners
+    Oval,                 // oval: width, height
+    Diamond,              // di: width, height
+    Octagon,              // oct: width, height, corner size
+    RoundDonut,           // donut_r: outer diameter, inner diameter
+    SquareDonut,          // donut_s: outer side, inner side, with sharp or rounded corners
+    SquareRoundDonut,     // donut_sr: outer side, inner diameter
+    RectangleDonut,       // donut_rc: outer width, outer height, line width, with sharp or rounded corners
+    OvalDonut,            // donut_o: outer width, outer height, line width
+    HorizontalHexagon,    // hex_l: width, height, corner size
+    VerticalHexagon,      // hex_s: width, height, corner size
+    Butterfly,            // bfr: diameter
+    SquareButterfly,      // bfs: side
+    Triangle,             // tri: base, height
+    HalfOval,             // oval_h: width, height
+    RoundedThermal,       // thr: outer diameter, inner diameter, angle, spokes, gap
+    RoundThermal,         // ths: outer diameter, inner diameter, angle, spokes, gap
+    SquareThermal,        // s_ths: outer side, inner side, angle, spokes, gap, with sharp or rounded corners
+    OpenSquareThermal,    // s_tho: outer side, inner side, angle, spokes, gap
+    LineThermal,          // s_thr: outer side, inner side, angle, spokes, gap
+    SquareRoundThermal,   // sr_ths: outer side, inner diameter, angle, spokes, gap
+    RectangleThermal,     // rc_ths: width, height, angle, spokes, gap, line width, sharp or rounded corners
+    OpenRectangleThermal, // rc_tho: width, height, angle, spokes, gap, line width
+    OvalThermal,          // o_ths: width, height, angle, spokes, gap, line width
+    OblongThermal,        // oblong_ths: width, height, angle, spokes, gap, line width; endStyle
+    Ellipse,              // el: width, height
+    Moire,                // moire: ring width, ring gap, rings, line width, line length, line angle
+    Hole,                 // hole: diameter (plating and tolerances draw nothing)
+    Null                  // null: nothing
 };
+
+enum class CornerStyle : std::uint8_t { Sharp, Rounded, Chamfered };
+
+// Whether the pieces of an oblong thermal end in half circles or straight.
+enum class EndStyle : std::uint8_t { Straight, Round };
 
 // A parsed name: what a writer needs to choose an aperture, and shapeOf() to draw it.
 struct StandardSymbol
 {
-    SymbolKind kind = SymbolKind::Round;
-    std::array<double, 8> size{}; // nanometres, in the order of the name's numbers; angles in degrees
+    SymbolKind kind = SymbolKind::Null;
+    CornerStyle corners = CornerStyle::Sharp;
+    EndStyle ends = EndStyle::Straight;
+    // Bit 0: top right, bit 1: top left, bit 2: bottom left, bit 3: bottom right corner has the style.
+    std::uint8_t cornerMask = 0;
+    double cornerSize = 0.0; // nanometres: the radius, or how much of each side a chamfer takes
+    // In the order of the name's numbers: lengths in nanometres, angles in degrees, counts plain.
+    std::array<double, 8> size{};
 };
 
-// `name` in lower case without unit suffix, its numbers in `unit`. Throws SymbolError, naming `name`, for
+// `name` in lower case without unit suffix, its lengths in `unit`. Throws SymbolError, naming `name`, for
 // anything that is not a standard symbol or whose numbers make no shape.
 StandardSymbol parseStandardSymbol(std::string_view name, SymbolUnit unit);
 
-// The symbol about its own origin, in nanometres, with true arcs; empty for "null".
-// `growth`: nanometres added to every extent, half of it to each side (negative: taken away; nothing is left
-// of a symbol that is thinner than that).
+// The symbol about its own origin, in nanometres, with true arcs (an ellipse, which has none, as a polygon
+// within 0.1 micrometre); empty for "null" and for a symbol without extent ("r0"). `growth`: nanometres by
+// which the symbol's edges move apart, half of it on each side: a solid grows by it, holes and gaps shrink by
+// it. Sharp corners stay sharp. Negative: the same inwards; nothing is left of a symbol that is thinner.
 Shape shapeOf(const StandardSymbol &symbol, double growth = 0.0);
 
 } // namespace cam

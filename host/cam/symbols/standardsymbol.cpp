@@ -1,0 +1,296 @@
+// Reading symbol names: one table row a family, one letter a parameter.
+#include "host/cam/symbols/standardsymbol.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string>
+
+namespace cam {
+
+namespace {
+
+// What a family accepts after its plain parameters.
+enum class Tail : std::uint8_t {
+    Nothing,
+    Rounded,          // xr<radius>[x<corners>]
+    RoundedChamfered, // xr<radius>[x<corners>] or xc<size>[x<corners>]
+    Ends,             // xr or xs
+    Words             // any words: they draw nothing
+};
+
+// Parameters: l a length, d a length that must be positive or zero and is not larger than the one before,
+// a an angle, n a count; in capitals: optional.
+struct Family
+{
+    std::string_view name;
+    SymbolKind kind;
+    std::string_view parameters;
+    Tail tail;
+};
+
+constexpr Family families[] = {
+    {"r", SymbolKind::Round, "l", Tail::Nothing},
+    {"s", SymbolKind::Square, "l", Tail::Nothing},
+    {"rect", SymbolKind::Rectangle, "ll", Tail::RoundedChamfered},
+    {"oval", SymbolKind::Oval, "ll", Tail::Nothing},
+    {"di", SymbolKind::Diamond, "ll", Tail::Nothing},
+    {"oct", SymbolKind::Octagon, "lll", Tail::Nothing},
+    {"donut_r", SymbolKind::RoundDonut, "ld", Tail::Nothing},
+    {"donut_s", SymbolKind::SquareDonut, "ld", Tail::Rounded},
+    {"donut_sr", SymbolKind::SquareRoundDonut, "ld", Tail::Nothing},
+    {"donut_rc", SymbolKind::RectangleDonut, "lll", Tail::Rounded},
+    {"donut_o", SymbolKind::OvalDonut, "lll", Tail::Nothing},
+    {"hex_l", SymbolKind::HorizontalHexagon, "lll", Tail::Nothing},
+    {"hex_s", SymbolKind::VerticalHexagon, "lll", Tail::Nothing},
+    {"bfr", SymbolKind::Butterfly, "l", Tail::Nothing},
+    {"bfs", SymbolKind::SquareButterfly, "l", Tail::Nothing},
+    {"tri", SymbolKind::Triangle, "ll", Tail::Nothing},
+    {"oval_h", SymbolKind::HalfOval, "ll", Tail::Nothing},
+    {"thr", SymbolKind::RoundedThermal, "ldanl", Tail::Nothing},
+    {"ths", SymbolKind::RoundThermal, "ldanl", Tail::Nothing},
+    {"s_ths", SymbolKind::SquareThermal, "ldanl", Tail::Rounded},
+    {"s_tho", SymbolKind::OpenSquareThermal, "ldanl", Tail::Nothing},
+    {"s_thr", SymbolKind::LineThermal, "ldanl", Tail::Nothing},
+    {"sr_ths", SymbolKind::SquareRoundThermal, "ldanl", Tail::Nothing},
+    {"rc_ths", SymbolKind::RectangleThermal, "llanll", Tail::Rounded},
+    {"rc_tho", SymbolKind::OpenRectangleThermal, "llanll", Tail::Nothing},
+    {"o_ths", SymbolKind::OvalThermal, "llanll", Tail::Nothing},
+    {"oblong_ths", SymbolKind::OblongThermal, "llanll", Tail::Ends},
+    {"el", SymbolKind::Ellipse, "ll", Tail::Nothing},
+    {"moire", SymbolKind::Moire, "llnlla", Tail::Nothing},
+    {"hole", SymbolKind::Hole, "l", Tail::Words},
+    {"null", SymbolKind::Null, "N", Tail::Nothing},
+};
+
+[[noreturn]] void refuse(std::string_view name, const std::string &why)
+{
+    throw SymbolError("symbol \"" + std::string(name) + "\": " + why);
+}
+
+bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// Walks a name from its first number on.
+class NameReader
+{
+public:
+    NameReader(std::string_view name, std::size_t at, SymbolUnit unit)
+        : m_name(name), m_at(at), m_lengthUnit(nanometresPer(unit))
+    {
+    }
+
+    bool atEnd() const { return m_at == m_name.size(); }
+
+    // The number at the reading position, without sign; the text behind it must be the end or an "x".
+    double number()
+    {
+        const char *first = m_name.data() + m_at;
+        const char *last = m_name.data() + m_name.size();
+        double value = 0.0;
+        const auto end = std::from_chars(first, last, value, std::chars_format::fixed);
+        const bool startsRight = first != last && (isDigit(*first) || *first == '.');
+        if (!startsRight || end.ec != std::errc() || (end.ptr != last && *end.ptr != 'x'))
+            refuse(m_name, "expected a number at \"" + std::string(m_name.substr(m_at)) + "\"");
+        m_at = static_cast<std::size_t>(end.ptr - m_name.data());
+        return value;
+    }
+
+    double count()
+    {
+        const double value = number();
+        if (value != std::floor(value) || value > 1000.0)
+            refuse(m_name, "expected a count up to 1000, not " + std::to_string(value));
+        return value;
+    }
+
+    double parameter(char kind)
+    {
+        switch (kind) {
+        case 'l':
+        case 'L':
+        case 'd':
+            return length();
+        case 'n':
+        case 'N':
+            return count();
+        default:
+            return number();
+        }
+    }
+
+    double length()
+    {
+        const double value = number() * m_lengthUnit;
+        // A hundred metres: beyond it the last digits of a double are no longer far below a nanometre.
+        if (value > 1e11)
+            refuse(m_name, "expected a length below 100 metres");
+        return value;
+    }
+
+    void separator()
+    {
+        if (atEnd() || m_name[m_at] != 'x')
+            refuse(m_name, "expected another parameter");
+        ++m_at;
+    }
+
+    // Takes `letter` if it stands at the reading position.
+    bool take(char letter)
+    {
+        if (atEnd() || m_name[m_at] != letter)
+            return false;
+        ++m_at;
+        return true;
+    }
+
+    // "1".."4" in any number and order: bit 0 for corner 1.
+    std::uint8_t cornerList()
+    {
+        unsigned mask = 0;
+        for (; !atEnd(); ++m_at) {
+            const char corner = m_name[m_at];
+            if (corner < '1' || corner > '4')
+                refuse(m_name, "expected corners from 1 to 4");
+            mask |= 1u << (corner - '1');
+        }
+        if (mask == 0)
+            refuse(m_name, "expected corners from 1 to 4");
+        return static_cast<std::uint8_t>(mask);
+    }
+
+    void skipWords() { m_at = m_name.size(); }
+
+private:
+    std::string_view m_name;
+    std::size_t m_at;
+    double m_lengthUnit;
+};
+
+const Family *familyOf(std::string_view name, std::size_t &end)
+{
+    end = 0;
+    while (end < name.size() && ((name[end] >= 'a' && name[end] <= 'z') || name[end] == '_'))
+        ++end;
+    for (const Family &family : families) {
+        if (family.name == name.substr(0, end))
+            return &family;
+    }
+    return nullptr;
+}
+
+void readCorners(NameReader &reader, StandardSymbol &symbol, bool mayBeChamfered, std::string_view name)
+{
+    reader.separator();
+    if (reader.take('r'))
+        symbol.corners = CornerStyle::Rounded;
+    else if (mayBeChamfered && reader.take('c'))
+        symbol.corners = CornerStyle::Chamfered;
+    else
+        refuse(name, "expected corners as xr<radius>" + std::string(mayBeChamfered ? " or xc<size>" : ""));
+    symbol.cornerSize = reader.length();
+    symbol.cornerMask = 0xf;
+    if (!reader.atEnd()) {
+        reader.separator();
+        symbol.cornerMask = reader.cornerList();
+    }
+}
+
+void readEnds(NameReader &reader, StandardSymbol &symbol, std::string_view name)
+{
+    reader.separator();
+    if (reader.take('r'))
+        symbol.ends = EndStyle::Round;
+    else if (!reader.take('s'))
+        refuse(name, "expected the ends as xr or xs");
+}
+
+void readTail(NameReader &reader, StandardSymbol &symbol, Tail tail, std::string_view name)
+{
+    if (tail == Tail::Ends)
+        readEnds(reader, symbol, name);
+    else if (tail == Tail::Words)
+        reader.skipWords();
+    else if (tail != Tail::Nothing && !reader.atEnd())
+        readCorners(reader, symbol, tail == Tail::RoundedChamfered, name);
+    if (!reader.atEnd())
+        refuse(name, "expected its end after the last parameter");
+}
+
+// Relative slack for sizes that a job rounded: "oct19.685x19.685x9.8426" is meant to be a diamond.
+constexpr double roundingSlack = 1.0001;
+
+void requireWithin(double value, double limit, std::string_view name, const char *what)
+{
+    if (value > limit * roundingSlack)
+        refuse(name, std::string("expected ") + what);
+}
+
+void checkThermal(const StandardSymbol &symbol, std::string_view name)
+{
+    const bool isOpen =
+        symbol.kind == SymbolKind::OpenSquareThermal || symbol.kind == SymbolKind::OpenRectangleThermal;
+    const double angle = symbol.size[2];
+    const double spokes = symbol.size[3];
+    if (isOpen &&
+        (std::fmod(angle, 45.0) != 0.0 || (spokes != 0.0 && spokes != 1.0 && spokes != 2.0 && spokes != 4.0)))
+        refuse(name, "expected gaps at multiples of 45 degrees and 1, 2 or 4 spokes");
+    if (symbol.kind == SymbolKind::LineThermal && (angle != 45.0 || spokes != 4.0))
+        refuse(name, "expected 4 spokes at 45 degrees");
+    if (spokes > 64.0)
+        refuse(name, "expected at most 64 spokes");
+    if (symbol.kind >= SymbolKind::RectangleThermal)
+        requireWithin(2.0 * symbol.size[5], std::min(symbol.size[0], symbol.size[1]), name,
+                      "a line width of at most half the symbol");
+}
+
+void checkSizes(const StandardSymbol &symbol, std::string_view name)
+{
+    const auto &size = symbol.size;
+    const double half = std::min(size[0], size[1]) / 2.0;
+    switch (symbol.kind) {
+    case SymbolKind::Octagon:
+        return requireWithin(size[2], half, name, "corners of at most half the symbol");
+    case SymbolKind::HorizontalHexagon:
+        return requireWithin(size[2], size[0] / 2.0, name, "corners of at most half the width");
+    case SymbolKind::VerticalHexagon:
+        return requireWithin(size[2], size[1] / 2.0, name, "corners of at most half the height");
+    case SymbolKind::RectangleDonut:
+    case SymbolKind::OvalDonut:
+        return requireWithin(size[2], half, name, "a line width of at most half the symbol");
+    default:
+        if (symbol.kind >= SymbolKind::RoundedThermal && symbol.kind <= SymbolKind::OblongThermal)
+            checkThermal(symbol, name);
+    }
+}
+
+} // namespace
+
+StandardSymbol parseStandardSymbol(std::string_view name, SymbolUnit unit)
+{
+    std::size_t numbersAt = 0;
+    const Family *family = familyOf(name, numbersAt);
+    if (!family)
+        refuse(name, "is none of the standard symbols");
+    StandardSymbol symbol;
+    symbol.kind = family->kind;
+    NameReader reader(name, numbersAt, unit);
+    for (std::size_t i = 0; i < family->parameters.size(); ++i) {
+        const char kind = family->parameters[i];
+        const bool isOptional = kind >= 'A' && kind <= 'Z';
+        if (isOptional && reader.atEnd())
+            break;
+        if (i > 0)
+            reader.separator();
+        symbol.size[i] = reader.parameter(kind);
+        if (kind == 'd' && symbol.size[i] > symbol.size[i - 1])
+            refuse(name, "expected an inner size that is not larger than the outer one");
+    }
+    readTail(reader, symbol, family->tail, name);
+    checkSizes(symbol, name);
+    return symbol;
+}
+
+} // namespace cam

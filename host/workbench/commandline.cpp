@@ -31,9 +31,10 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     const QCommandLineOption screenshots("screenshots", "Save pictures of the windows in this folder.",
                                          "folder");
     const QCommandLineOption verbose("verbose", "Print the log as well.");
+    const QCommandLineOption open("open", "Open this job at the start.", "job");
     const QCommandLineOption help({"h", "help"}, "Show this text.");
     const QCommandLineOption version("version", "Show the version.");
-    parser.addOptions({batch, format, out, jobs, step, overwrite, screenshots, verbose, help, version});
+    parser.addOptions({batch, format, out, jobs, step, overwrite, screenshots, verbose, open, help, version});
     parser.addPositionalArgument("archive", "ODB++ job archives (.tgz) to import.", "[archive.tgz ...]");
 
     CommandLine line;
@@ -57,12 +58,11 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     line.step = parser.value(step);
     line.screenshotFolder = absolute(parser.value(screenshots));
     line.overwrite = parser.isSet(overwrite);
+    line.openJob = parser.value(open);
     line.verbose = parser.isSet(verbose);
     for (const QString &archive : parser.positionalArguments())
         line.archives << absolute(archive);
     if (line.error.isEmpty() && line.batch && line.archives.isEmpty())
         line.error = "--batch: expected at least one archive";
-    if (line.error.isEmpty() && !line.batch && !line.archives.isEmpty())
-        line.error = "archives are imported from the command line with --batch only";
     return line;
 }

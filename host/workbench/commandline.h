@@ -14,6 +14,7 @@ struct CommandLine
     QString screenshotFolder;                  // empty: no pictures
     bool overwrite = false;
     bool verbose = false;
+    QString openJob; // to show at the start
     QStringList archives;
 
     bool showHelp = false;

@@ -57,6 +57,7 @@ void HostMessages::answerContextRequest(const QString &sender)
         emit exportRefused();
         return;
     }
+    emit contextRequested();
     ExportJobInfo context = m_context; // a copy, because the receiver takes the list out of it
     PluginMetaData answer;
     answer.fromPlugin = sender;

@@ -21,6 +21,8 @@ public:
     void setJobContext(const ExportJobInfo &context) { m_context = context; }
 
 signals:
+    // The job context is about to be given away, and an export to begin.
+    void contextRequested();
     // The plug-in says in which folder the jobs are; it may be empty.
     void jobFolderAnnounced(const QString &folder);
     // The plug-in has taken in this file.

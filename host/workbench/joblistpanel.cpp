@@ -36,6 +36,7 @@ JobListPanel::JobListPanel(QWidget *parent)
         if (!name.isEmpty())
             emit jobChosen(name);
     });
+    setFocusProxy(m_list);
     setJobs(QString(), {});
 }
 

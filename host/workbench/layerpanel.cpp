@@ -12,6 +12,8 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 enum Column { Name, Type, Context, Polarity, ColumnCount };
@@ -39,8 +41,8 @@ QIcon swatch(const QColor &colour)
 } // namespace
 
 LayerPanel::LayerPanel(QWidget *parent)
-    : QWidget(parent), m_job(new QLabel), m_steps(new QComboBox), m_table(new QTableWidget(0, ColumnCount)),
-      m_empty(new QLabel), m_stack(new QStackedWidget)
+    : QWidget(parent), m_head(new QWidget), m_job(new QLabel), m_steps(new QComboBox),
+      m_table(new QTableWidget(0, ColumnCount)), m_empty(new QLabel), m_stack(new QStackedWidget)
 {
     QFont bold = m_job->font();
     bold.setBold(true);
@@ -68,14 +70,14 @@ LayerPanel::LayerPanel(QWidget *parent)
     m_stack->addWidget(m_table);
     m_stack->addWidget(m_empty);
 
-    auto *head = new QHBoxLayout;
+    auto *head = new QHBoxLayout(m_head);
     head->setContentsMargins(6, 6, 6, 0);
     head->addWidget(m_job, 1);
     head->addWidget(new QLabel(tr("Step")));
     head->addWidget(m_steps);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(head);
+    layout->addWidget(m_head);
     layout->addWidget(m_stack, 1);
 
     connect(m_steps, &QComboBox::currentTextChanged, this, &LayerPanel::stepChosen);
@@ -88,6 +90,7 @@ void LayerPanel::showMatrix(const QString &job, const QStringList &steps,
 {
     const QSignalBlocker quietSteps(m_steps);
     const QSignalBlocker quietTable(m_table);
+    m_head->setVisible(!job.isEmpty());
     m_job->setText(job);
     m_steps->clear();
     m_steps->addItems(steps);
@@ -117,6 +120,16 @@ bool LayerPanel::setCurrentStep(const QString &step)
     if (index >= 0)
         m_steps->setCurrentIndex(index);
     return index >= 0;
+}
+
+void LayerPanel::chooseFirstCopper()
+{
+    const auto copper =
+        std::find_if(m_layers.cbegin(), m_layers.cend(), [](const ORVEX::API::layer_info &layer) {
+            return layer.context == "BOARD" && layer.type == "SIGNAL";
+        });
+    if (!m_layers.empty())
+        m_table->selectRow(copper == m_layers.cend() ? 0 : int(copper - m_layers.cbegin()));
 }
 
 const ORVEX::API::layer_info *LayerPanel::currentLayer() const

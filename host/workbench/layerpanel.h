@@ -29,6 +29,8 @@ public:
     // Chooses the step of that name, compared without regard to case. Returns whether the job has it.
     bool setCurrentStep(const QString &step);
     int layerCount() const { return int(m_layers.size()); }
+    // Chooses the first copper layer, or the first of all.
+    void chooseFirstCopper();
     // The chosen layer, or null.
     const ORVEX::API::layer_info *currentLayer() const;
 
@@ -39,6 +41,7 @@ signals:
 private:
     void addRow(const ORVEX::API::layer_info &layer);
 
+    QWidget *m_head;
     QLabel *m_job;
     QComboBox *m_steps;
     QTableWidget *m_table;

@@ -66,6 +66,9 @@ void LogCollector::takeQtMessage(QtMsgType type, const QMessageLogContext &conte
 {
     if (type == QtFatalMsg && previousHandler)
         previousHandler(type, context, text);
+    // The offscreen platform says this at every window.
+    if (text.startsWith("This plugin does not support "))
+        return;
     QMutexLocker lock(&collectorMutex);
     if (theCollector)
         theCollector->post({levelOf(type), QDateTime::currentDateTime(), QString(), text});

@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QFont>
 #include <QLibraryInfo>
 #include <QTimer>
 
@@ -94,11 +95,22 @@ int runProgram(QApplication &application, const CommandLine &options)
     PluginHost::instance().loadFolder(QCoreApplication::applicationDirPath() + "/plugins");
     window->addPlugins();
 
+    if (!options.openJob.isEmpty())
+        window->openJob(options.openJob);
+
     std::unique_ptr<BatchRun> batch;
-    if (options.batch) {
+    if (options.batch || !options.archives.isEmpty())
         batch.reset(new BatchRun(*window, options, [](const QString &line) { printLine(stdout, line); }));
+    if (options.batch)
         QTimer::singleShot(0, batch.get(), [&batch] { QCoreApplication::exit(batch->run()); });
-    }
+    else if (batch)
+        QTimer::singleShot(0, batch.get(), [&batch] {
+            batch->importAttended();
+            batch.reset();
+            QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false);
+        });
+    // A native file dialog has no widgets that this program could fill in.
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, bool(batch));
     const int code = application.exec();
     batch.reset();
     shutDown(std::move(window));
@@ -114,12 +126,14 @@ int main(int argc, char **argv)
         drawOffscreen(argv[0]);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    // A native file dialog has no widgets to fill in.
-    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, isBatch);
     startLog(argv[0]);
     QApplication application(argc, argv);
     QApplication::setApplicationName("workbench");
     QApplication::setApplicationVersion("1.0");
+
+    // This platform has no font of its own choice; its stand-in is larger than any desktop's.
+    if (QApplication::platformName() == "offscreen")
+        QApplication::setFont(QFont("DejaVu Sans", 9));
 
     const CommandLine options = CommandLine::parse(QCoreApplication::arguments());
     if (options.showHelp) {

@@ -8,6 +8,7 @@
 #include "host/workbench/layerpanel.h"
 #include "host/workbench/logpane.h"
 #include "host/workbench/parentwidget.h"
+#include "host/workbench/view/graphicview.h"
 #include "run/orvexapi.h"
 
 #include <QAction>
@@ -50,11 +51,14 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent)
     connect(&m_messages, &HostMessages::jobFolderAnnounced, this, &MainWindow::setJobFolder);
     connect(&m_messages, &HostMessages::fileImported, this, &MainWindow::takeImportedFile);
     connect(&m_messages, &HostMessages::exportReported, this, &MainWindow::takeExportReport);
+    // The plug-in's export has the CAM library to itself.
+    connect(&m_messages, &HostMessages::contextRequested, this, [this] { m_view->stopReading(); });
     connect(&m_messages, &HostMessages::exportRefused, this, [this] {
         statusBar()->showMessage(tr("Open a job first, then export its layers."), messageTime);
     });
     resize(1180, 760);
     setJobFolder(QString());
+    m_jobs->setFocus();
 }
 
 MainWindow::~MainWindow() = default;
@@ -63,17 +67,27 @@ void MainWindow::buildPanels()
 {
     m_jobs = new JobListPanel;
     m_layers = new LayerPanel;
+    m_view = new GraphicView;
     m_logPane = new LogPane;
-    setCentralWidget(m_layers);
-    addDockWidget(Qt::LeftDockWidgetArea, dock(tr("Jobs"), "JobsDock", m_jobs));
-    addDockWidget(Qt::BottomDockWidgetArea, dock(tr("Log"), "LogDock", m_logPane));
+    setCentralWidget(m_view);
+    QDockWidget *jobs = dock(tr("Jobs"), "JobsDock", m_jobs);
+    QDockWidget *layers = dock(tr("Layers"), "LayersDock", m_layers);
+    QDockWidget *log = dock(tr("Log"), "LogDock", m_logPane);
+    addDockWidget(Qt::LeftDockWidgetArea, jobs);
+    addDockWidget(Qt::LeftDockWidgetArea, layers);
+    addDockWidget(Qt::BottomDockWidgetArea, log);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    const QList<QDockWidget *> docks = findChildren<QDockWidget *>();
-    resizeDocks({docks[0]}, {250}, Qt::Horizontal);
-    resizeDocks({docks[1]}, {180}, Qt::Vertical);
+    resizeDocks({jobs, log}, {360, 150}, Qt::Horizontal);
+    resizeDocks({jobs, layers}, {200, 460}, Qt::Vertical);
+    resizeDocks({log}, {150}, Qt::Vertical);
 
     connect(m_jobs, &JobListPanel::jobChosen, this, &MainWindow::openJob);
-    connect(m_layers, &LayerPanel::stepChosen, this, &MainWindow::updateContext);
+    connect(m_layers, &LayerPanel::stepChosen, this, [this] {
+        updateContext();
+        showChosenLayer();
+    });
+    connect(m_layers, &LayerPanel::layerChosen, this, &MainWindow::showChosenLayer);
+    m_view->showText(tr("No job is open."));
 }
 
 void MainWindow::buildMenus()
@@ -94,11 +108,17 @@ void MainWindow::buildMenus()
     quit->setShortcut(QKeySequence::Quit);
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
+    QAction *fit = view->addAction(tr("&Fit layer"), m_view, &GraphicView::fit);
+    fit->setShortcut(Qt::Key_F);
+    view->addSeparator();
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());
     menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainWindow::showAbout);
 
+    m_placeStatus = new QLabel;
     m_jobStatus = new QLabel;
+    statusBar()->addPermanentWidget(m_placeStatus);
+    connect(m_view, &GraphicView::pointed, m_placeStatus, &QLabel::setText);
     statusBar()->addPermanentWidget(m_jobStatus);
 }
 
@@ -143,6 +163,11 @@ QStringList MainWindow::jobNames() const
     return m_jobs->jobNames();
 }
 
+bool MainWindow::isReadingLayer() const
+{
+    return m_view->isReading();
+}
+
 bool MainWindow::chooseStep(const QString &step)
 {
     return m_layers->setCurrentStep(step);
@@ -163,6 +188,7 @@ void MainWindow::refreshJobs()
         LOG(INFO) << "the open job " << m_openJob.toStdString() << " is gone";
         m_openJob.clear();
         m_layers->showNothing(tr("No job is open."));
+        m_view->showText(tr("No job is open."));
     }
     m_jobs->setCurrentJob(m_openJob);
     updateContext();
@@ -170,6 +196,7 @@ void MainWindow::refreshJobs()
 
 void MainWindow::openJob(const QString &name)
 {
+    m_view->stopReading();
     std::vector<std::string> names;
     std::vector<ORVEX::API::layer_info> layers;
     const std::string failure = ORVEX::API::get_matrix(name.toStdString(), names, layers);
@@ -188,6 +215,8 @@ void MainWindow::openJob(const QString &name)
         LOG(ERROR) << "the layers of the job " << name.toStdString() << " cannot be read: " << failure;
     }
     updateContext();
+    m_view->showText(tr("Choose a layer."));
+    m_layers->chooseFirstCopper();
 }
 
 void MainWindow::takeImportedFile(const QString &path)
@@ -243,6 +272,12 @@ void MainWindow::updateContext()
                                              : tr("%1  |  step %2  |  %3 layers")
                                                    .arg(m_openJob, m_layers->currentStep())
                                                    .arg(m_layers->layerCount()));
+}
+
+void MainWindow::showChosenLayer()
+{
+    if (const ORVEX::API::layer_info *layer = m_layers->currentLayer())
+        m_view->showLayer(m_openJob, m_layers->currentStep(), *layer);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

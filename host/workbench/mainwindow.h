@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class GraphicView;
 class JobListPanel;
 class LayerPanel;
 class LogCollector;
@@ -37,6 +38,8 @@ public:
     QString jobRoot() const { return m_jobRoot; }
     QStringList jobNames() const;
     bool chooseStep(const QString &step);
+    // Whether a layer is being read for the view.
+    bool isReadingLayer() const;
 
 public slots:
     void openJob(const QString &name);
@@ -56,14 +59,17 @@ private:
     void takeImportedFile(const QString &path);
     void takeExportReport(const QString &folder, const QStringList &layers);
     void updateContext();
+    void showChosenLayer();
     void showAbout();
 
     LogCollector &m_log;
     HostMessages m_messages;
     JobListPanel *m_jobs = nullptr;
     LayerPanel *m_layers = nullptr;
+    GraphicView *m_view = nullptr;
     LogPane *m_logPane = nullptr;
     QToolBar *m_toolBar = nullptr;
+    QLabel *m_placeStatus = nullptr;
     QLabel *m_jobStatus = nullptr; // at the right end of the status bar
     QAction *m_importAction = nullptr;
     QAction *m_exportAction = nullptr;

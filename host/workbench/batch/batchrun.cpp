@@ -65,6 +65,14 @@ int BatchRun::run()
     return m_failures == 0 && m_written.files > 0 ? 0 : 1;
 }
 
+void BatchRun::importAttended()
+{
+    m_attended = true;
+    m_driver.setAttended(true);
+    for (const QString &archive : m_options.archives)
+        importArchive(archive);
+}
+
 bool BatchRun::importArchive(const QString &archive)
 {
     m_print("import " + QDir::toNativeSeparators(archive));
@@ -88,6 +96,7 @@ bool BatchRun::importArchive(const QString &archive)
         return fail("the archive holds no job");
     m_print(QString("  job %1 in %2, %3")
                 .arg(m_window.openJobName(), QDir::toNativeSeparators(m_window.jobRoot()), seconds(timer)));
+    waitFor([this] { return !m_window.isReadingLayer(); });
     takePicture(&m_window, m_window.openJobName() + "-workbench");
     return true;
 }
@@ -167,6 +176,8 @@ bool BatchRun::reportFiles(ExportDialog &dialog, const QString &format, const QS
 
 QAbstractButton *BatchRun::answer(QWidget *window)
 {
+    if (m_attended && !(qobject_cast<QFileDialog *>(window) && !m_archive.isEmpty()))
+        return nullptr;
     if (auto *box = qobject_cast<QMessageBox *>(window))
         return answerMessageBox(box);
     if (auto *dialog = qobject_cast<QFileDialog *>(window))

@@ -30,6 +30,9 @@ public:
     // imported and every layer was written to a file that is not empty.
     int run();
 
+    // Only imports the archives; a person answers what the plug-in asks.
+    void importAttended();
+
 private:
     struct Written
     {
@@ -56,7 +59,8 @@ private:
     CommandLine m_options;
     Print m_print;
     DialogDriver m_driver;
-    QString m_archive;      // what the open file dialog is to be given; empty when it is to be cancelled
+    QString m_archive; // what the open file dialog is to be given; empty when it is to be cancelled
+    bool m_attended = false;
     bool m_refused = false; // a message box reported a failure, or a window did not close
     Written m_written;
     int m_failures = 0;

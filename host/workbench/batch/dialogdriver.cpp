@@ -44,7 +44,7 @@ void DialogDriver::look()
             QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
         return;
     }
-    if (m_sinceAnswer.elapsed() < patience)
+    if (m_attended || m_sinceAnswer.elapsed() < patience)
         return;
     m_answered = nullptr;
     emit stuck(window->windowTitle());

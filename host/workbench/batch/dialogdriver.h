@@ -24,6 +24,8 @@ public:
 
     // Who answers a window, from now on.
     void setAnswer(Answer answer) { m_answer = std::move(answer); }
+    // Whether an answered window may stay open as long as it likes: a person is there to deal with it.
+    void setAttended(bool attended) { m_attended = attended; }
 
 signals:
     // A window did not close after its answer; it is rejected.
@@ -34,6 +36,7 @@ private:
 
     QTimer m_timer;
     Answer m_answer;
+    bool m_attended = false;
     QPointer<QWidget> m_answered;
     QElapsedTimer m_sinceAnswer;
 };

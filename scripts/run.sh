@@ -1,0 +1,87 @@
+#!/usr/bin/env bash
+# Builds the workbench and starts it on the sample job.
+#
+#   scripts/run.sh [--jobs DIR] [ARCHIVE.tgz ...]
+#   scripts/run.sh --batch [--format .gds|.gerber] [--out DIR] [--jobs DIR] [--step NAME] [--overwrite]
+#                  [--screenshots DIR] [--verbose] [ARCHIVE.tgz ...]
+#
+# Without a display, or with --batch, it imports the archives (the sample when none is given), exports every layer that
+# the Export dialog offers, prints a line a file, and ends 0 only when every file was written and is not empty.
+# Unless the options say otherwise, everything lands in the project's folder out/: jobs in job/, exported files in
+# export/, pictures in screenshots/.
+set -euo pipefail
+
+project=$(cd "$(dirname "$0")/.." && pwd)
+out="$project/out"
+say() { echo "== $*"; }
+
+batch=no
+options=()  # as given, without --batch
+archives=() # absolute
+given=" "   # the names of the options, for the defaults
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --batch) batch=yes ;;
+        --overwrite | --verbose) options+=("$1") ;;
+        --format | --out | --jobs | --step | --screenshots)
+            [ $# -ge 2 ] || { echo "run.sh: $1 needs a value" >&2; exit 2; }
+            options+=("$1" "$2")
+            given+="$1 "
+            shift
+            ;;
+        --format=* | --out=* | --jobs=* | --step=* | --screenshots=*)
+            options+=("$1")
+            given+="${1%%=*} "
+            ;;
+        -h | --help)
+            sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"
+            exit 0
+            ;;
+        -*)
+            echo "run.sh: unknown option $1 (--help lists them)" >&2
+            exit 2
+            ;;
+        *)
+            [ -e "$1" ] || { echo "run.sh: there is no file $1" >&2; exit 2; }
+            archives+=("$(cd "$(dirname "$1")" && pwd)/$(basename "$1")")
+            ;;
+    esac
+    shift
+done
+if [ -z "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] && [ $batch = no ]; then
+    say "There is no display: running in batch mode"
+    batch=yes
+fi
+
+"$project/scripts/packages.sh" build run
+say "Building the workbench (build/linux-release)"
+(
+    cd "$project"
+    cmake --preset linux-release >/dev/null
+    cmake --build --preset linux-release --target workbench sample_jobs
+)
+workbench="$project/build/linux-release/bin/workbench"
+samples=("$project"/build/linux-release/samples/*.tgz)
+
+if [ $batch = yes ]; then
+    [ ${#archives[@]} -gt 0 ] || archives=("${samples[@]}")
+    [[ $given == *" --out "* ]] || options+=(--out "$out/export")
+    [[ $given == *" --jobs "* ]] || options+=(--jobs "$out/job")
+    [[ $given == *" --screenshots "* ]] || options+=(--screenshots "$out/screenshots")
+    say "Importing and exporting without a person"
+    exec "$workbench" --batch "${options[@]}" "${archives[@]}"
+fi
+
+# The settings file oxconfig.ini and, by default, the jobs are in the working folder. A sample that is there already is
+# opened rather than imported again.
+open=()
+if [ ${#archives[@]} -eq 0 ]; then
+    for sample in "${samples[@]}"; do
+        name=$(basename "$sample" .tgz)
+        if [ -d "$out/job/$name" ]; then open=(--open "$name"); else archives+=("$sample"); fi
+    done
+fi
+mkdir -p "$out"
+cd "$out"
+say "Starting the workbench in $out"
+exec "$workbench" "${options[@]}" "${open[@]}" "${archives[@]}"

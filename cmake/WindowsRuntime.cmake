@@ -58,10 +58,3 @@ endforeach()
 add_custom_target(windows_runtime ALL
     COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
     ${_copies} COMMENT "Copying the Windows libraries beside the programs" VERBATIM)
-
-# What a user needs, and no more: cmake --install lays it out as scripts/windows.sh --package packs it.
-install(FILES ${FILE_PROCESS_RUNTIME_DLLS} DESTINATION . COMPONENT windows)
-foreach(_plugin ${FILE_PROCESS_QT_PLUGINS})
-    get_filename_component(_folder ${_plugin} DIRECTORY)
-    install(FILES ${_qt_plugins}/${_plugin} DESTINATION ${_folder} COMPONENT windows)
-endforeach()

@@ -1,0 +1,12 @@
+# An installed bit7z 4 as the target bit7z::bit7z, under its own package name or under the one that vcpkg gives it.
+find_package(bit7z 4 CONFIG QUIET)
+if(NOT TARGET bit7z::bit7z)
+    find_package(unofficial-bit7z CONFIG REQUIRED)
+    add_library(bit7z::bit7z INTERFACE IMPORTED)
+    foreach(_name bit7z64 bit7z)
+        if(TARGET unofficial::bit7z::${_name})
+            target_link_libraries(bit7z::bit7z INTERFACE unofficial::bit7z::${_name})
+            break()
+        endif()
+    endforeach()
+endif()

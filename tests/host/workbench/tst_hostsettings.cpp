@@ -1,0 +1,103 @@
+// The host's settings file and the jobs on disk.
+#include "host/workbench/hostsettings.h"
+#include "host/workbench/jobstore.h"
+#include "tests/support/temporaryworkingfolder.h"
+
+#include <QSettings>
+#include <QtTest>
+
+class TestHostSettings : public QObject
+{
+    Q_OBJECT
+
+private:
+    static QString setting(const QString &key)
+    {
+        QSettings settings("oxconfig.ini", QSettings::IniFormat);
+        settings.setIniCodec("utf-8");
+        return settings.value(key).toString();
+    }
+
+    static QStringList names(const QVector<JobEntry> &jobs)
+    {
+        QStringList list;
+        for (const JobEntry &job : jobs)
+            list << job.name;
+        return list;
+    }
+
+private slots:
+    void firstStartWritesTheDefaults()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(hostsettings::writeDefaults());
+        QCOMPARE(setting("Job_Path/path"), folder.filePath("job"));
+        QCOMPARE(setting("Output_Path_Format/format"), QString(".gds"));
+        QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.001);
+        QCOMPARE(setting("Profile_Dot/Profile_Dot"), QString("no"));
+    }
+
+    void settingsOfTheUserAreKept()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("oxconfig.ini", "[Job_Path]\npath=D:/mine\n"));
+        QVERIFY(hostsettings::writeDefaults());
+        QFile file("oxconfig.ini");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("[Job_Path]\npath=D:/mine\n"));
+    }
+
+    void jobRootIsTheConfiguredFolderOrJob()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(QDir().mkpath("a/b"));
+        QVERIFY(folder.write("file", "x"));
+        QCOMPARE(hostsettings::jobRoot(folder.filePath("a/b")), folder.filePath("a/b"));
+        QCOMPARE(hostsettings::jobRoot("a/b"), folder.filePath("a/b"));
+        QCOMPARE(hostsettings::jobRoot("a\\b"), folder.filePath("a/b"));
+        QCOMPARE(hostsettings::jobRoot(""), folder.filePath("job"));
+        QCOMPARE(hostsettings::jobRoot("missing"), folder.filePath("job"));
+        QCOMPARE(hostsettings::jobRoot("file"), folder.filePath("job"));
+    }
+
+    void sessionHasTheUsersSettingsWithAnotherJobFolder()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("oxconfig.ini",
+                             "[Job_Path]\npath=mine\n[Export_Database]\npath=log/exports.sqlite\n"
+                             "[Output_Path_Second]\npath=NC\n[Dbu]\nDbu=0.0005\n"));
+        {
+            const SessionFolder session(folder.filePath("session jobs"));
+            QVERIFY(QDir::current().canonicalPath() != folder.path());
+            QCOMPARE(setting("Job_Path/path"), folder.filePath("session jobs"));
+            QCOMPARE(setting("Export_Database/path"), folder.filePath("log/exports.sqlite"));
+            QCOMPARE(setting("Output_Path_Second/path"), QString("NC"));
+            QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
+        }
+        QCOMPARE(QDir::current().canonicalPath(), folder.path());
+        QCOMPARE(setting("Job_Path/path"), QString("mine"));
+    }
+
+    void sessionWithoutSettingsOfTheUserHasTheJobFolder()
+    {
+        TemporaryWorkingFolder folder;
+        const SessionFolder session(folder.filePath("j"));
+        QCOMPARE(setting("Job_Path/path"), folder.filePath("j"));
+    }
+
+    void jobsAreTheFoldersWithAMatrix()
+    {
+        TemporaryWorkingFolder folder;
+        for (const char *name : {"b/matrix/matrix", "A/matrix/matrix.gz", "c d/matrix/matrix",
+                                 "e/steps/pcb/stephdr", "f/matrix/other", "matrix"})
+            QVERIFY(folder.write(name, "x"));
+        const QVector<JobEntry> jobs = listJobs(folder.path());
+        QCOMPARE(names(jobs), (QStringList{"A", "b", "c d"}));
+        QCOMPARE(jobs[2].folder, folder.filePath("c d"));
+    }
+
+    void missingRootHasNoJobs() { QVERIFY(listJobs("no/such/folder").isEmpty()); }
+};
+
+QTEST_GUILESS_MAIN(TestHostSettings)
+#include "tst_hostsettings.moc"

@@ -188,4 +188,4 @@ private slots:
 };
 
 QTEST_GUILESS_MAIN(TestHostMessages)
-#include "tst_hostmessages.moc"
+#include "tst_workbenchmessages.moc"

@@ -37,6 +37,8 @@ std::string ORVEX::API::get_matrix(const std::string &job, std::vector<std::stri
                                    std::vector<layer_info> &layers)
 {
     state().matrixJobs.push_back(job);
+    if (state().onMatrix)
+        state().onMatrix(layers);
     names.insert(names.end(), state().names.begin(), state().names.end());
     layers.insert(layers.end(), state().layers.begin(), state().layers.end());
     return {};

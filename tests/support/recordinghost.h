@@ -53,6 +53,8 @@ struct State
 
     std::vector<ORVEX::API::layer_info> layers; // what get_matrix appends
     std::vector<std::string> names;
+    // Runs inside get_matrix after the call is recorded; what it throws, get_matrix throws.
+    std::function<void(std::vector<ORVEX::API::layer_info> &)> onMatrix;
     bool saveFlag = false;
     std::function<bool(const ExportCall &)> onExport; // runs inside layer_export, on the job's thread
     std::function<void(const Delivery &)> onDelivery;

@@ -211,6 +211,8 @@ private:
         for (ExtractionPlan::File &file : m_plan.files) {
             if (file.path.empty())
                 continue;
+            if (m_plan.totalSize + file.size < file.size)
+                throw BitException("\"" + utf8(file.path) + "\": the sizes of the files are beyond counting");
             m_plan.totalSize += file.size;
             kept.push_back(std::move(file));
         }

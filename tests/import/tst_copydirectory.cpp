@@ -1,0 +1,497 @@
+// Unpacking a job archive as the user sees it: the question, the progress window, the job root afterwards.
+
+#include "import/unzipprogress.h"
+#include "tests/import/archivebuilder.h"
+#include "tests/support/fileprocessaccess.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/modalresponder.h"
+#include "tests/support/temporaryworkingfolder.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHBoxLayout>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QTest>
+#include <QTimer>
+
+using Tree = QMap<QString, QByteArray>;
+
+namespace {
+
+const char *const Question = "The job with the same name already exists, do you want to overwrite it?";
+const char *const Failure = "The job unzipped failed, please check your files!";
+
+// What the progress window looked like while it was shown.
+struct SeenWindow
+{
+    Qt::WindowFlags flags;
+    Qt::WindowModality modality = Qt::NonModal;
+    QWidget *parent = nullptr;
+    int passes = 0; // event passes with the window visible
+    int paints = 0; // of the bar
+};
+
+// Watches for the progress window while the event loop runs.
+class WindowWatch : public QObject
+{
+public:
+    WindowWatch()
+    {
+        qApp->installEventFilter(this);
+        startTimer(1);
+    }
+
+    SeenWindow seen;
+
+protected:
+    void timerEvent(QTimerEvent *) override
+    {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (!widget->isVisible() || !widget->findChild<QProgressBar *>())
+                continue;
+            seen.flags = widget->windowFlags();
+            seen.modality = widget->windowModality();
+            seen.parent = widget->parentWidget();
+            ++seen.passes;
+        }
+    }
+
+    bool eventFilter(QObject *object, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && qobject_cast<QProgressBar *>(object))
+            ++seen.paints;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestCopyDirectory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void aNewJobIsUnpackedAndItsTarDeleted();
+    void aJobOfAnotherNameIsRenamed();
+    void aTarOfAnotherNameIsLeft();
+    void tarsThatBeginWithTheJobsNameAreDeleted();
+    void anEmptyTarGivesAnEmptyName();
+    void anEmptyTarAndYesRemovesTheOldJob();
+    void aMissingJobPathFallsBack();
+    void anEmptyJobPathFallsBack();
+    void theJobRootIsMadeAndLogged();
+    void theQuestionIsAskedForAFolderOnly();
+    void theQuestionIsAsked_data();
+    void theQuestionIsAsked();
+    void noKeepsTheOldJobWhenTheNamesDiffer();
+    void noUnpacksOverTheOldJobWhenTheNamesAreEqual();
+    void yesUnpacksOverTheOldJobWhenTheNamesAreEqual();
+    void yesReplacesTheOldJobWhenTheNamesDiffer();
+    void aNamelessMemberCanBeImportedTwice();
+    void theParametersAreTheSameOnEveryPlatform();
+    void theProgressWindowHasItsFlagsBarAndLayout();
+    void theProgressWindowAnimates();
+    void theProgressWindowStaysWithItsParent();
+    void failedImportShowsTheErrorBox_data();
+    void failedImportShowsTheErrorBox();
+    void failedImportKeepsTheOldJob_data();
+    void failedImportKeepsTheOldJob();
+    void aTarLeftByAFailureDoesNotSpoilTheNextImport();
+    void aPathWithBlanksSplitsTheCommands();
+    void aTaskThatEndsUnseenTakesTheSuccessRoad();
+    void aJobRootThatVanishesEndsTheImport();
+    void aJobRootThatIsAFileFails();
+
+private:
+    QString archive(const QString &name, const QByteArray &bytes)
+    {
+        m_folder->write("mail/" + name, bytes);
+        return m_folder->filePath("mail/" + name);
+    }
+    bool import(const QString &file)
+    {
+        m_name = QFileInfo(file).completeBaseName();
+        return FileProcessAccess::copyDirectory(*m_plugin, file, m_name);
+    }
+    Tree jobs() const { return treeOf(m_folder->filePath("job")); }
+
+    static QByteArray job(const QByteArray &name, const QByteArray &content = "new")
+    {
+        return TarBuilder()
+            .folder(name + "/")
+            .folder(name + "/matrix/")
+            .file(name + "/matrix/matrix", content)
+            .bytes();
+    }
+
+    std::unique_ptr<TemporaryWorkingFolder> m_folder;
+    std::unique_ptr<FileProcess> m_plugin;
+    std::unique_ptr<QWidget> m_parent;
+    std::unique_ptr<ModalResponder> m_user;
+    QString m_name;
+};
+
+void TestCopyDirectory::init()
+{
+    m_folder = std::make_unique<TemporaryWorkingFolder>();
+    m_plugin = std::make_unique<FileProcess>();
+    m_parent = std::make_unique<QWidget>();
+    m_user = std::make_unique<ModalResponder>();
+    FileProcessAccess::setImportParent(*m_plugin, m_parent.get());
+}
+
+void TestCopyDirectory::cleanup()
+{
+    QCOMPARE(m_user->pending(), 0);
+    m_user.reset();
+    m_parent.reset();
+    m_plugin.reset();
+    m_folder.reset();
+}
+
+void TestCopyDirectory::aNewJobIsUnpackedAndItsTarDeleted()
+{
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC"), "ABC.tar"))));
+    QCOMPARE(m_name, QString("ABC"));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
+}
+
+void TestCopyDirectory::aJobOfAnotherNameIsRenamed()
+{
+    QVERIFY(import(archive("ABC.tgz", gzip(job("XYZ")))));
+    QCOMPARE(m_name, QString("XYZ"));
+    QCOMPARE(jobs().keys(), (QStringList{"ABC/", "ABC/matrix/", "ABC/matrix/matrix"}));
+}
+
+void TestCopyDirectory::aTarOfAnotherNameIsLeft()
+{
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC"), "xyz.tar"))));
+    QCOMPARE(jobs().keys(), (QStringList{"ABC/", "ABC/matrix/", "ABC/matrix/matrix", "xyz.tar"}));
+}
+
+void TestCopyDirectory::tarsThatBeginWithTheJobsNameAreDeleted()
+{
+    QVERIFY(m_folder->write("job/ABC_old.tar", "1"));
+    QVERIFY(m_folder->write("job/ABC.tar.gz", "2"));
+    QVERIFY(m_folder->write("job/AB.tar", "3"));
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QCOMPARE(jobs().keys(),
+             (QStringList{"AB.tar", "ABC.tar.gz", "ABC/", "ABC/matrix/", "ABC/matrix/matrix"}));
+}
+
+void TestCopyDirectory::anEmptyTarGivesAnEmptyName()
+{
+    QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().bytes()))));
+    QCOMPARE(m_name, QString());
+    QCOMPARE(jobs(), Tree());
+}
+
+void TestCopyDirectory::anEmptyTarAndYesRemovesTheOldJob()
+{
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    QVERIFY(m_folder->write("job/OTHER/matrix/matrix", "other"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().bytes()))));
+    QCOMPARE(jobs().keys(), (QStringList{"OTHER/", "OTHER/matrix/", "OTHER/matrix/matrix"}));
+}
+
+void TestCopyDirectory::aMissingJobPathFallsBack()
+{
+    FileProcessAccess::config(*m_plugin).jobPath = m_folder->filePath("missing").replace("/", "\\");
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QVERIFY(jobs().contains("ABC/matrix/matrix"));
+    QVERIFY(!QDir(m_folder->filePath("missing")).exists());
+    QCOMPARE(UnzipProgress::unzipedFilePath, std::wstring(L".\\job\\"));
+}
+
+void TestCopyDirectory::anEmptyJobPathFallsBack()
+{
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QCOMPARE(UnzipProgress::unzipedFilePath, std::wstring(L".\\job\\"));
+    QCOMPARE(UnzipProgress::removeCmd, std::string("/c del .\\job\\ABC*.tar*.tar"));
+}
+
+void TestCopyDirectory::theJobRootIsMadeAndLogged()
+{
+    const LogCapture log;
+    QVERIFY(!QDir("job").exists());
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QVERIFY(log.find("fileprocess.cpp", 416).message.find("\".\\job\"") != std::string::npos);
+}
+
+void TestCopyDirectory::theQuestionIsAskedForAFolderOnly()
+{
+    QVERIFY(m_folder->write("job/ABC.x", "a file"));
+    QVERIFY(m_folder->write("job/ABCD/matrix", "another job"));
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QVERIFY(m_user->boxes.empty());
+}
+
+void TestCopyDirectory::theQuestionIsAsked_data()
+{
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("Yes") << true;
+    QTest::newRow("No") << false;
+}
+
+void TestCopyDirectory::theQuestionIsAsked()
+{
+    QFETCH(bool, yes);
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    m_user->expect([&](QWidget *window) {
+        auto *box = qobject_cast<QMessageBox *>(window);
+        QVERIFY(box);
+        QCOMPARE(box->windowTitle(), QString("Information"));
+        QCOMPARE(box->text(), QString(Question));
+        QCOMPARE(box->standardButtons(), QMessageBox::Yes | QMessageBox::No);
+        QCOMPARE(box->windowModality(), Qt::ApplicationModal);
+        QVERIFY(!box->parentWidget());
+        // The question comes before the progress window.
+        for (QWidget *widget : QApplication::topLevelWidgets())
+            QVERIFY(!widget->findChild<QProgressBar *>() || !widget->isVisible());
+        box->button(yes ? QMessageBox::Yes : QMessageBox::No)->click();
+    });
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+}
+
+void TestCopyDirectory::noKeepsTheOldJobWhenTheNamesDiffer()
+{
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    m_user->expectMessageBox(QMessageBox::No);
+    QVERIFY(import(archive("ABC.tgz", gzip(job("XYZ")))));
+    QCOMPARE(m_name, QString("XYZ"));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""},
+                           {"ABC/matrix/", ""},
+                           {"ABC/matrix/matrix", "old"},
+                           {"XYZ/", ""},
+                           {"XYZ/matrix/", ""},
+                           {"XYZ/matrix/matrix", "new"}}));
+}
+
+void TestCopyDirectory::noUnpacksOverTheOldJobWhenTheNamesAreEqual()
+{
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    QVERIFY(m_folder->write("job/ABC/only/old", "old"));
+    m_user->expectMessageBox(QMessageBox::No);
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QCOMPARE(jobs()["ABC/matrix/matrix"], QByteArray("new"));
+    QCOMPARE(jobs()["ABC/only/old"], QByteArray("old"));
+}
+
+void TestCopyDirectory::yesUnpacksOverTheOldJobWhenTheNamesAreEqual()
+{
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    QVERIFY(m_folder->write("job/ABC/only/old", "old"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QCOMPARE(jobs()["ABC/matrix/matrix"], QByteArray("new"));
+    QCOMPARE(jobs()["ABC/only/old"], QByteArray("old"));
+}
+
+void TestCopyDirectory::yesReplacesTheOldJobWhenTheNamesDiffer()
+{
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    QVERIFY(m_folder->write("job/ABC/only/old", "old"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("ABC.tgz", gzip(job("XYZ")))));
+    QCOMPARE(m_name, QString("XYZ"));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
+}
+
+void TestCopyDirectory::aNamelessMemberCanBeImportedTwice()
+{
+    const QString file = archive("ABC.tgz", gzip(job("ABC")));
+    QVERIFY(import(file));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(file));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
+}
+
+void TestCopyDirectory::theParametersAreTheSameOnEveryPlatform()
+{
+    QVERIFY(QDir().mkpath("jobs root/here"));
+    const QString root = m_folder->filePath("jobs root/here").replace("/", "\\");
+    FileProcessAccess::config(*m_plugin).jobPath = root;
+    const QString file = archive("ABC.tgz", gzip(job("XYZ")));
+    QVERIFY(import(file));
+    QCOMPARE(QString::fromStdWString(UnzipProgress::sourcePath), QString(file).replace("/", "\\"));
+    QCOMPARE(QString::fromStdWString(UnzipProgress::unzipedFilePath), root + "\\");
+    QCOMPARE(QString::fromStdString(UnzipProgress::removeCmd), "/c del " + root + "\\ABC*.tar*.tar");
+    QCOMPARE(UnzipProgress::tarName, std::wstring(L"XYZ"));
+}
+
+void TestCopyDirectory::theProgressWindowHasItsFlagsBarAndLayout()
+{
+    WindowWatch watch;
+    QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().file("ABC/x", QByteArray(30000000, 'x')).bytes()))));
+    QVERIFY(watch.seen.passes > 0);
+    QCOMPARE(int(watch.seen.flags), 0x02041803);
+    QCOMPARE(watch.seen.modality, Qt::ApplicationModal);
+    QCOMPARE(watch.seen.parent, m_parent.get());
+
+    const auto bars = m_parent->findChildren<QProgressBar *>();
+    QCOMPARE(bars.size(), 1);
+    QCOMPARE(bars[0]->minimum(), 0);
+    QCOMPARE(bars[0]->maximum(), 0);
+    QCOMPARE(bars[0]->minimumWidth(), 500);
+    QCOMPARE(bars[0]->maximumWidth(), 500);
+    QCOMPARE(bars[0]->orientation(), Qt::Horizontal);
+    auto *layout = qobject_cast<QHBoxLayout *>(bars[0]->parentWidget()->layout());
+    QVERIFY(layout);
+    QCOMPARE(layout->count(), 1);
+    QCOMPARE(layout->stretch(0), 0);
+    QCOMPARE(layout->itemAt(0)->alignment(), Qt::Alignment());
+}
+
+void TestCopyDirectory::theProgressWindowAnimates()
+{
+    WindowWatch watch;
+    QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().file("ABC/x", QByteArray(60000000, 'x')).bytes()))));
+    QVERIFY2(watch.seen.paints > 2, qPrintable(QString::number(watch.seen.paints)));
+}
+
+void TestCopyDirectory::theProgressWindowStaysWithItsParent()
+{
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QVERIFY(import(archive("DEF.tgz", gzip(job("DEF")))));
+    const auto bars = m_parent->findChildren<QProgressBar *>();
+    QCOMPARE(bars.size(), 2);
+    for (QProgressBar *bar : bars)
+        QVERIFY(!bar->isVisible());
+}
+
+void TestCopyDirectory::failedImportShowsTheErrorBox_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("not gzip") << QByteArray("this is no gzip file, whatever its name says");
+    QTest::newRow("gzip of something else") << gzip("this is no tar file");
+    QTest::newRow("truncated in the middle") << gzip(job("ABC")).left(gzip(job("ABC")).size() / 2);
+    QTest::newRow("empty file") << QByteArray();
+    QTest::newRow("a name that leads out") << gzip(TarBuilder().file("../evil", "x").bytes());
+}
+
+void TestCopyDirectory::failedImportShowsTheErrorBox()
+{
+    QFETCH(QByteArray, bytes);
+    bool windowWasClosed = false;
+    m_user->expect([&](QWidget *window) {
+        auto *box = qobject_cast<QMessageBox *>(window);
+        QVERIFY(box);
+        QCOMPARE(box->windowTitle(), QString("Error"));
+        QCOMPARE(box->text(), QString(Failure));
+        QCOMPARE(int(box->standardButtons()), int(QMessageBox::Yes));
+        QCOMPARE(box->windowModality(), Qt::ApplicationModal);
+        QVERIFY(!box->parentWidget());
+        windowWasClosed = !m_parent->findChild<QProgressBar *>()->isVisible();
+        box->button(QMessageBox::Yes)->click();
+    });
+    QVERIFY(!import(archive("ABC.tgz", bytes)));
+    QCOMPARE(m_name, QString("ABC"));
+    QVERIFY(windowWasClosed);
+    QVERIFY(!QDir("job/ABC").exists());
+    QVERIFY(!QFile::exists("evil"));
+}
+
+void TestCopyDirectory::failedImportKeepsTheOldJob_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("yes");
+    const QByteArray same = job("ABC", QByteArray(100000, 'n'));
+    const QByteArray other = job("XYZ", QByteArray(100000, 'n'));
+    for (const bool yes : {true, false}) {
+        const char *answer = yes ? ", Yes" : ", No";
+        const auto row = [&](const char *what) -> QTestData & {
+            return QTest::newRow(qPrintable(QString(what) + answer));
+        };
+        row("not gzip") << QByteArray("no gzip") << yes;
+        row("truncated") << gzip(same).chopped(100) << yes;
+        row("truncated tar, equal names") << gzip(same.left(60000)) << yes;
+        row("truncated tar, other name") << gzip(other.left(60000)) << yes;
+        row("without its end, equal names") << gzip(same.chopped(1024)) << yes;
+        row("a bad name at the end")
+            << gzip(TarBuilder().file("ABC/matrix/matrix", "n").file("/x", "x").bytes()) << yes;
+        row("a folder for a file")
+            << gzip(TarBuilder().file("ABC/a", "n").file("ABC/matrix/matrix/x", "n").bytes()) << yes;
+    }
+}
+
+void TestCopyDirectory::failedImportKeepsTheOldJob()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, yes);
+    QVERIFY(m_folder->write("job/ABC/a", "old a"));
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    const Tree before = jobs();
+    m_user->expectMessageBox(yes ? QMessageBox::Yes : QMessageBox::No);
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(!import(archive("ABC.tgz", bytes)));
+    QCOMPARE(m_user->boxes.back().text, QString(Failure));
+    Tree after = jobs();
+    after.remove("ABC.tar"); // of a tar that is damaged
+    QCOMPARE(after, before);
+}
+
+void TestCopyDirectory::aTarLeftByAFailureDoesNotSpoilTheNextImport()
+{
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(!import(archive("ABC.tgz", gzip("this is no tar file"))));
+    QVERIFY(jobs().contains("ABC.tar"));
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
+}
+
+void TestCopyDirectory::aPathWithBlanksSplitsTheCommands()
+{
+    QVERIFY(m_folder->write("job/my", "1"));
+    QVERIFY(m_folder->write("part_too.tar", "2"));
+    QVERIFY(m_folder->write("part/x", "3"));
+    QVERIFY(m_folder->write("job/my part/matrix", "old"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("my part.tgz", gzip(job("XYZ")))));
+    // "del .\job\my part*.tar" is about .\job\my and part*.tar, "rd /s /q .\job\my part" about .\job\my and
+    // part: the tar and the old job stay, and the new one keeps its name.
+    QVERIFY(!jobs().contains("my"));
+    QVERIFY(!QFile::exists("part_too.tar"));
+    QVERIFY(!QDir("part").exists());
+    QVERIFY(jobs().contains("my part.tar"));
+    QCOMPARE(jobs()["my part/matrix"], QByteArray("old"));
+    QVERIFY(jobs().contains("XYZ/matrix/matrix"));
+}
+
+// The event loop of the first poll is held up until the failed task and its clean-up have ended.
+void TestCopyDirectory::aTaskThatEndsUnseenTakesTheSuccessRoad()
+{
+    QTimer::singleShot(0, [] { QTest::qSleep(1000); });
+    QVERIFY(import(archive("ABC.tgz", "no gzip")));
+    QVERIFY(m_user->boxes.empty());
+    QCOMPARE(m_name, QString("ABC.tar"));
+}
+
+void TestCopyDirectory::aJobRootThatVanishesEndsTheImport()
+{
+    // The answer to the question takes the root away: unpacking makes it again.
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    m_user->expect([](QWidget *window) {
+        QDir("job").removeRecursively();
+        qobject_cast<QMessageBox *>(window)->button(QMessageBox::Yes)->click();
+    });
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QCOMPARE(jobs().keys(), (QStringList{"ABC/", "ABC/matrix/", "ABC/matrix/matrix"}));
+}
+
+void TestCopyDirectory::aJobRootThatIsAFileFails()
+{
+    QVERIFY(m_folder->write("job", "a file"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(!import(archive("ABC.tgz", gzip(job("ABC")))));
+    QCOMPARE(m_user->boxes.back().text, QString(Failure));
+    QCOMPARE(readFile("job"), QByteArray("a file"));
+}
+
+QTEST_MAIN(TestCopyDirectory)
+#include "tst_copydirectory.moc"

@@ -28,6 +28,18 @@ double roundLength(double value)
     return 10.0 * power;
 }
 
+QPolygonF woundOneWay(const QPolygonF &polygon)
+{
+    double area = 0.0;
+    for (int i = 0; i + 1 < polygon.size(); ++i)
+        area += polygon[i].x() * polygon[i + 1].y() - polygon[i + 1].x() * polygon[i].y();
+    if (area >= 0.0)
+        return polygon;
+    QPolygonF reversed = polygon;
+    std::reverse(reversed.begin(), reversed.end());
+    return reversed;
+}
+
 } // namespace
 
 LayerView::LayerView(QWidget *parent) : QWidget(parent)
@@ -144,10 +156,14 @@ void LayerView::drawLayer()
     const auto isSeen = [&visible](const QPolygonF &polygon) {
         return polygon.boundingRect().adjusted(-1e-6, -1e-6, 1e-6, 1e-6).intersects(visible);
     };
+    // One path, wound one way: areas that touch then leave no seam between them.
+    QPainterPath areas;
+    areas.setFillRule(Qt::WindingFill);
     for (const QPolygonF &area : m_drawing.areas) {
         if (isSeen(area))
-            painter.drawPolygon(toView.map(area), Qt::OddEvenFill);
+            areas.addPolygon(woundOneWay(toView.map(area)));
     }
+    painter.drawPath(areas);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor(255, 255, 255, 190), 1));
     for (const QPolygonF &outline : m_drawing.outlines) {

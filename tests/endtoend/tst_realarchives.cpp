@@ -1,0 +1,30 @@
+// Every archive of a folder of real jobs goes through the plug-in into both formats.
+#include "tests/endtoend/batchprocess.h"
+#include "tests/support/temporaryworkingfolder.h"
+
+#include <QtTest>
+
+class TestRealArchives : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void archiveIsImportedAndEveryLayerExported_data()
+    {
+        QTest::addColumn<QString>("archive");
+        for (const QFileInfo &file : QDir(REAL_ARCHIVES).entryInfoList({"*.tgz"}, QDir::Files))
+            QTest::newRow(qPrintable(file.fileName())) << file.absoluteFilePath();
+    }
+    void archiveIsImportedAndEveryLayerExported()
+    {
+        QFETCH(QString, archive);
+        TemporaryWorkingFolder folder;
+        const BatchResult result = runBatch(
+            folder.path(), {"--jobs", folder.filePath("jobs"), "--out", folder.filePath("out"), archive});
+        QVERIFY2(result.code == 0, qPrintable(result.all()));
+        QVERIFY2(result.fileLines().size() >= 2, qPrintable(result.all()));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestRealArchives)
+#include "tst_realarchives.moc"

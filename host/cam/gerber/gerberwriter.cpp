@@ -1,0 +1,78 @@
+// The outline of the file: head, apertures, image, end.
+#include "host/cam/gerber/gerberwriter.h"
+
+#include "host/cam/gerber/aperture.h"
+#include "host/cam/gerber/aperturetable.h"
+#include "host/cam/gerber/fileattributes.h"
+#include "host/cam/gerber/gerberstream.h"
+#include "host/cam/gerber/painter.h"
+#include "host/cam/outputfile.h"
+
+namespace cam {
+
+namespace {
+
+// Readers take a file without an aperture or without a coordinate for one of the older kind, and warn of it:
+// a file of regions only defines this aperture (nanometres), an empty one moves once.
+constexpr double smallestAperture = 10000.0;
+
+void writeHead(const LayerImage &image, const ExportOptions &options, GerberStream &stream)
+{
+    for (const std::string &attribute : fileAttributes(image, options.negative))
+        stream.attribute(attribute);
+    stream.comment("job " + image.job + ", step " + image.top().name + ", layer " + image.layer);
+    stream.command("FSLAX46Y46");
+    stream.command("MOMM");
+    stream.allQuadrants();
+}
+
+// The profile's area, out of which paint() then takes the layer.
+void paintBase(const LayerImage &image, GerberStream &stream, Painter &painter)
+{
+    stream.polarity(true);
+    if (!image.profile.isEmpty())
+        return painter.paintContours(image.profile);
+    const GridBox extent = painter.positiveExtent();
+    if (!extent.isEmpty())
+        painter.paintBox(extent);
+}
+
+void paintImage(const LayerImage &image, const ExportOptions &options, GerberStream &stream, Painter &painter)
+{
+    if (options.negative)
+        paintBase(image, stream, painter);
+    painter.paint();
+    // Negative features are painted dark now, and may reach out of the profile.
+    if (options.negative && !image.profile.isEmpty() && painter.hasNegativeFeatures())
+        painter.clearOutside(image.profile);
+}
+
+} // namespace
+
+void writeGerber(const LayerImage &image, const ExportOptions &options)
+{
+    OutputFile file(options.file);
+    GerberStream stream(file);
+    ApertureTable apertures;
+    Painter painter(image, options, stream, apertures);
+    options.report(0.0);
+    writeHead(image, options, stream);
+    painter.collectApertures();
+    const bool drawsProfile = options.profileOnTop && !image.profile.isEmpty();
+    const int profileCode = drawsProfile ? apertures.profileCode() : 0;
+    if (apertures.isEmpty())
+        apertures.code(circleAperture(smallestAperture));
+    apertures.write(stream);
+    if (painter.isEmpty())
+        stream.moveTo({0, 0});
+    paintImage(image, options, stream, painter);
+    if (drawsProfile) {
+        stream.polarity(true);
+        painter.drawContours(image.profile, profileCode);
+    }
+    stream.end();
+    file.commit();
+    options.report(1.0);
+}
+
+} // namespace cam

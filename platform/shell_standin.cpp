@@ -12,7 +12,8 @@ namespace platform {
 
 namespace {
 
-// Starting the interpreter in a window of its own takes about this long; who waits for a shown command relies on it.
+// Starting the interpreter in a window of its own takes about this long; who waits for a shown command relies
+// on it.
 const unsigned long ShownStartMilliseconds = 100;
 
 bool isSeparator(QChar c)
@@ -95,7 +96,8 @@ bool matchesWildcard(const QString &pattern, const QString &name)
     const QString foldedName = name.toCaseFolded();
     if (matches(foldedPattern, 0, foldedName, 0))
         return true;
-    return foldedPattern.endsWith("*.*") && matches(foldedPattern.left(foldedPattern.size() - 2), 0, foldedName, 0);
+    return foldedPattern.endsWith("*.*") &&
+           matches(foldedPattern.left(foldedPattern.size() - 2), 0, foldedName, 0);
 }
 
 void deleteFiles(const QString &pattern)

@@ -1,8 +1,8 @@
-// The plug-in object: it gives the host its Import and Export actions, exchanges messages with the host's other
-// plug-ins, and opens the Export dialog when the job context arrives.
+// The plug-in object: it gives the host its Import and Export actions, exchanges messages with the host's
+// other plug-ins, and opens the Export dialog when the job context arrives.
 //
-// It runs on the host's user-interface thread and deletes nothing that it creates: actions, dialogs and windows are
-// left to their Qt parents, to themselves, or to the host.
+// It runs on the host's user-interface thread and deletes nothing that it creates: actions, dialogs and
+// windows are left to their Qt parents, to themselves, or to the host.
 #pragma once
 
 #include "plugin/export_macro.h"
@@ -28,8 +28,8 @@ class FILE_PROCESS_EXPORT FileProcess : public QObject, public FileProInterface
     Q_INTERFACES(FileProInterface)
 
 public:
-    // The one that the plug-in entry uses: registers PluginMetaData, so that the record can travel through queued
-    // connections, and under its reference name too, so that a signal that carries it by value matches
+    // The one that the plug-in entry uses: registers PluginMetaData, so that the record can travel through
+    // queued connections, and under its reference name too, so that a signal that carries it by value matches
     // on_send_exprot_xml.
     FileProcess();
     // `unused` becomes no parent; registers nothing.
@@ -38,8 +38,8 @@ public:
     void recMsgFromManager(PluginMetaData data) override;
     // Creates both actions and offers them to GetFileProActions; connects neither.
     void CreateFileProTools() override;
-    // Reads the host's settings file and returns a new, connected Import action. `parent` becomes the parent of the
-    // import's dialogs.
+    // Reads the host's settings file and returns a new, connected Import action. `parent` becomes the parent
+    // of the import's dialogs.
     QAction *InitImportTool(QWidget *parent) override;
     // Returns a new, connected Export action.
     QAction *InitExportTool() override;
@@ -50,7 +50,8 @@ public:
     void setParentWidget(QWidget *widget);
 
 signals:
-    // Hands a record to the host's manager, which must be connected directly: payloads live during the emission.
+    // Hands a record to the host's manager, which must be connected directly: payloads live during the
+    // emission.
     void sendMsgToManager(PluginMetaData data) override;
     void ImportSignal();
     void ExportSignal();

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-// Set to the platform's export keyword while the library itself is compiled. Its users need no import keyword:
-// they only call functions.
+// Set to the platform's export keyword while the library itself is compiled. Its users need no import
+// keyword: they only call functions.
 #ifndef ORVEX_API_DECL
 #define ORVEX_API_DECL
 #endif
@@ -19,7 +19,7 @@ namespace ORVEX::API {
 struct layer_info
 {
     std::string context; // "BOARD", or another word for a layer that is no part of the physical board
-    std::string type;    // "SIGNAL", "POWER_GROUND", "SOLDER_MASK", "SILK_SCREEN", "SOLDER_PASTE", "DRILL", ...
+    std::string type; // "SIGNAL", "POWER_GROUND", "SOLDER_MASK", "SILK_SCREEN", "SOLDER_PASTE", "DRILL", ...
     std::string name;
     std::string old_name;
     std::string polarity; // "POSITIVE" or "NEGATIVE"
@@ -38,8 +38,8 @@ struct point
     double y = 0.0;
 };
 
-// Reads the layer matrix of `job`: the names of its steps into `names`, one record a layer, in matrix order, into
-// `layers`. Returns an empty text, or what went wrong.
+// Reads the layer matrix of `job`: the names of its steps into `names`, one record a layer, in matrix order,
+// into `layers`. Returns an empty text, or what went wrong.
 ORVEX_API_DECL std::string get_matrix(const std::string &job, std::vector<std::string> &names,
                                       std::vector<layer_info> &layers);
 
@@ -67,14 +67,11 @@ namespace ORVEX::DB {
 ORVEX_API_DECL bool get_SaveFlag();
 
 // Records an export in the host's database; the parameters are those of layer_export.
-ORVEX_API_DECL void layer_export_db_save(const std::string &job, const std::string &step,
-                                         const std::string &layer, ORVEX::API::export_type type,
-                                         std::string file_name, ORVEX::COMMON::progress_value<void> *progress,
-                                         double dbu, double resize, bool is_negative, bool is_mirror,
-                                         bool is_rotate, bool is_scale, int option_int_1, int option_int_2,
-                                         int option_int_3, int option_int_4, int option_int_5,
-                                         int option_int_6, bool is_profile_top, double angle,
-                                         std::string axis, bool flag_option_1, double x_scale, double y_scale,
-                                         bool flag_option_2);
+ORVEX_API_DECL void layer_export_db_save(
+    const std::string &job, const std::string &step, const std::string &layer, ORVEX::API::export_type type,
+    std::string file_name, ORVEX::COMMON::progress_value<void> *progress, double dbu, double resize,
+    bool is_negative, bool is_mirror, bool is_rotate, bool is_scale, int option_int_1, int option_int_2,
+    int option_int_3, int option_int_4, int option_int_5, int option_int_6, bool is_profile_top, double angle,
+    std::string axis, bool flag_option_1, double x_scale, double y_scale, bool flag_option_2);
 
 } // namespace ORVEX::DB

@@ -12,8 +12,8 @@ template <typename Result>
 class progress_value
 {
 public:
-    // Stores `v` as the task's progress (0 to 100, or -1.0 after a failure). When a cancel has been requested it
-    // stores -1.0 instead and throws the text "progress_cancle", which ends the task.
+    // Stores `v` as the task's progress (0 to 100, or -1.0 after a failure). When a cancel has been requested
+    // it stores -1.0 instead and throws the text "progress_cancle", which ends the task.
     void set_value(double v)
     {
         std::lock_guard<std::mutex> lock(mutex);

@@ -6,8 +6,8 @@
 
 #include <QObject>
 
-// Set to the platform's export keyword while the library itself is compiled. Its users need no import keyword:
-// they only call functions.
+// Set to the platform's export keyword while the library itself is compiled. Its users need no import
+// keyword: they only call functions.
 #ifndef PLUGINMANGER_DECL
 #define PLUGINMANGER_DECL
 #endif
@@ -19,7 +19,7 @@ class PLUGINMANGER_DECL QTpluginsManger4CAM : public QObject
 public:
     static QTpluginsManger4CAM *instance();
 
-    // Delivers `data` to the plug-in or object named in `data.toPlugin`, during the call. `sender` is the widget
-    // that stands for the sending plug-in; a record whose receiver is unknown is lost.
+    // Delivers `data` to the plug-in or object named in `data.toPlugin`, during the call. `sender` is the
+    // widget that stands for the sending plug-in; a record whose receiver is unknown is lost.
     void recMegToPlugin(void *sender, PluginMetaData data);
 };

@@ -17,11 +17,16 @@ void tst_Paths::backslashesBecomeTheLocalSeparator_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("elsewhere"); // what every system but Windows gets
-    QTest::newRow("backslashes") << "C:\\jobs\\a\\b" << "C:/jobs/a/b";
-    QTest::newRow("mixed") << "d:/out//job1\\top.gds" << "d:/out//job1/top.gds";
-    QTest::newRow("relative root") << ".\\job\\" << "./job/";
-    QTest::newRow("no separator") << "name" << "name";
-    QTest::newRow("empty") << "" << "";
+    QTest::newRow("backslashes") << "C:\\jobs\\a\\b"
+                                 << "C:/jobs/a/b";
+    QTest::newRow("mixed") << "d:/out//job1\\top.gds"
+                           << "d:/out//job1/top.gds";
+    QTest::newRow("relative root") << ".\\job\\"
+                                   << "./job/";
+    QTest::newRow("no separator") << "name"
+                                  << "name";
+    QTest::newRow("empty") << ""
+                           << "";
     QTest::newRow("other alphabets") << QString::fromUtf8("板\\层") << QString::fromUtf8("板/层");
 }
 

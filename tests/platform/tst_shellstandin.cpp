@@ -33,9 +33,10 @@ void tst_ShellStandin::commandLinesFallIntoParameters_data()
     QTest::newRow("del") << "/c del C:\\j\\A*.tar" << Command::Delete << QStringList("C:\\j\\A*.tar");
     QTest::newRow("rd") << "/c rd /s /q C:\\j\\A" << Command::RemoveTree << QStringList("C:\\j\\A");
     QTest::newRow("capitals") << "/C DEL a" << Command::Delete << QStringList("a");
-    QTest::newRow("blanks") << "/c del C:\\my jobs\\A" << Command::Delete << QStringList({"C:\\my", "jobs\\A"});
-    QTest::newRow("other separators") << "/c del a,b;c=d\te" << Command::Delete
-                                      << QStringList({"a", "b", "c", "d", "e"});
+    QTest::newRow("blanks") << "/c del C:\\my jobs\\A" << Command::Delete
+                            << QStringList({"C:\\my", "jobs\\A"});
+    QTest::newRow("other separators")
+        << "/c del a,b;c=d\te" << Command::Delete << QStringList({"a", "b", "c", "d", "e"});
     QTest::newRow("quotes") << "/c del \"a b\" c" << Command::Delete << QStringList({"a b", "c"});
     QTest::newRow("open quote") << "/c del a*.tara*.*\"" << Command::Delete << QStringList("a*.tara*.*");
     QTest::newRow("ampersand") << "/c del a&b c" << Command::Delete << QStringList("a");
@@ -59,15 +60,24 @@ void tst_ShellStandin::wildcardsMatchWithoutRegardToCase_data()
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("matches");
-    QTest::newRow("star") << "ABC*.tar" << "abc_old.TAR" << true;
-    QTest::newRow("empty star") << "ABC*.tar" << "ABC.tar" << true;
-    QTest::newRow("other start") << "ABC*.tar" << "xABC.tar" << false;
-    QTest::newRow("other end") << "ABC*.tar" << "ABC.tar.gz" << false;
-    QTest::newRow("question mark") << "a?c" << "abc" << true;
-    QTest::newRow("question mark needs one") << "a?c" << "ac" << false;
-    QTest::newRow("two stars") << "a*b*c" << "axxbyybzc" << true;
-    QTest::newRow("star dot star without a dot") << "ABC*.*" << "ABCdef" << true;
-    QTest::newRow("plain") << "abc" << "ABC" << true;
+    QTest::newRow("star") << "ABC*.tar"
+                          << "abc_old.TAR" << true;
+    QTest::newRow("empty star") << "ABC*.tar"
+                                << "ABC.tar" << true;
+    QTest::newRow("other start") << "ABC*.tar"
+                                 << "xABC.tar" << false;
+    QTest::newRow("other end") << "ABC*.tar"
+                               << "ABC.tar.gz" << false;
+    QTest::newRow("question mark") << "a?c"
+                                   << "abc" << true;
+    QTest::newRow("question mark needs one") << "a?c"
+                                             << "ac" << false;
+    QTest::newRow("two stars") << "a*b*c"
+                               << "axxbyybzc" << true;
+    QTest::newRow("star dot star without a dot") << "ABC*.*"
+                                                 << "ABCdef" << true;
+    QTest::newRow("plain") << "abc"
+                           << "ABC" << true;
 }
 
 void tst_ShellStandin::wildcardsMatchWithoutRegardToCase()

@@ -1,7 +1,7 @@
 // The plug-in object as the host sees it: interfaces, meta-object, actions, and the way to the Export dialog.
 
-#include "export/export.h"
 #include "export/exportjobinfo.h"
+#include "tests/support/exportdialogs.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/recordinghost.h"
 #include "tests/support/temporaryworkingfolder.h"
@@ -22,16 +22,6 @@ PluginMetaData jobContext(ExportJobInfo *job)
     data.msgType = 10000503;
     data.payload = job;
     return data;
-}
-
-QList<Export *> openDialogs()
-{
-    QList<Export *> dialogs;
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (auto *dialog = qobject_cast<Export *>(window))
-            dialogs << dialog;
-    }
-    return dialogs;
 }
 
 } // namespace
@@ -76,7 +66,7 @@ void tst_FileProcess::init()
 
 void tst_FileProcess::cleanup()
 {
-    qDeleteAll(openDialogs());
+    qDeleteAll(openExportDialogs());
 }
 
 void tst_FileProcess::theEntryKeepsOneObjectWhileItLives()
@@ -127,7 +117,8 @@ void tst_FileProcess::methodsHaveTheirIndices_data()
     QTest::newRow("2") << 2 << QByteArray("ExportSignal()") << true << QByteArray();
     QTest::newRow("3") << 3 << QByteArray("on_ExportACT_clicked()") << false << QByteArray();
     QTest::newRow("4") << 4 << QByteArray("on_ImportACT_clicked()") << false << QByteArray();
-    QTest::newRow("5") << 5 << QByteArray("on_send_exprot_xml(PluginMetaData&)") << false << QByteArray("data");
+    QTest::newRow("5") << 5 << QByteArray("on_send_exprot_xml(PluginMetaData&)") << false
+                       << QByteArray("data");
 }
 
 void tst_FileProcess::methodsHaveTheirIndices()
@@ -142,7 +133,8 @@ void tst_FileProcess::methodsHaveTheirIndices()
     QCOMPARE(method.methodSignature(), signature);
     QCOMPARE(method.methodType(), isSignal ? QMetaMethod::Signal : QMetaMethod::Slot);
     QCOMPARE(method.access(), QMetaMethod::Public);
-    QCOMPARE(method.parameterNames(), parameter.isEmpty() ? QList<QByteArray>() : QList<QByteArray>{parameter});
+    QCOMPARE(method.parameterNames(),
+             parameter.isEmpty() ? QList<QByteArray>() : QList<QByteArray>{parameter});
 }
 
 void tst_FileProcess::theRecordsMetaTypeHasTwoNames()
@@ -248,7 +240,7 @@ void tst_FileProcess::noDialogOpensWithoutAnAnswer()
 {
     FileProcess plugin;
     plugin.on_ExportACT_clicked();
-    QVERIFY(openDialogs().isEmpty());
+    QVERIFY(openExportDialogs().isEmpty());
 }
 
 void tst_FileProcess::theContextOpensTheDialog()
@@ -258,8 +250,8 @@ void tst_FileProcess::theContextOpensTheDialog()
     ExportJobInfo job{"pcb", "C:/jobs/board", "board", {"x"}};
     plugin.recMsgFromManager(jobContext(&job));
 
-    QCOMPARE(openDialogs().size(), 1);
-    Export *dialog = openDialogs().first();
+    QCOMPARE(openExportDialogs().size(), 1);
+    Export *dialog = openExportDialogs().first();
     QCOMPARE(FileProcessAccess::exportDialog(plugin), dialog);
     QVERIFY(dialog->isVisible());
     QVERIFY(dialog->isWindow());
@@ -276,7 +268,7 @@ void tst_FileProcess::aSecondContextOpensASecondDialog()
     plugin.recMsgFromManager(jobContext(&job));
     QPointer<Export> first = FileProcessAccess::exportDialog(plugin);
     plugin.recMsgFromManager(jobContext(&job));
-    QCOMPARE(openDialogs().size(), 2);
+    QCOMPARE(openExportDialogs().size(), 2);
     QVERIFY(first && first->isVisible());
     QVERIFY(FileProcessAccess::exportDialog(plugin) != first);
 }
@@ -285,9 +277,9 @@ void tst_FileProcess::aContextWithoutJobOpensAnEmptyDialog()
 {
     FileProcess plugin;
     plugin.recMsgFromManager(jobContext(nullptr));
-    QCOMPARE(openDialogs().size(), 1);
-    QCOMPARE(openDialogs().first()->findChild<QTableWidget *>()->rowCount(), 0);
-    QCOMPARE(openDialogs().first()->findChild<QLineEdit *>("PathLineEdit")->text(), QString());
+    QCOMPARE(openExportDialogs().size(), 1);
+    QCOMPARE(openExportDialogs().first()->findChild<QTableWidget *>()->rowCount(), 0);
+    QCOMPARE(openExportDialogs().first()->findChild<QLineEdit *>("PathLineEdit")->text(), QString());
 }
 
 void tst_FileProcess::theDialogTakesTheSettings()
@@ -297,8 +289,10 @@ void tst_FileProcess::theDialogTakesTheSettings()
     delete plugin.InitImportTool(nullptr);
     ExportJobInfo job{"pcb", "C:/jobs/board", "board", {}};
     plugin.recMsgFromManager(jobContext(&job));
-    QCOMPARE(openDialogs().first()->findChild<QLineEdit *>("SecondDirLineEdit")->text(), QString("second"));
-    QCOMPARE(openDialogs().first()->findChild<QLineEdit *>("PathLineEdit")->text(), QString("C:\\jobs\\board"));
+    QCOMPARE(openExportDialogs().first()->findChild<QLineEdit *>("SecondDirLineEdit")->text(),
+             QString("second"));
+    QCOMPARE(openExportDialogs().first()->findChild<QLineEdit *>("PathLineEdit")->text(),
+             QString("C:\\jobs\\board"));
 }
 
 void tst_FileProcess::theSecondConstructorLeavesTheMetaTypeAlone()

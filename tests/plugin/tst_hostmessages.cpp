@@ -1,7 +1,7 @@
 // Every message that the plug-in sends and receives: receivers, types, payloads, order and log lines.
 
-#include "export/export.h"
 #include "export/exportjobinfo.h"
+#include "tests/support/exportdialogs.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/modalresponder.h"
@@ -58,8 +58,9 @@ private slots:
 private:
     void record(FileProcess &plugin)
     {
-        connect(&plugin, &FileProcess::sendMsgToManager,
-                [this](PluginMetaData data) { m_sent.push_back({"signal", data, nullptr}); });
+        connect(&plugin, &FileProcess::sendMsgToManager, [this](PluginMetaData data) {
+            m_sent.push_back({"signal", data, nullptr});
+        });
         recording_host::state().onDelivery = [this](const recording_host::Delivery &delivery) {
             m_sent.push_back({"direct", delivery.data, delivery.sender});
         };
@@ -77,10 +78,7 @@ void tst_HostMessages::init()
 
 void tst_HostMessages::cleanup()
 {
-    for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (qobject_cast<Export *>(window))
-            delete window;
-    }
+    qDeleteAll(openExportDialogs());
 }
 
 void tst_HostMessages::exportAsksTheViewThreeTimesAndTheJobListOnce()
@@ -120,7 +118,8 @@ void tst_HostMessages::exportLogsItsTwoSteps()
     QCOMPARE(log.lines()[0].message,
              std::string("Export\xa3\xba\xbb\xf1\xc8\xa1\xc5\xe4\xd6\xc3\xb2\xe3\xd0\xc5\xcf\xa2"));
     QCOMPARE(log.lines()[1].line, 475);
-    QCOMPARE(log.lines()[1].message, std::string("Export\xa3\xba\xd7\xbc\xb1\xb8\xc1\xcf\xba\xc5\xd0\xc5\xcf\xa2"));
+    QCOMPARE(log.lines()[1].message,
+             std::string("Export\xa3\xba\xd7\xbc\xb1\xb8\xc1\xcf\xba\xc5\xd0\xc5\xcf\xa2"));
     QCOMPARE(log.lines()[1].severity, int(google::GLOG_INFO));
 }
 
@@ -141,9 +140,11 @@ void tst_HostMessages::theFilePathTravelsAsACopy()
     });
     FileProcessAccess::sendPath(plugin);
     QCOMPARE(path, QString("C:/jobs/a.tgz"));
-    QCOMPARE(QByteArray::fromStdString(log.find("fileprocess.cpp", 435).message),
-             QByteArray("Import\xa3\xba\xc1\xcf\xba\xc5\xc2\xb7\xbe\xb6\xd2\xd4\xbb\xf1\xc8\xa1\xa3\xac\xbc\xb4\xbd\xab"
-                        "\xbf\xaa\xca\xbc\xb5\xbc\xc8\xeb"));
+    QCOMPARE(
+        QByteArray::fromStdString(log.find("fileprocess.cpp", 435).message),
+        QByteArray(
+            "Import\xa3\xba\xc1\xcf\xba\xc5\xc2\xb7\xbe\xb6\xd2\xd4\xbb\xf1\xc8\xa1\xa3\xac\xbc\xb4\xbd\xab"
+            "\xbf\xaa\xca\xbc\xb5\xbc\xc8\xeb"));
 }
 
 void tst_HostMessages::theJobFolderPayloadStaysValid()

@@ -98,8 +98,8 @@ void tst_Settings::withoutAFileEverythingIsEmpty()
     const ExportConfig config = read();
     disconnect(connection);
 
-    QVERIFY(config.jobPath.isEmpty() && config.outputPath.isEmpty() && config.outputPathSecond.isEmpty()
-            && config.outputFormat.isEmpty() && config.resizeUnit.isEmpty());
+    QVERIFY(config.jobPath.isEmpty() && config.outputPath.isEmpty() && config.outputPathSecond.isEmpty() &&
+            config.outputFormat.isEmpty() && config.resizeUnit.isEmpty());
     QCOMPARE(config.resizeValue, 0.0);
     QCOMPARE(config.dbu, 0.0);
     QVERIFY(!config.profileDot && !config.mirror);

@@ -16,8 +16,8 @@ LogLine LogCapture::find(const std::string &file, int line) const
     return {};
 }
 
-void LogCapture::send(google::LogSeverity severity, const char * /*fullFileName*/, const char *baseFileName, int line,
-                      const google::LogMessageTime & /*time*/, const char *message, size_t length)
+void LogCapture::send(google::LogSeverity severity, const char * /*fullFileName*/, const char *baseFileName,
+                      int line, const google::LogMessageTime & /*time*/, const char *message, size_t length)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
     m_lines.push_back({severity, baseFileName, line, std::string(message, length)});

@@ -32,8 +32,8 @@ void ModalResponder::look()
     if (!window)
         window = QApplication::activeModalWidget();
     // Progress windows are modal too, but nobody answers them.
-    if (!window || m_answers.empty() || (!window->inherits("QDialog") && !window->inherits("QMenu"))
-        || qobject_cast<QProgressDialog *>(window))
+    if (!window || m_answers.empty() || (!window->inherits("QDialog") && !window->inherits("QMenu")) ||
+        qobject_cast<QProgressDialog *>(window))
         return;
     auto answer = m_answers.front();
     m_answers.erase(m_answers.begin());

@@ -1,5 +1,5 @@
-// Answers the modal windows that the code under test opens, as a user would: it looks every few milliseconds for
-// an active modal (or pop-up) window and hands it to the next waiting answer.
+// Answers the modal windows that the code under test opens, as a user would: it looks every few milliseconds
+// for an active modal (or pop-up) window and hands it to the next waiting answer.
 #pragma once
 
 #include <QMessageBox>

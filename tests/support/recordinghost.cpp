@@ -47,23 +47,27 @@ std::string ORVEX::API::get_matrix(const std::string &job, std::vector<std::stri
 bool ORVEX::API::layer_export(const std::string &job, const std::string &step, const std::string &layer,
                               export_type type, std::string file_name,
                               ORVEX::COMMON::progress_value<void> *progress, double dbu, double resize,
-                              bool is_negative, bool is_mirror, bool is_rotate, bool is_scale, int option_int_1,
-                              int option_int_2, int option_int_3, int option_int_4, int option_int_5,
-                              int option_int_6, bool is_profile_top, double angle, std::string axis,
-                              bool flag_option_1, double x_scale, double y_scale, bool flag_option_2, int mode_1,
-                              int mode_2, int mode_3, int mode_4, std::vector<std::vector<point>> polygons,
-                              int mode_5)
+                              bool is_negative, bool is_mirror, bool is_rotate, bool is_scale,
+                              int option_int_1, int option_int_2, int option_int_3, int option_int_4,
+                              int option_int_5, int option_int_6, bool is_profile_top, double angle,
+                              std::string axis, bool flag_option_1, double x_scale, double y_scale,
+                              bool flag_option_2, int mode_1, int mode_2, int mode_3, int mode_4,
+                              std::vector<std::vector<point>> polygons, int mode_5)
 {
     const recording_host::ExportCall call{
-        false,       job,         step,
-        layer,       type,        file_name,
-        progress,    dbu,         resize,
-        is_negative, is_mirror,   is_rotate,
-        is_scale,    {option_int_1, option_int_2, option_int_3, option_int_4, option_int_5, option_int_6},
-        is_profile_top, angle,    axis,
-        flag_option_1, x_scale,   y_scale,
-        flag_option_2, mode_1,    mode_2,
-        mode_3,      mode_4,      polygons,
+        false,          job,
+        step,           layer,
+        type,           file_name,
+        progress,       dbu,
+        resize,         is_negative,
+        is_mirror,      is_rotate,
+        is_scale,       {option_int_1, option_int_2, option_int_3, option_int_4, option_int_5, option_int_6},
+        is_profile_top, angle,
+        axis,           flag_option_1,
+        x_scale,        y_scale,
+        flag_option_2,  mode_1,
+        mode_2,         mode_3,
+        mode_4,         polygons,
         mode_5};
     state().calls.push_back("layer_export");
     state().exports.push_back(call);
@@ -76,14 +80,14 @@ bool ORVEX::DB::get_SaveFlag()
     return state().saveFlag;
 }
 
-void ORVEX::DB::layer_export_db_save(const std::string &job, const std::string &step, const std::string &layer,
-                                     ORVEX::API::export_type type, std::string file_name,
-                                     ORVEX::COMMON::progress_value<void> *progress, double dbu, double resize,
-                                     bool is_negative, bool is_mirror, bool is_rotate, bool is_scale,
-                                     int option_int_1, int option_int_2, int option_int_3, int option_int_4,
-                                     int option_int_5, int option_int_6, bool is_profile_top, double angle,
-                                     std::string axis, bool flag_option_1, double x_scale, double y_scale,
-                                     bool flag_option_2)
+void ORVEX::DB::layer_export_db_save(const std::string &job, const std::string &step,
+                                     const std::string &layer, ORVEX::API::export_type type,
+                                     std::string file_name, ORVEX::COMMON::progress_value<void> *progress,
+                                     double dbu, double resize, bool is_negative, bool is_mirror,
+                                     bool is_rotate, bool is_scale, int option_int_1, int option_int_2,
+                                     int option_int_3, int option_int_4, int option_int_5, int option_int_6,
+                                     bool is_profile_top, double angle, std::string axis, bool flag_option_1,
+                                     double x_scale, double y_scale, bool flag_option_2)
 {
     recording_host::ExportCall call;
     call.isDbSave = true;

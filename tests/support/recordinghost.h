@@ -1,5 +1,5 @@
-// A stand-in for the host's plug-in manager and CAM library: it records every call in order, and answers with what
-// the test sets. The calls of the CAM library come from the export job's thread.
+// A stand-in for the host's plug-in manager and CAM library: it records every call in order, and answers with
+// what the test sets. The calls of the CAM library come from the export job's thread.
 #pragma once
 
 #include "plugin/interface/pluginmetadata.h"
@@ -66,8 +66,8 @@ RECORDING_HOST_DECL State &state();
 RECORDING_HOST_DECL void reset();
 
 // A matrix record as the plug-in reads it.
-inline ORVEX::API::layer_info layer(const std::string &context, const std::string &type, const std::string &name,
-                                    const std::string &polarity = "POSITIVE")
+inline ORVEX::API::layer_info layer(const std::string &context, const std::string &type,
+                                    const std::string &name, const std::string &polarity = "POSITIVE")
 {
     ORVEX::API::layer_info info;
     info.context = context;

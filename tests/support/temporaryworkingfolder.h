@@ -1,5 +1,5 @@
-// A temporary folder that is the process's working folder while the object lives: the plug-in's settings file and
-// its fall-back job root are relative to it.
+// A temporary folder that is the process's working folder while the object lives: the plug-in's settings file
+// and its fall-back job root are relative to it.
 #pragma once
 
 #include <QDir>

@@ -62,7 +62,8 @@ std::optional<fs::path> findEntry(const fs::path &folder, std::string_view name)
         return exact;
     const std::string wanted = lowerCase(name);
     std::optional<fs::path> found;
-    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end; entry.increment(failure)) {
+    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
         const fs::path candidate = entry->path();
         // The order of a folder's entries is the file system's: the smallest of several matches is taken.
         if (lowerCase(candidate.filename().u8string()) == wanted && (!found || candidate < *found))

@@ -64,6 +64,9 @@ struct LayerImage
     int copperCount = 0;      // copper layers of the board
     bool aboveCopper = false; // stands above the first copper layer of the matrix
     std::string startName, endName; // of a drill: the layers that it spans
+    // When the job was saved, by its own account: year, month, day, hour, minute, second; all 0 when it does
+    // not say.
+    std::int16_t saved[6] = {0, 0, 0, 0, 0, 0};
     SymbolTable symbols;
     std::vector<StepImage> steps;
     ContourPool profile; // of the exported step; empty when it has none

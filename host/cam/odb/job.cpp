@@ -3,7 +3,9 @@
 
 #include "host/cam/error.h"
 #include "host/cam/odb/featuresfile.h"
+#include "host/cam/odb/numbers.h"
 #include "host/cam/odb/stepheader.h"
+#include "host/cam/odb/structuredtext.h"
 #include "host/cam/odb/textfile.h"
 #include "host/cam/paths.h"
 
@@ -212,6 +214,29 @@ void describe(LayerImage &image, const Matrix &matrix, const MatrixLayer &layer)
     }
 }
 
+// SAVE_DATE, or CREATION_DATE, as "yyyymmdd.hhmmss"; a date of another form counts as none.
+void readSaveDate(const fs::path &job, std::int16_t (&saved)[6])
+{
+    const auto folder = findEntry(job, "misc");
+    if (!folder || !TextFile::exists(*folder, "info"))
+        return;
+    const TextFile file(*folder, "info");
+    const StructuredText info = parseStructuredText(file.text(), file.name());
+    const std::string date = info.top.value("SAVE_DATE", info.top.value("CREATION_DATE"));
+    constexpr std::string_view form = "yyyymmdd.hhmmss";
+    if (date.size() != form.size() || date[8] != '.')
+        return;
+    constexpr std::size_t starts[] = {0, 4, 6, 9, 11, 13};
+    std::int16_t fields[6] = {};
+    for (int i = 0; i < 6; ++i) {
+        const auto field = toInteger(std::string_view(date).substr(starts[i], i == 0 ? 4 : 2));
+        if (!field)
+            return;
+        fields[i] = static_cast<std::int16_t>(*field);
+    }
+    std::copy(std::begin(fields), std::end(fields), std::begin(saved));
+}
+
 fs::path matrixFolder(const fs::path &job)
 {
     const auto folder = findEntry(job, "matrix");
@@ -237,6 +262,7 @@ LayerImage Job::readLayer(const std::string &step, const std::string &layer, Rea
     LayerImage image = LayerReader(m_folder, layer, notes, report).read(step);
     image.job = m_name;
     describe(image, m_matrix, *row);
+    readSaveDate(m_folder, image.saved);
     return image;
 }
 

@@ -1,0 +1,475 @@
+// One structure after the other: the exported step's goes first into the plan and last into the file, so that
+// every structure stands behind those that it refers to.
+#include "host/cam/gdsii/gdswriter.h"
+
+#include "host/cam/error.h"
+#include "host/cam/gdsii/arrays.h"
+#include "host/cam/gdsii/records.h"
+#include "host/cam/geometry/drawing.h"
+#include "host/cam/outputfile.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <tuple>
+
+namespace cam {
+
+namespace {
+
+using gdsii::mostCorners;
+
+// A step as it comes to lie: its features under the linear part of a map, about the origin of its own
+// coordinates.
+struct StepVariant
+{
+    std::uint32_t step = 0;
+    Transform map;
+    std::string name;
+};
+
+constexpr int geometryType = 0;
+constexpr int profileType = 1;
+
+// Which boxes meet one of many others, answered from a coarse grid of counts: a yes may be wrong, a no is
+// not.
+class Neighbourhood
+{
+public:
+    explicit Neighbourhood(const std::vector<GridBox> &boxes);
+    bool mayTouch(const GridBox &box) const;
+
+private:
+    std::size_t cell(std::int64_t value, std::int64_t low, std::int64_t high) const;
+
+    static constexpr std::size_t side = 512;
+    GridBox m_extent;
+    std::vector<std::uint32_t> m_sums; // over all cells left and below, one row and column more than cells
+};
+
+Neighbourhood::Neighbourhood(const std::vector<GridBox> &boxes) : m_sums((side + 1) * (side + 1))
+{
+    for (const GridBox &box : boxes)
+        m_extent.add(box);
+    // A box adds 1 at its lower left cell and takes it away beyond its other corners; summing twice covers
+    // it.
+    std::vector<std::int64_t> covered((side + 1) * (side + 1));
+    const auto at = [](std::size_t x, std::size_t y) { return y * (side + 1) + x; };
+    for (const GridBox &box : boxes) {
+        if (box.isEmpty())
+            continue;
+        const std::size_t left = cell(box.low.x, m_extent.low.x, m_extent.high.x);
+        const std::size_t right = cell(box.high.x, m_extent.low.x, m_extent.high.x) + 1;
+        const std::size_t bottom = cell(box.low.y, m_extent.low.y, m_extent.high.y);
+        const std::size_t top = cell(box.high.y, m_extent.low.y, m_extent.high.y) + 1;
+        ++covered[at(left, bottom)];
+        --covered[at(right, bottom)];
+        --covered[at(left, top)];
+        ++covered[at(right, top)];
+    }
+    for (std::size_t y = 0; y <= side; ++y) {
+        for (std::size_t x = 1; x <= side; ++x)
+            covered[at(x, y)] += covered[at(x - 1, y)];
+    }
+    for (std::size_t y = 1; y <= side; ++y) {
+        for (std::size_t x = 0; x <= side; ++x)
+            covered[at(x, y)] += covered[at(x, y - 1)];
+    }
+    for (std::size_t y = 0; y < side; ++y) {
+        for (std::size_t x = 0; x < side; ++x)
+            m_sums[at(x + 1, y + 1)] = m_sums[at(x, y + 1)] + m_sums[at(x + 1, y)] - m_sums[at(x, y)] +
+                                       (covered[at(x, y)] > 0 ? 1 : 0);
+    }
+}
+
+std::size_t Neighbourhood::cell(std::int64_t value, std::int64_t low, std::int64_t high) const
+{
+    const double share = static_cast<double>(value - low) / static_cast<double>(high - low + 1);
+    return std::min(side - 1, static_cast<std::size_t>(std::max(0.0, share * static_cast<double>(side))));
+}
+
+bool Neighbourhood::mayTouch(const GridBox &box) const
+{
+    if (box.isEmpty() || m_extent.isEmpty() || !box.touches(m_extent))
+        return false;
+    const std::size_t left = cell(box.low.x, m_extent.low.x, m_extent.high.x);
+    const std::size_t right = cell(box.high.x, m_extent.low.x, m_extent.high.x) + 1;
+    const std::size_t bottom = cell(box.low.y, m_extent.low.y, m_extent.high.y);
+    const std::size_t top = cell(box.high.y, m_extent.low.y, m_extent.high.y) + 1;
+    const auto sum = [this](std::size_t x, std::size_t y) { return m_sums[y * (side + 1) + x]; };
+    return sum(right, top) - sum(left, top) - sum(right, bottom) + sum(left, bottom) > 0;
+}
+
+// Draws whole polygons that are kept already: the base of a negative, and what is taken from it.
+class StoredPolygons : public PaintSource
+{
+public:
+    std::uint32_t add(GridRing ring)
+    {
+        m_rings.push_back(std::move(ring));
+        return static_cast<std::uint32_t>(m_rings.size() - 1);
+    }
+    void rings(std::uint32_t item, std::vector<GridRing> &rings) override { rings.push_back(m_rings[item]); }
+    const GridRing &operator[](std::uint32_t item) const { return m_rings[item]; }
+    std::size_t size() const { return m_rings.size(); }
+
+private:
+    std::vector<GridRing> m_rings;
+};
+
+class Writer
+{
+public:
+    Writer(const LayerImage &image, const ExportOptions &options);
+    void write();
+
+private:
+    void planSteps(std::uint32_t step, const Transform &map);
+    void writeSteps();
+    void writeStep(const StepVariant &variant);
+    void writeChildren(const StepImage &step, const Transform &map);
+    void writeCopies(const StepRepeat &repeat, const Transform &map, const std::string &name);
+    std::vector<bool> findPainted(const FeatureSet &features, FeatureDrawing &drawing) const;
+    void writeSymbols(const FeatureSet &features, FeatureDrawing &drawing,
+                      const std::vector<bool> &isPainted);
+    void writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
+                       const std::vector<bool> &isPainted);
+    void writeSurface(const Feature &feature, FeatureDrawing &drawing);
+    void writePads(std::vector<std::vector<GridPoint>> &places);
+    void writeNegative();
+    void writeProfile();
+    void takePolygons(std::uint32_t step, const Transform &map, StoredPolygons &taken);
+
+    std::uint32_t variantNumber(std::uint32_t step, const Transform &map);
+    std::string uniqueName(const std::string &wanted);
+    void boundary(const GridRing &ring) { m_records.boundary(ring, m_layer, geometryType); }
+    void advance(double done) { m_options.report(done); }
+
+    const LayerImage &m_image;
+    const ExportOptions &m_options;
+    Transform m_map;
+    OutputFile m_file;
+    gdsii::RecordWriter m_records;
+    gdsii::Date m_date;
+    int m_layer;
+    DrawnSymbols m_symbols;
+    std::vector<std::string> m_symbolNames; // by drawn symbol; empty until its structure is in the file
+    std::vector<StepVariant> m_steps;       // children before parents
+    std::map<std::tuple<std::uint32_t, double, double, double, double>, std::uint32_t> m_stepNumbers;
+    std::set<std::string> m_names;
+    std::size_t m_featuresDone = 0;
+    std::size_t m_featuresInAll = 0;
+};
+
+} // namespace
+
+void writeGds(const LayerImage &image, const ExportOptions &options)
+{
+    Writer(image, options).write();
+}
+
+namespace {
+
+double unitOf(const ExportOptions &options)
+{
+    return options.dbu > 0.0 ? options.dbu : 0.001;
+}
+
+Writer::Writer(const LayerImage &image, const ExportOptions &options)
+    : m_image(image), m_options(options), m_map(exportTransform(options, image.datum)), m_file(options.file),
+      m_records(m_file), m_layer(std::clamp(image.row, 0, 32767)),
+      m_symbols(image, Grid(unitOf(options) * 1000.0), mostCorners)
+{
+    std::copy(std::begin(image.saved), std::end(image.saved), std::begin(m_date.fields));
+}
+
+void Writer::write()
+{
+    m_records.beginLibrary(gdsii::legalName(m_image.job), m_date, unitOf(m_options));
+    const auto top = static_cast<std::uint32_t>(m_image.steps.size() - 1);
+    uniqueName(gdsii::legalName(m_image.top().name)); // the plain name is the exported step's
+    if (m_options.negative)
+        writeNegative();
+    else {
+        planSteps(top, m_map);
+        writeSteps();
+    }
+    m_records.endLibrary();
+    m_file.commit();
+    m_options.report(1.0);
+}
+
+std::string Writer::uniqueName(const std::string &wanted)
+{
+    std::string name = wanted;
+    for (int number = 1; !m_names.insert(name).second; ++number) {
+        const std::string suffix = "$" + std::to_string(number);
+        name = wanted.substr(0, 32 - suffix.size()) + suffix;
+    }
+    return name;
+}
+
+std::uint32_t Writer::variantNumber(std::uint32_t step, const Transform &map)
+{
+    return m_stepNumbers.at({step, map.xx + 0.0, map.xy + 0.0, map.yx + 0.0, map.yy + 0.0});
+}
+
+// Children are drawn about the origin of their own coordinates; only the exported step keeps the map's
+// offset.
+void Writer::planSteps(std::uint32_t step, const Transform &map)
+{
+    const std::tuple key(step, map.xx + 0.0, map.xy + 0.0, map.yx + 0.0, map.yy + 0.0);
+    if (m_stepNumbers.count(key) != 0)
+        return;
+    const StepImage &image = m_image.steps[step];
+    for (const StepRepeat &repeat : image.repeats) {
+        Transform child = placement(repeat).then(map);
+        child.offset = {};
+        planSteps(repeat.step, child);
+    }
+    const bool isTop = step + 1 == m_image.steps.size();
+    const std::string name = gdsii::legalName(image.name);
+    m_stepNumbers.emplace(key, static_cast<std::uint32_t>(m_steps.size()));
+    m_steps.push_back({step, map, isTop ? name : uniqueName(name)});
+    m_featuresInAll += image.features.order.size();
+}
+
+void Writer::writeSteps()
+{
+    for (const StepVariant &variant : m_steps)
+        writeStep(variant);
+}
+
+void Writer::writeStep(const StepVariant &variant)
+{
+    const StepImage &step = m_image.steps[variant.step];
+    FeatureDrawing drawing(m_symbols, step.features, variant.map, m_options.resize);
+    const std::vector<bool> isPainted = findPainted(step.features, drawing);
+    writeSymbols(step.features, drawing, isPainted);
+    m_records.beginStructure(variant.name, m_date);
+    writeFeatures(step.features, drawing, isPainted);
+    writeChildren(step, variant.map);
+    if (variant.step + 1 == m_image.steps.size() && m_options.profileOnTop)
+        writeProfile();
+    m_records.endStructure();
+}
+
+// Negative features and what they meet: written as the area that is left, not feature by feature. Empty for
+// none.
+std::vector<bool> Writer::findPainted(const FeatureSet &features, FeatureDrawing &drawing) const
+{
+    if (features.negativeCount == 0)
+        return {};
+    const auto count = static_cast<std::uint32_t>(features.order.size());
+    std::vector<GridBox> boxes(count);
+    std::vector<GridBox> negativeBoxes;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        boxes[i] = drawing.box(i);
+        if (features.order[i].polarity == Polarity::Negative)
+            negativeBoxes.push_back(boxes[i]);
+    }
+    const Neighbourhood negatives(negativeBoxes);
+    std::vector<bool> isPainted(count);
+    for (std::uint32_t i = 0; i < count; ++i)
+        isPainted[i] = features.order[i].polarity == Polarity::Negative || negatives.mayTouch(boxes[i]);
+    return isPainted;
+}
+
+// The structures of the symbols that pads refer to, as far as they are not in the file yet.
+void Writer::writeSymbols(const FeatureSet &features, FeatureDrawing &drawing,
+                          const std::vector<bool> &isPainted)
+{
+    for (std::size_t i = 0; i < features.order.size(); ++i) {
+        const Feature &feature = features.order[i];
+        if (feature.kind != FeatureKind::Pad || (!isPainted.empty() && isPainted[i]))
+            continue;
+        const std::uint32_t number = drawing.padSymbol(feature);
+        if (number >= m_symbolNames.size())
+            m_symbolNames.resize(m_symbols.size());
+        const DrawnSymbol &drawn = m_symbols[number];
+        if (drawn.polygons.empty() || !m_symbolNames[number].empty())
+            continue;
+        m_symbolNames[number] = uniqueName(gdsii::legalName(m_image.symbols[drawn.symbol].name));
+        m_records.beginStructure(m_symbolNames[number], m_date);
+        for (const GridRing &polygon : drawn.polygons)
+            boundary(polygon);
+        m_records.endStructure();
+    }
+}
+
+void Writer::writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
+                           const std::vector<bool> &isPainted)
+{
+    constexpr std::size_t featuresPerReport = 1024;
+    constexpr double walkShare = 0.2; // of the time, where there is something to be painted
+    const bool hasPainted = !isPainted.empty();
+    const auto count = static_cast<std::uint32_t>(features.order.size());
+    const auto inAll = static_cast<double>(std::max<std::size_t>(1, m_featuresInAll));
+    const double start = static_cast<double>(m_featuresDone) / inAll;
+    const std::function<void(const GridRing &)> emit = [this](const GridRing &ring) { boundary(ring); };
+
+    PaintedArea painted(drawing, mostCorners);
+    std::vector<std::vector<GridPoint>> places(m_symbolNames.size());
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (i % featuresPerReport == 0)
+            advance(start + i / inAll * (hasPainted ? walkShare : 1.0));
+        const Feature &feature = features.order[i];
+        if (hasPainted && isPainted[i])
+            painted.paint(i, feature.polarity, drawing.box(i), drawing.corners(i));
+        else if (feature.kind == FeatureKind::Pad)
+            places[drawing.padSymbol(feature)].push_back(drawing.padPosition(feature));
+        else if (feature.kind == FeatureKind::Surface)
+            writeSurface(feature, drawing);
+        else
+            drawing.stroke(feature, emit);
+    }
+    painted.resolve(emit, [&](double share) {
+        advance(start + count / inAll * (walkShare + (1.0 - walkShare) * share));
+    });
+    writePads(places);
+    m_featuresDone += count;
+}
+
+void Writer::writeSurface(const Feature &feature, FeatureDrawing &drawing)
+{
+    std::vector<GridRing> rings;
+    drawing.surface(feature, rings);
+    if (rings.size() == 1 && rings[0].size() <= mostCorners)
+        boundary(rings[0]);
+    else
+        emitSimple(cleaned(rings), mostCorners, [this](const GridRing &ring) { boundary(ring); });
+}
+
+// `places`: by drawn symbol.
+void Writer::writePads(std::vector<std::vector<GridPoint>> &places)
+{
+    for (std::size_t number = 0; number < places.size(); ++number) {
+        if (m_symbolNames[number].empty())
+            continue;
+        for (const gdsii::Placement &group : gdsii::groupPlaces(std::move(places[number]))) {
+            if (group.columns == 1 && group.rows == 1)
+                m_records.reference(m_symbolNames[number], group.at);
+            else
+                m_records.array(m_symbolNames[number], group.at, group.columns, group.rows,
+                                {group.columnStep, 0}, {0, group.rowStep});
+        }
+    }
+}
+
+void Writer::writeChildren(const StepImage &step, const Transform &map)
+{
+    for (const StepRepeat &repeat : step.repeats) {
+        Transform child = placement(repeat).then(map);
+        child.offset = {};
+        writeCopies(repeat, map, m_steps[variantNumber(repeat.step, child)].name);
+    }
+}
+
+// An array where its steps are whole database units, else copy by copy, so that none is off by more than
+// rounding.
+void Writer::writeCopies(const StepRepeat &repeat, const Transform &map, const std::string &name)
+{
+    constexpr std::uint32_t longest = 32767;
+    const Grid &grid = m_symbols.grid();
+    const Transform placed = placement(repeat).then(map);
+    const Point column = map.linear({repeat.dx, 0.0});
+    const Point row = map.linear({0.0, repeat.dy});
+    const auto isWhole = [&grid](Point step) {
+        const GridPoint rounded = grid.round(step);
+        const double offX = std::fabs(static_cast<double>(rounded.x) * grid.unit() - step.x);
+        const double offY = std::fabs(static_cast<double>(rounded.y) * grid.unit() - step.y);
+        return std::max(offX, offY) < grid.unit() * 1e-5;
+    };
+    const bool isArray = isWhole(column) && isWhole(row) && repeat.nx <= longest && repeat.ny <= longest;
+    if (isArray && repeat.nx * repeat.ny > 1) {
+        m_records.array(name, grid.round(placed.offset), static_cast<int>(repeat.nx),
+                        static_cast<int>(repeat.ny), grid.round(column), grid.round(row));
+        return;
+    }
+    for (std::uint32_t j = 0; j < repeat.ny; ++j) {
+        for (std::uint32_t i = 0; i < repeat.nx; ++i) {
+            const Point at = placed.offset + column * static_cast<double>(i) + row * static_cast<double>(j);
+            m_records.reference(name, grid.round(at));
+        }
+    }
+}
+
+void Writer::writeProfile()
+{
+    std::vector<GridRing> rings;
+    contourRings(m_image.profile, m_map, m_symbols.grid(), rings);
+    emitSimple(cleaned(rings), mostCorners,
+               [this](const GridRing &ring) { m_records.boundary(ring, m_layer, profileType); });
+}
+
+// Everything that a step darkens, its nested steps included, as polygons.
+void Writer::takePolygons(std::uint32_t step, const Transform &map, StoredPolygons &taken)
+{
+    const StepImage &image = m_image.steps[step];
+    FeatureDrawing drawing(m_symbols, image.features, map, m_options.resize);
+    const auto count = static_cast<std::uint32_t>(image.features.order.size());
+    PaintedArea painted(drawing, mostCorners);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (image.features.negativeCount == 0) {
+            std::vector<GridRing> rings;
+            drawing.rings(i, rings);
+            if (rings.size() > 1)
+                rings = cleaned(rings);
+            emitSimple(rings, mostCorners, [&taken](const GridRing &ring) { taken.add(ring); });
+        } else {
+            painted.paint(i, image.features.order[i].polarity, drawing.box(i), drawing.corners(i));
+        }
+        if (i % 1024 == 0)
+            advance(0.0);
+    }
+    painted.resolve([&taken](const GridRing &ring) { taken.add(ring); }, [this](double) { advance(0.0); });
+    for (const StepRepeat &repeat : image.repeats) {
+        const Transform first = placement(repeat).then(map);
+        for (std::uint32_t j = 0; j < repeat.ny; ++j) {
+            for (std::uint32_t i = 0; i < repeat.nx; ++i) {
+                Transform copy = first;
+                copy.offset = first.offset + map.linear({repeat.dx * i, repeat.dy * j});
+                takePolygons(repeat.step, copy, taken);
+            }
+        }
+    }
+}
+
+void Writer::writeNegative()
+{
+    StoredPolygons polygons;
+    takePolygons(static_cast<std::uint32_t>(m_image.steps.size() - 1), m_map, polygons);
+    const auto takenCount = static_cast<std::uint32_t>(polygons.size());
+    std::vector<GridRing> base;
+    contourRings(m_image.profile, m_map, m_symbols.grid(), base);
+    if (base.empty()) {
+        GridBox extent;
+        for (std::uint32_t i = 0; i < takenCount; ++i)
+            extent.add(polygons[i]);
+        if (!extent.isEmpty())
+            base.push_back(
+                {extent.low, {extent.high.x, extent.low.y}, extent.high, {extent.low.x, extent.high.y}});
+    }
+    emitSimple(cleaned(base), mostCorners, [&polygons](const GridRing &ring) { polygons.add(ring); });
+
+    PaintedArea painted(polygons, mostCorners);
+    const auto paint = [&](std::uint32_t i, Polarity polarity) {
+        GridBox box;
+        box.add(polygons[i]);
+        painted.paint(i, polarity, box, polygons[i].size());
+    };
+    for (std::uint32_t i = takenCount; i < polygons.size(); ++i)
+        paint(i, Polarity::Positive);
+    for (std::uint32_t i = 0; i < takenCount; ++i)
+        paint(i, Polarity::Negative);
+    m_records.beginStructure(gdsii::legalName(m_image.top().name), m_date);
+    painted.resolve([this](const GridRing &ring) { boundary(ring); },
+                    [this](double share) { advance(share); });
+    if (m_options.profileOnTop)
+        writeProfile();
+    m_records.endStructure();
+}
+
+} // namespace
+
+} // namespace cam

@@ -31,21 +31,21 @@ main() {
 # 7-Zip's own make file knows MinGW; it asks for a Windows shell unless MSYSTEM says that there is a Unix one.
 build_7zip() {
     cd "$1/CPP/7zip/Bundles/Format7zF"
-    run "7-Zip: compile" make -j"$jobs" -f ../../cmpl_gcc.mak SYSTEMDRIVE=1 MSYSTEM=1 DISABLE_RAR=1 O="$1/out" \
+    run "7-Zip: compile" make -j"$jobs" -f ../../cmpl_gcc.mak SYSTEMDRIVE=1 MSYSTEM=1 DISABLE_RAR=1 O="$1/../out" \
         CC=$host-gcc-posix CXX=$host-g++-posix RC=$host-windres CFLAGS_WARN_WALL=-w
-    install -m 755 "$1/out/7z.dll" "$prefix/bin/7z.dll"
+    install -m 755 "$1/../out/7z.dll" "$prefix/bin/7z.dll"
 }
 
 build_glog() {
-    run "glog: configure" cmake -S "$1" -B "$1/out" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
+    run "glog: configure" cmake -S "$1" -B "$1/../out" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
         -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=ON \
         -DWITH_GFLAGS=OFF -DWITH_GTEST=OFF -DWITH_UNWIND=OFF -DBUILD_TESTING=OFF
-    run "glog: compile" ninja -C "$1/out" -j "$jobs" install
+    run "glog: compile" ninja -C "$1/../out" -j "$jobs" install
 }
 
 # The amalgamation is what SQLite's authors advise to compile; making it needs a C compiler of this machine and Tcl.
 build_sqlite() {
-    mkdir -p "$1/out" && cd "$1/out"
+    mkdir -p "$1/../out" && cd "$1/../out"
     run "SQLite: configure" "$1/configure" --disable-tcl
     run "SQLite: amalgamation" make sqlite3.c
     run "SQLite: compile" $host-gcc-posix -O2 -s -shared -DSQLITE_THREADSAFE=1 -DSQLITE_OMIT_LOAD_EXTENSION \
@@ -58,7 +58,7 @@ build_sqlite() {
 # Left out is what the programs do not use. Accessibility and tablet events are off because Debian's tarball lacks two
 # bundled headers they need; processor extensions beyond the base, because MinGW's stack alignment breaks AVX code.
 build_qt() {
-    mkdir -p "$1/out" && cd "$1/out"
+    mkdir -p "$1/../out" && cd "$1/../out"
     [ -e configured ] || run "Qt: configure" "$1/configure" -opensource -confirm-license -release -shared \
         -xplatform win32-g++ -device-option CROSS_COMPILE=$host- \
         -prefix "$prefix" -no-opengl -no-angle -no-icu -no-dbus -no-openssl -no-sql-sqlite \
@@ -178,11 +178,11 @@ run() {
     fi
 }
 
-# The source file that the newest line of the log is about, or the end of that line.
+# The source file that the end of the log is about.
 now_at() {
     local line
-    line=$(tail -n 1 "$log" | tr -d '\r' | tail -c 400)
-    grep -oE '[A-Za-z0-9_+-]+\.(cpp|cc|c|rc|S|o)\b' <<< "$line" | tail -n 1 || tail -c 60 <<< "$line"
+    line=$(tail -n 40 "$log" | grep -aoE '[A-Za-z0-9_+-]+\.(cpp|cc|c|rc|S)\b' | tail -n 1) || true
+    echo "${line:-at the start}"
 }
 
 main "$@"

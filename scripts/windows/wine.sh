@@ -21,7 +21,9 @@ windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 # that mean something on both sides (TEMP, QT_...) reach Windows programs only with WINE before their names.
 wine_use() {
     export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all} WINELOADER=$WINE
+    # Without windows Qt has no fonts of its own there, and text without a font has no size.
     export WINEQT_QPA_PLATFORM=${WINEQT_QPA_PLATFORM:-offscreen}
+    export WINEQT_QPA_FONTDIR=${WINEQT_QPA_FONTDIR:-Z:/usr/share/fonts/truetype/dejavu}
     # Neither .NET nor a browser is needed: without these a new prefix would ask for both.
     export WINEDLLOVERRIDES='mscoree=;mshtml='
     [ -e "$WINEPREFIX/ready" ] && return

@@ -32,10 +32,9 @@ JobListPanel::JobListPanel(QWidget *parent)
     layout->addWidget(m_root);
 
     connect(m_filter, &QLineEdit::textChanged, this, &JobListPanel::applyFilter);
-    connect(m_list, &QListWidget::currentTextChanged, this, [this](const QString &name) {
-        if (!name.isEmpty())
-            emit jobChosen(name);
-    });
+    // Not the current item: a list that gets the focus makes its first item current by itself.
+    for (const auto signal : {&QListWidget::itemClicked, &QListWidget::itemActivated})
+        connect(m_list, signal, this, [this](const QListWidgetItem *item) { emit jobChosen(item->text()); });
     setFocusProxy(m_list);
     setJobs(QString(), {});
 }

@@ -81,7 +81,10 @@ void MainWindow::buildPanels()
     resizeDocks({jobs, layers}, {200, 460}, Qt::Vertical);
     resizeDocks({log}, {150}, Qt::Vertical);
 
-    connect(m_jobs, &JobListPanel::jobChosen, this, &MainWindow::openJob);
+    connect(m_jobs, &JobListPanel::jobChosen, this, [this](const QString &name) {
+        if (name != m_openJob)
+            openJob(name);
+    });
     connect(m_layers, &LayerPanel::stepChosen, this, [this] {
         updateContext();
         showChosenLayer();

@@ -334,10 +334,7 @@ void Writer::writeSurface(const Feature &feature, FeatureDrawing &drawing)
 {
     std::vector<GridRing> rings;
     drawing.surface(feature, rings);
-    if (rings.size() == 1 && rings[0].size() <= mostCorners)
-        boundary(rings[0]);
-    else
-        emitSimple(cleaned(rings), mostCorners, [this](const GridRing &ring) { boundary(ring); });
+    emitArea(std::move(rings), mostCorners, [this](const GridRing &ring) { boundary(ring); });
 }
 
 // `places`: by drawn symbol.
@@ -398,8 +395,8 @@ void Writer::writeProfile()
 {
     std::vector<GridRing> rings;
     contourRings(m_image.profile, m_map, m_symbols.grid(), rings);
-    emitSimple(cleaned(rings), mostCorners,
-               [this](const GridRing &ring) { m_records.boundary(ring, m_layer, profileType); });
+    emitArea(std::move(rings), mostCorners,
+             [this](const GridRing &ring) { m_records.boundary(ring, m_layer, profileType); });
 }
 
 // Everything that a step darkens, its nested steps included, as polygons.
@@ -413,9 +410,7 @@ void Writer::takePolygons(std::uint32_t step, const Transform &map, StoredPolygo
         if (image.features.negativeCount == 0) {
             std::vector<GridRing> rings;
             drawing.rings(i, rings);
-            if (rings.size() > 1)
-                rings = cleaned(rings);
-            emitSimple(rings, mostCorners, [&taken](const GridRing &ring) { taken.add(ring); });
+            emitArea(std::move(rings), mostCorners, [&taken](const GridRing &ring) { taken.add(ring); });
         } else {
             painted.paint(i, image.features.order[i].polarity, drawing.box(i), drawing.corners(i));
         }
@@ -450,7 +445,7 @@ void Writer::writeNegative()
             base.push_back(
                 {extent.low, {extent.high.x, extent.low.y}, extent.high, {extent.low.x, extent.high.y}});
     }
-    emitSimple(cleaned(base), mostCorners, [&polygons](const GridRing &ring) { polygons.add(ring); });
+    emitArea(std::move(base), mostCorners, [&polygons](const GridRing &ring) { polygons.add(ring); });
 
     PaintedArea painted(polygons, mostCorners);
     const auto paint = [&](std::uint32_t i, Polarity polarity) {

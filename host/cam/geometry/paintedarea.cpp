@@ -11,7 +11,7 @@ namespace {
 namespace clip = ClipperLib;
 
 // How many corners a piece may hold before it is cut: booleans of this size take about a millisecond.
-constexpr std::size_t pieceCorners = 3000;
+constexpr std::size_t pieceCorners = 1500;
 
 clip::Path toPath(const GridRing &ring, GridPoint origin)
 {
@@ -165,18 +165,32 @@ void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,
 
 namespace {
 
+struct BoxedRing
+{
+    GridRing ring;
+    GridBox box;
+};
+
+BoxedRing boxed(GridRing &&ring)
+{
+    BoxedRing result;
+    result.box.add(ring);
+    result.ring = std::move(ring);
+    return result;
+}
+
 // An item with so many corners that it is cut along with the plane instead of being drawn again for each
 // piece.
 struct LargeItem
 {
     std::uint32_t order = 0;
-    std::vector<GridRing> rings;
+    std::vector<BoxedRing> rings;
 
     std::size_t corners() const
     {
         std::size_t sum = 0;
-        for (const GridRing &ring : rings)
-            sum += ring.size();
+        for (const BoxedRing &ring : rings)
+            sum += ring.ring.size();
         return sum;
     }
 };
@@ -188,6 +202,14 @@ struct Piece
     std::vector<LargeItem> large;
     std::size_t corners = 0;
 };
+
+std::size_t cornersOfLarge(const Piece &piece)
+{
+    std::size_t sum = 0;
+    for (const LargeItem &large : piece.large)
+        sum += large.corners();
+    return sum;
+}
 
 class Resolver
 {
@@ -205,8 +227,9 @@ private:
     void resolve(Piece piece, double from, double to);
     std::int64_t middleOf(const Piece &piece, bool alongX) const;
     Piece part(const Piece &piece, bool alongX, std::int64_t at, bool keepLow) const;
-    void resolveWhole(const Piece &piece);
-    void collect(const Piece &piece, std::vector<std::pair<std::uint32_t, std::vector<GridRing>>> &drawn);
+    void cutLarge(Piece &piece, bool alongX, std::int64_t at, Piece &low, Piece &high) const;
+    void resolveWhole(Piece &piece);
+    void collect(Piece &piece, std::vector<std::pair<std::uint32_t, std::vector<GridRing>>> &drawn);
     void clipTo(const GridBox &box, std::vector<GridRing> &rings) const;
 
     PaintSource &m_source;
@@ -233,7 +256,10 @@ Piece Resolver::wholePlane()
         } else {
             LargeItem large;
             large.order = i;
-            m_source.rings(item.item, large.rings);
+            std::vector<GridRing> rings;
+            m_source.rings(item.item, rings);
+            for (GridRing &ring : rings)
+                large.rings.push_back(boxed(std::move(ring)));
             piece.corners += large.corners();
             piece.large.push_back(std::move(large));
         }
@@ -252,8 +278,10 @@ void Resolver::resolve(Piece piece, double from, double to)
         const std::int64_t at = middleOf(piece, alongX);
         Piece low = part(piece, alongX, at, true);
         Piece high = part(piece, alongX, at, false);
-        // Where nearly everything reaches both sides a cut only doubles the work.
-        if (low.corners + high.corners < piece.corners + piece.corners / 2) {
+        // Where nearly all small items reach both sides a cut only doubles the work.
+        const std::size_t ofLarge = cornersOfLarge(piece);
+        if (low.corners + high.corners + ofLarge < piece.corners + piece.corners / 2) {
+            cutLarge(piece, alongX, at, low, high);
             piece = Piece();
             const double middle = (from + to) / 2.0;
             resolve(std::move(low), from, middle);
@@ -276,9 +304,9 @@ std::int64_t Resolver::middleOf(const Piece &piece, bool alongX) const
     // A large item's corners count as often as as many small items would.
     constexpr std::size_t cornersPerPosition = 16;
     for (const LargeItem &large : piece.large) {
-        for (const GridRing &ring : large.rings) {
-            for (std::size_t i = 0; i < ring.size(); i += cornersPerPosition)
-                positions.push_back(alongX ? ring[i].x : ring[i].y);
+        for (const BoxedRing &boxed : large.rings) {
+            for (std::size_t i = 0; i < boxed.ring.size(); i += cornersPerPosition)
+                positions.push_back(alongX ? boxed.ring[i].x : boxed.ring[i].y);
         }
     }
     const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
@@ -300,21 +328,40 @@ Piece Resolver::part(const Piece &piece, bool alongX, std::int64_t at, bool keep
         part.small.push_back(i);
         part.corners += m_items[i].corners;
     }
-    for (const LargeItem &large : piece.large) {
-        LargeItem cut;
-        cut.order = large.order;
-        GridRing ring;
-        for (const GridRing &whole : large.rings) {
-            cutRing(whole, alongX, at, keepLow, ring);
-            if (!ring.empty())
-                cut.rings.push_back(ring);
-        }
-        if (cut.rings.empty())
-            continue;
-        part.corners += cut.corners();
-        part.large.push_back(std::move(cut));
-    }
     return part;
+}
+
+// Rings on one side go there as they are; only what crosses the line is cut.
+void Resolver::cutLarge(Piece &piece, bool alongX, std::int64_t at, Piece &low, Piece &high) const
+{
+    GridRing part;
+    for (LargeItem &large : piece.large) {
+        LargeItem lowItem, highItem;
+        lowItem.order = highItem.order = large.order;
+        for (BoxedRing &whole : large.rings) {
+            if ((alongX ? whole.box.high.x : whole.box.high.y) <= at) {
+                lowItem.rings.push_back(std::move(whole));
+                continue;
+            }
+            if ((alongX ? whole.box.low.x : whole.box.low.y) >= at) {
+                highItem.rings.push_back(std::move(whole));
+                continue;
+            }
+            for (const bool keepLow : {true, false}) {
+                cutRing(whole.ring, alongX, at, keepLow, part);
+                if (!part.empty())
+                    (keepLow ? lowItem : highItem).rings.push_back(boxed(GridRing(part)));
+            }
+        }
+        for (const bool isLow : {true, false}) {
+            LargeItem &item = isLow ? lowItem : highItem;
+            Piece &target = isLow ? low : high;
+            if (item.rings.empty())
+                continue;
+            target.corners += item.corners();
+            target.large.push_back(std::move(item));
+        }
+    }
 }
 
 void Resolver::clipTo(const GridBox &box, std::vector<GridRing> &rings) const
@@ -342,8 +389,7 @@ void Resolver::clipTo(const GridBox &box, std::vector<GridRing> &rings) const
 }
 
 // The rings of everything that reaches the piece, cut to it, in painting order.
-void Resolver::collect(const Piece &piece,
-                       std::vector<std::pair<std::uint32_t, std::vector<GridRing>>> &drawn)
+void Resolver::collect(Piece &piece, std::vector<std::pair<std::uint32_t, std::vector<GridRing>>> &drawn)
 {
     for (const std::uint32_t i : piece.small) {
         std::vector<GridRing> rings;
@@ -353,12 +399,16 @@ void Resolver::collect(const Piece &piece,
         if (!rings.empty())
             drawn.emplace_back(i, std::move(rings));
     }
-    for (const LargeItem &large : piece.large)
-        drawn.emplace_back(large.order, large.rings);
+    for (LargeItem &large : piece.large) {
+        std::vector<GridRing> rings;
+        for (BoxedRing &ring : large.rings)
+            rings.push_back(std::move(ring.ring));
+        drawn.emplace_back(large.order, std::move(rings));
+    }
     std::sort(drawn.begin(), drawn.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
 }
 
-void Resolver::resolveWhole(const Piece &piece)
+void Resolver::resolveWhole(Piece &piece)
 {
     std::vector<std::pair<std::uint32_t, std::vector<GridRing>>> drawn;
     collect(piece, drawn);
@@ -374,7 +424,7 @@ void Resolver::resolveWhole(const Piece &piece)
         const bool isDark = polarity == Polarity::Positive;
         for (; end < drawn.size() && m_items[drawn[end].first].polarity == polarity; ++end) {
             // Holes that overlap each other count below 0, which must not take from what others darken there.
-            const bool needsCleaning = drawn[end].second.size() > 2;
+            const bool needsCleaning = drawn.size() > 1 && drawn[end].second.size() > 2;
             const std::vector<GridRing> rings =
                 needsCleaning ? cleaned(drawn[end].second) : drawn[end].second;
             for (const GridRing &ring : rings)
@@ -394,6 +444,102 @@ void Resolver::resolveWhole(const Piece &piece)
 }
 
 } // namespace
+
+namespace {
+
+// Whether `p` is inside of `ring`, by the crossings of a ray to the left.
+bool isInside(GridPoint p, const GridRing &ring)
+{
+    bool isIn = false;
+    GridPoint a = ring.back();
+    for (const GridPoint b : ring) {
+        if ((a.y > p.y) != (b.y > p.y)) {
+            const double share = static_cast<double>(p.y - a.y) / static_cast<double>(b.y - a.y);
+            if (static_cast<double>(a.x) + share * static_cast<double>(b.x - a.x) < static_cast<double>(p.x))
+                isIn = !isIn;
+        }
+        a = b;
+    }
+    return isIn;
+}
+
+// Whether the holes first ... end - 1 lie inside the island before them and apart from each other, as they
+// should. A no may be wrong.
+bool areApart(const std::vector<GridRing> &rings, std::size_t island, std::size_t end)
+{
+    std::vector<GridBox> boxes;
+    for (std::size_t i = island + 1; i < end; ++i) {
+        if (!isInside(rings[i][0], rings[island]))
+            return false;
+        boxes.emplace_back();
+        boxes.back().add(rings[i]);
+    }
+    std::sort(boxes.begin(), boxes.end(),
+              [](const GridBox &a, const GridBox &b) { return a.low.x < b.low.x; });
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        for (std::size_t j = i + 1; j < boxes.size() && boxes[j].low.x <= boxes[i].high.x; ++j) {
+            if (boxes[i].touches(boxes[j]))
+                return false;
+        }
+    }
+    return true;
+}
+
+// Well-made surfaces need no boolean: their holes are linked as they are. False, with nothing done, for
+// others.
+bool emitWellMade(const std::vector<GridRing> &rings, std::size_t mostCorners,
+                  const std::function<void(const GridRing &)> &polygon)
+{
+    constexpr std::size_t mostWork = 2'000'000; // holes times corners: beyond that the pieces are faster
+    std::size_t corners = 0;
+    for (const GridRing &ring : rings)
+        corners += ring.size();
+    if (corners + 3 * rings.size() > mostCorners || corners * rings.size() > mostWork)
+        return false;
+    for (std::size_t i = 0; i < rings.size();) {
+        std::size_t end = i + 1;
+        while (end < rings.size() && doubledArea(rings[end]) < 0.0)
+            ++end;
+        if (doubledArea(rings[i]) < 0.0 || !areApart(rings, i, end))
+            return false;
+        i = end;
+    }
+    emitSimple(rings, mostCorners, polygon);
+    return true;
+}
+
+} // namespace
+
+void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
+              const std::function<void(const GridRing &)> &polygon)
+{
+    std::size_t corners = 0;
+    for (const GridRing &ring : rings)
+        corners += ring.size();
+    if (rings.size() == 1 && corners <= mostCorners)
+        return polygon(rings[0]);
+    if (emitWellMade(rings, mostCorners, polygon))
+        return;
+    if (corners <= pieceCorners)
+        return emitSimple(cleaned(rings), mostCorners, polygon);
+
+    class Source : public PaintSource
+    {
+    public:
+        explicit Source(std::vector<GridRing> rings) : m_rings(std::move(rings)) {}
+        void rings(std::uint32_t, std::vector<GridRing> &rings) override { rings = std::move(m_rings); }
+
+    private:
+        std::vector<GridRing> m_rings;
+    };
+    GridBox box;
+    for (const GridRing &ring : rings)
+        box.add(ring);
+    Source source(std::move(rings)); // asked once: an item of this size is drawn once and then cut
+    PaintedArea area(source, mostCorners);
+    area.paint(0, Polarity::Positive, box, corners);
+    area.resolve(polygon, [](double) {});
+}
 
 PaintedArea::PaintedArea(PaintSource &source, std::size_t mostCorners)
     : m_source(source), m_mostCorners(mostCorners)

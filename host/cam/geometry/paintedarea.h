@@ -61,6 +61,11 @@ std::vector<GridRing> cleaned(const std::vector<GridRing> &rings);
 // the distance, beyond that they are cut off. Takes and returns rings as cleaned() does.
 std::vector<GridRing> grown(const std::vector<GridRing> &rings, double distance);
 
+// The area inside of rings that need not be clean (see PaintSource::rings), as polygons without holes, of at
+// most `mostCorners`.
+void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
+              const std::function<void(const GridRing &)> &polygon);
+
 // Polygons without holes, of at most `mostCorners`, that cover what the (clean) rings cover.
 void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,
                 const std::function<void(const GridRing &)> &polygon);

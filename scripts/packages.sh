@@ -5,7 +5,7 @@
 set -euo pipefail
 
 declare -A packages=(
-    [build]="g++ cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libboost-dev"
+    [build]="g++ cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev"
     [run]="p7zip-full fonts-dejavu-core qtbase5-dev"
     [test]="p7zip-full fonts-dejavu-core"
     [check]="clang-format"
@@ -13,7 +13,7 @@ declare -A packages=(
     [bench]=""
     [fuzz]="clang"
     [windows]="g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
-               libboost-dev wine wine64 xvfb xauth zip unzip fonts-dejavu-core"
+               wine wine64 xvfb xauth zip unzip fonts-dejavu-core"
 )
 
 wanted=()

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds what the Windows programs need and Debian has no Windows package of: 7-Zip's 7z.dll, glog, SQLite and Qt 5,
-# from the distribution's own source packages. Everything lands in one cache folder and is built once; an interrupted
-# run goes on where it stopped.
+# Builds what the Windows programs need and Debian has no Windows package of: 7-Zip's 7z.dll, glog, SQLite,
+# Clipper and Qt 5, from the distribution's own source packages. Everything lands in one cache folder and is built
+# once; an interrupted run goes on where it stopped.
 #
 #   scripts/windows/dependencies.sh          FILE_PROCESS_WINDOWS_DEPS names the folder (default: the user's cache)
 set -euo pipefail
@@ -21,8 +21,8 @@ main() {
     component 7zip    7zip                   build_7zip
     component glog    google-glog            build_glog
     component sqlite  sqlite3                build_sqlite
+    component clipper libpolyclipping        build_clipper
     component qt      qtbase-opensource-src  build_qt
-    link_boost
     say "dependencies complete in $deps"
 }
 
@@ -55,6 +55,15 @@ build_sqlite() {
     install -m 644 libsqlite3.dll.a "$prefix/lib"
 }
 
+# One source file; what the distribution's package of it holds, made for Windows.
+build_clipper() {
+    mkdir -p "$1/../out" "$prefix/include/polyclipping" && cd "$1/../out"
+    run "Clipper: compile" $host-g++-posix -O2 -c "$1/cpp/clipper.cpp" -o clipper.o
+    run "Clipper: archive" $host-ar rcs libpolyclipping.a clipper.o
+    install -m 644 libpolyclipping.a "$prefix/lib"
+    install -m 644 "$1/cpp/clipper.hpp" "$prefix/include/polyclipping"
+}
+
 # Left out is what the programs do not use. Accessibility and tablet events are off because Debian's tarball lacks two
 # bundled headers they need; processor extensions beyond the base, because MinGW's stack alignment breaks AVX code.
 build_qt() {
@@ -79,12 +88,6 @@ prefer_posix_compilers() {
         ln -sfn "$(command -v $host-$tool-posix)" "$deps/compilers/$host-$tool"
     done
     PATH=$deps/compilers:$PATH
-}
-
-# Boost's headers are the same on every platform, but /usr/include as a whole must stay out of a Windows build.
-link_boost() {
-    [ -d /usr/include/boost ] && ln -sfn /usr/include/boost "$prefix/include/boost"
-    return 0
 }
 
 # --- how a component is made ------------------------------------------------------------------------------------------

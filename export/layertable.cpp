@@ -3,8 +3,8 @@
 
 #include "export/export.h"
 
+#include "export/cellcombobox.h"
 #include "export/cellcombostyle.h"
-#include "export/combobox.h"
 #include "export/delegates/checkboxdelegate.h"
 #include "export/delegates/comboboxdelegate.h"
 #include "export/delegates/readonlydelegate.h"
@@ -15,7 +15,6 @@
 
 #include <QDebug>
 #include <QHeaderView>
-#include <QListView>
 #include <QStandardItemModel>
 #include <QTableWidget>
 
@@ -178,14 +177,13 @@ void Export::addCellComboBoxes(int record)
 
 QComboBox *Export::addCellComboBox(int row, int column, const QStringList &entries, const QString &styleSheet)
 {
-    auto *box = new ComboBox(PNListTable);
+    auto *box = new CellComboBox(PNListTable);
+    box->setStyle(m_cellComboStyle.get());
+    box->setStyleSheet(styleSheet);
     box->addItems(entries);
     if (row < PNListTable->rowCount())
         PNListTable->setCellWidget(row, column, box);
     else
         box->hide(); // it would show up in the table's corner
-    box->setStyle(m_cellComboStyle.get());
-    box->setView(new QListView(box));
-    box->setStyleSheet(styleSheet);
     return box;
 }

@@ -57,6 +57,9 @@ private slots:
     void failedMatrixIsLoggedAndGivesAnEmptyTable_data();
     void failedMatrixIsLoggedAndGivesAnEmptyTable();
     void cellComboBoxesHaveTheirEntriesAndSheets();
+    void cellComboBoxesOpenAList_data();
+    void cellComboBoxesOpenAList();
+    void cellComboBoxesTakeKeys();
     void cellComboBoxesAreReadable();
     void fillingTheTableIsLogged();
     void pressAnywhereInTheCellToggles_data();
@@ -334,9 +337,47 @@ void tst_LayerTable::cellComboBoxesHaveTheirEntriesAndSheets()
     QCOMPARE(dialog.combo(0, Rotate)->styleSheet(), QString(choiceSheet));
     QCOMPARE(dialog.combo(0, Mirror)->styleSheet(), mirrorSheet);
     QCOMPARE(dialog.combo(0, Negate)->styleSheet(), QString(choiceSheet));
-    for (int column : {Rotate, Mirror, Negate})
-        QCOMPARE(QByteArray(dialog.combo(0, column)->view()->metaObject()->className()),
-                 QByteArray("QListView"));
+}
+
+void tst_LayerTable::cellComboBoxesOpenAList_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::newRow("rotate") << int(Rotate);
+    QTest::newRow("mirror") << int(Mirror);
+    QTest::newRow("negate") << int(Negate);
+}
+
+void tst_LayerTable::cellComboBoxesOpenAList()
+{
+    QFETCH(int, column);
+    OpenDialog dialog(OpenDialog::sixLayers());
+    QComboBox *box = dialog.combo(2, column);
+    for (int round = 0; round < 2; ++round) { // the list is made for the first and kept for the second
+        QTest::mouseClick(box, Qt::LeftButton);
+        QTRY_VERIFY(box->view()->isVisible());
+        QCOMPARE(QByteArray(box->view()->metaObject()->className()), QByteArray("QListView"));
+        const QRect second = box->view()->visualRect(box->model()->index(1, 0));
+        QVERIFY2(second.height() >= 20, qPrintable(QString::number(second.height())));
+        QTest::mouseMove(box->view()->viewport(), second.center());
+        // The list takes no click in the moment after it has opened.
+        QTest::qWait(QApplication::doubleClickInterval() + 50);
+        QTest::mouseClick(box->view()->viewport(), Qt::LeftButton, Qt::NoModifier, second.center());
+        QCOMPARE(box->currentIndex(), 1);
+        QTRY_VERIFY(!box->view()->isVisible());
+    }
+}
+
+void tst_LayerTable::cellComboBoxesTakeKeys()
+{
+    OpenDialog dialog(OpenDialog::sixLayers());
+    QComboBox *box = dialog.combo(2, Rotate);
+    box->setFocus();
+    QTest::keyClick(box, Qt::Key_Down);
+    QCOMPARE(box->currentText(), QString("90"));
+    QTest::keyClicks(box, "2");
+    QCOMPARE(box->currentText(), QString("270"));
+    QTest::keyClick(box, Qt::Key_Home);
+    QCOMPARE(box->currentText(), QString("0"));
 }
 
 void tst_LayerTable::cellComboBoxesAreReadable()

@@ -1,0 +1,75 @@
+// Whether a point lies in a contour or a shape, computed from the arcs themselves in fine steps: what tests
+// compare the writer's forms with.
+#pragma once
+
+#include "host/cam/geometry/shape.h"
+
+#include <cmath>
+#include <vector>
+
+namespace testing {
+
+inline bool isInside(const std::vector<cam::Point> &corners, cam::Point at)
+{
+    bool inside = false;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const cam::Point a = corners[i], b = corners[(i + 1) % corners.size()];
+        if ((a.y > at.y) != (b.y > at.y) && at.x < a.x + (b.x - a.x) * (at.y - a.y) / (b.y - a.y))
+            inside = !inside;
+    }
+    return inside;
+}
+
+// The corners of a contour, arcs in steps of a quarter degree.
+inline std::vector<cam::Point> cornersOf(const cam::ContourView &contour)
+{
+    std::vector<cam::Point> corners{contour.start};
+    for (const cam::Edge &edge : contour) {
+        const cam::Point from = corners.back();
+        if (edge.kind != cam::EdgeKind::Line) {
+            const double swept = cam::sweptDegrees(from, edge);
+            const int steps = static_cast<int>(std::fabs(swept) / 0.25) + 1;
+            for (int i = 1; i < steps; ++i) {
+                const cam::Transform turn = cam::Transform::rotation(swept * i / steps);
+                corners.push_back(edge.center + turn.linear(from - edge.center));
+            }
+        }
+        corners.push_back(edge.end);
+    }
+    return corners;
+}
+
+// The union of a shape's islands, each without its holes.
+class SampledShape
+{
+public:
+    explicit SampledShape(const cam::Shape &shape)
+    {
+        for (std::size_t i = 0; i < shape.contours.size(); ++i)
+            m_contours.push_back({cornersOf(shape.contours[i]), shape.contours[i].isHole});
+    }
+
+    bool isDark(cam::Point at) const
+    {
+        bool dark = false, inIsland = false;
+        for (const Contour &contour : m_contours) {
+            if (!contour.isHole) {
+                dark = dark || inIsland;
+                inIsland = isInside(contour.corners, at);
+            } else if (isInside(contour.corners, at)) {
+                inIsland = false;
+            }
+        }
+        return dark || inIsland;
+    }
+
+private:
+    struct Contour
+    {
+        std::vector<cam::Point> corners;
+        bool isHole;
+    };
+    std::vector<Contour> m_contours;
+};
+
+} // namespace testing

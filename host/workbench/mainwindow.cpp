@@ -231,24 +231,28 @@ void MainWindow::takeImportedFile(const QString &path)
         LOG(INFO) << path.toStdString() << " was taken in as a single layer file";
         statusBar()->showMessage(tr("%1 is a layer file; it belongs to no job.").arg(file.fileName()),
                                  messageTime);
-        emit fileImported(path);
+        emit fileImported(path, QString());
         return;
     }
     // The folder is named as the archive; when that name was taken, as inside the archive.
     QString job = file.completeBaseName();
+    QStringList arrived;
     for (const QString &name : jobNames()) {
         if (!before.contains(name))
-            job = name;
+            arrived << name;
     }
-    if (jobNames().contains(job)) {
-        openJob(job);
-        statusBar()->showMessage(tr("Imported %1 as the job %2.").arg(file.fileName(), job), messageTime);
-    } else {
+    if (arrived.size() == 1)
+        job = arrived.first();
+    if (!jobNames().contains(job)) {
         LOG(ERROR) << path.toStdString() << " was unpacked, but holds no ODB++ job: there is no folder "
                    << m_jobRoot.toStdString() << "/" << job.toStdString() << " with a matrix in it";
         statusBar()->showMessage(tr("%1 holds no ODB++ job.").arg(file.fileName()), messageTime);
+        emit fileImported(path, QString());
+        return;
     }
-    emit fileImported(path);
+    openJob(job);
+    statusBar()->showMessage(tr("Imported %1 as the job %2.").arg(file.fileName(), job), messageTime);
+    emit fileImported(path, job);
 }
 
 void MainWindow::takeExportReport(const QString &folder, const QStringList &layers)

@@ -46,8 +46,9 @@ public slots:
     void refreshJobs();
 
 signals:
-    // A plug-in has taken in a file; the jobs have been listed anew.
-    void fileImported(const QString &path);
+    // A plug-in has taken in a file; the jobs have been listed anew and `job`, which came of it, is open. An
+    // empty name says that the file holds no job.
+    void fileImported(const QString &path, const QString &job);
 
 protected:
     void closeEvent(QCloseEvent *event) override;

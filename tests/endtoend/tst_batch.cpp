@@ -1,5 +1,6 @@
 // The workbench's batch mode: archives in, files out, through the plug-in and its dialogs.
 #include "tests/endtoend/batchprocess.h"
+#include "tests/import/archivebuilder.h"
 #include "tests/support/temporaryworkingfolder.h"
 
 #include <QImage>
@@ -124,6 +125,24 @@ private slots:
             run(folders() + QStringList{"--format", ".gds", folder->filePath("broken.tgz"), SAMPLE_ARCHIVE});
         QVERIFY(result.code != 0);
         QVERIFY2(exported("beacon", ".gds").size() > 10, qPrintable(result.all()));
+    }
+
+    void archiveWithoutAJobFailsAndExportsNothing_data()
+    {
+        QTest::addColumn<QByteArray>("tar");
+        QTest::newRow("other files")
+            << TarBuilder().folder("holiday/").file("holiday/beach.txt", "sand").bytes();
+        QTest::newRow("empty tar") << TarBuilder().bytes();
+    }
+    void archiveWithoutAJobFailsAndExportsNothing()
+    {
+        QFETCH(QByteArray, tar);
+        QVERIFY(folder->write("holiday.tgz", gzip(tar)));
+        const BatchResult result =
+            run(folders() + QStringList{"--format", ".gds", SAMPLE_ARCHIVE, folder->filePath("holiday.tgz")});
+        QVERIFY2(result.code != 0, qPrintable(result.all()));
+        QVERIFY2(result.output.contains("FAILED: the archive holds no ODB++ job"), qPrintable(result.all()));
+        QCOMPARE(result.fileLines().size(), exported("beacon", ".gds").size()); // the sample's, once
     }
 
     void missingArchiveFails()

@@ -79,9 +79,13 @@ bool BatchRun::importArchive(const QString &archive)
     if (!QFileInfo(archive).isFile())
         return fail("there is no such file");
 
-    QStringList imported;
+    bool arrived = false;
+    QString job;
     const auto connection = connect(&m_window, &MainWindow::fileImported, this,
-                                    [&imported](const QString &path) { imported << path; });
+                                    [&arrived, &job](const QString &, const QString &opened) {
+                                        arrived = true;
+                                        job = opened;
+                                    });
     QElapsedTimer timer;
     timer.start();
     m_archive = archive;
@@ -90,14 +94,14 @@ bool BatchRun::importArchive(const QString &archive)
     m_archive.clear();
     disconnect(connection);
 
-    if (imported.isEmpty())
+    if (!arrived)
         return m_refused ? false : fail("the plug-in took in nothing");
-    if (m_window.openJobName().isEmpty())
-        return fail("the archive holds no job");
-    m_print(QString("  job %1 in %2, %3")
-                .arg(m_window.openJobName(), QDir::toNativeSeparators(m_window.jobRoot()), seconds(timer)));
+    if (job.isEmpty())
+        return fail("the archive holds no ODB++ job");
+    m_print(
+        QString("  job %1 in %2, %3").arg(job, QDir::toNativeSeparators(m_window.jobRoot()), seconds(timer)));
     waitFor([this] { return !m_window.isReadingLayer(); });
-    takePicture(&m_window, m_window.openJobName() + "-workbench");
+    takePicture(&m_window, job + "-workbench");
     return true;
 }
 

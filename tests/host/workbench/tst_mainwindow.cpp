@@ -86,6 +86,7 @@ private slots:
         QCOMPARE(window.jobNames(), QStringList{"beacon"});
         QCOMPARE(window.openJobName(), QString("beacon"));
         QCOMPARE(imported.count(), 1);
+        QCOMPARE(imported[0][1].toString(), QString("beacon"));
     }
 
     void archiveUnpackedUnderItsInnerNameOpensThatJob()

@@ -313,7 +313,10 @@ std::int64_t Resolver::middleOf(const Piece &piece, bool alongX) const
     std::nth_element(positions.begin(), middle, positions.end());
     const std::int64_t low = alongX ? piece.box.low.x : piece.box.low.y;
     const std::int64_t high = alongX ? piece.box.high.x : piece.box.high.y;
-    return std::clamp(*middle, low + 1, high - 1);
+    // Never close to an edge: items that reach in from outside may have all their middles there, and a piece
+    // must become smaller by being cut.
+    const std::int64_t margin = std::max<std::int64_t>(1, (high - low) / 8);
+    return std::clamp(*middle, low + margin, high - margin);
 }
 
 Piece Resolver::part(const Piece &piece, bool alongX, std::int64_t at, bool keepLow) const

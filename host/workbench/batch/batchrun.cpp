@@ -165,7 +165,7 @@ bool BatchRun::reportFiles(ExportDialog &dialog, const QString &format, const QS
         const QString layer = dialog.layer(row);
         const QFileInfo file(exportedFile(folder, layer, format));
         const QString path = QDir::toNativeSeparators(file.filePath());
-        const bool isNew = file.exists() && (!before.contains(file.fileName()) ||
+        const bool isNew = file.isFile() && (!before.contains(file.fileName()) ||
                                              before[file.fileName()] != file.lastModified());
         if (!isNew || file.size() == 0) {
             complete = fail(QString("%1  %2  %3").arg(layer, path, isNew ? "is empty" : "was not written"));

@@ -56,7 +56,7 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent)
     connect(&m_messages, &HostMessages::exportRefused, this, [this] {
         statusBar()->showMessage(tr("Open a job first, then export its layers."), messageTime);
     });
-    resize(1180, 760);
+    resize(1240, 780);
     setJobFolder(QString());
     m_jobs->setFocus();
 }
@@ -77,7 +77,7 @@ void MainWindow::buildPanels()
     addDockWidget(Qt::LeftDockWidgetArea, layers);
     addDockWidget(Qt::BottomDockWidgetArea, log);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    resizeDocks({jobs, log}, {360, 150}, Qt::Horizontal);
+    resizeDocks({jobs, log}, {410, 150}, Qt::Horizontal);
     resizeDocks({jobs, layers}, {200, 460}, Qt::Vertical);
     resizeDocks({log}, {150}, Qt::Vertical);
 

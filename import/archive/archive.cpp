@@ -3,6 +3,7 @@
 #include "import/archive/backend.h"
 #include "import/archive/entrylist.h"
 #include "import/archive/extractionplan.h"
+#include "import/archive/filecopier.h"
 #include "import/archive/filewriter.h"
 #include "import/archive/localpath.h"
 #include "import/archive/stagingfolder.h"
@@ -124,25 +125,49 @@ void setFolderTimes(const ExtractionPlan &plan, const fs::path &folder)
     }
 }
 
-void decodeFiles(const InArchive &archive, const ExtractionPlan &plan, const fs::path &folder)
+// Has the back end decode `files` into `folder`.
+void decodeFiles(const InArchive &archive, const std::vector<ExtractionPlan::File> &files,
+                 const fs::path &folder)
 {
     std::vector<std::uint32_t> indices;
-    indices.reserve(plan.files.size());
-    for (const ExtractionPlan::File &file : plan.files)
+    indices.reserve(files.size());
+    for (const ExtractionPlan::File &file : files)
         indices.push_back(file.index);
-    WritingSink sink(plan.files, folder);
+    WritingSink sink(files, folder);
     archive.extract(indices, sink);
     sink.finish();
 }
 
-void extractTar(const InArchive &archive, const std::vector<Entry> &entries, const fs::path &output)
+// A tar holds most files as they are: these are copied from the archive file `source` without a decoder
+// between.
+void unpackFiles(const InArchive &archive, const std::vector<ExtractionPlan::File> &files,
+                 const std::wstring &source, const fs::path &folder)
+{
+    std::vector<FilePart> plain;
+    std::vector<ExtractionPlan::File> others;
+    plain.reserve(files.size());
+    for (const ExtractionPlan::File &file : files) {
+        const std::optional<std::uint64_t> offset =
+            file.size > 0 ? archive.contentOffset(file.index, file.size) : std::uint64_t(0);
+        if (offset)
+            plain.push_back({folder / localRelativePath(file.path), *offset, file.size, file.modified});
+        else
+            others.push_back(file);
+    }
+    copyParts(InFile(source), plain);
+    if (!others.empty())
+        decodeFiles(archive, others, folder);
+}
+
+void extractTar(const InArchive &archive, const std::vector<Entry> &entries, const std::wstring &archiveFile,
+                const fs::path &output)
 {
     const ExtractionPlan plan = planExtraction(entries, nativeNameRules());
     checkFoldersThere(plan, output);
     StagingFolder staging(output);
     checkSpace(plan.totalSize, output);
     makeFolders(plan, staging.content());
-    decodeFiles(archive, plan, staging.content());
+    unpackFiles(archive, plan.files, archiveFile, staging.content());
     makeLinks(plan, staging.content());
     setFolderTimes(plan, staging.content());
     staging.commit();
@@ -178,10 +203,8 @@ void extractGZip(const InArchive &archive, const std::vector<Entry> &entries, co
     if (fs::equivalent(place, localPath(archiveFile), notThere))
         throw BitException("\"" + utf8(name) + "\": the gzip member would replace its own archive");
 
-    ExtractionPlan plan;
-    plan.files.push_back({0, name, entries[0].size, entries[0].modified});
     StagingFolder staging(output);
-    decodeFiles(archive, plan, staging.content());
+    decodeFiles(archive, {{0, name, entries[0].size, entries[0].modified}}, staging.content());
     staging.commit();
 }
 
@@ -233,7 +256,7 @@ void BitExtractor::extract(const std::wstring &file, const std::wstring &folder)
     if (m_format.number == BitFormat::GZip.number)
         extractGZip(*archive, entries, localFile, output);
     else
-        extractTar(*archive, entries, output);
+        extractTar(*archive, entries, localFile, output);
 }
 
 } // namespace archive

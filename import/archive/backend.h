@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -66,6 +67,9 @@ public:
     // Decodes the entries `indices` (ascending, none of them a folder) into `sink`; throws BitException when
     // the archive is damaged.
     virtual void extract(const std::vector<std::uint32_t> &indices, EntrySink &sink) const = 0;
+    // Where in the archive file the `size` bytes of an entry's content stand one after the other, as they
+    // are; nothing when they do not, or the back end cannot tell. `size` is not 0.
+    virtual std::optional<std::uint64_t> contentOffset(std::uint32_t index, std::uint64_t size) const = 0;
 };
 
 class Backend

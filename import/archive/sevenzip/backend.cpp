@@ -78,7 +78,46 @@ public:
             throw BitException("the 7-Zip library did not say how the last entry ended");
     }
 
+    // The library does not tell the place, but gives a stream of the content: where reading its first and its
+    // last byte reads the file, and that these are as far apart as they must be, tells it.
+    std::optional<std::uint64_t> contentOffset(std::uint32_t index, std::uint64_t size) const override
+    {
+        Counted<IInArchiveGetStream<Root>> streams;
+        m_archive->QueryInterface(IInArchiveGetStream<Root>::Id, streams.out());
+        if (!streams.get())
+            return std::nullopt;
+        ISequentialInStream<Root> *made = nullptr;
+        if (streams->GetStream(index, &made) != Ok || !made)
+            return std::nullopt;
+        const Counted<ISequentialInStream<Root>> content(made);
+        Counted<IInStream<Root>> seekable;
+        content->QueryInterface(IInStream<Root>::Id, seekable.out());
+        if (!seekable.get())
+            return std::nullopt;
+
+        const std::optional<std::uint64_t> first = placeRead(*seekable.get(), 0);
+        const std::optional<std::uint64_t> last = placeRead(*seekable.get(), size - 1);
+        m_stream->rethrow();
+        if (!first || !last || *last < *first || *last - *first != size - 1 || *last >= m_stream->size())
+            return std::nullopt;
+        return first;
+    }
+
 private:
+    // Where in the file the byte at `offset` of `content` is read.
+    std::optional<std::uint64_t> placeRead(IInStream<Root> &content, std::uint64_t offset) const
+    {
+        const std::uint32_t fromTheBegin = 0;
+        if (content.Seek(std::int64_t(offset), fromTheBegin, nullptr) != Ok)
+            return std::nullopt;
+        m_stream->takeLastRead();
+        char byte = 0;
+        std::uint32_t got = 0;
+        if (content.Read(&byte, 1, &got) != Ok || got != 1)
+            return std::nullopt;
+        return m_stream->takeLastRead();
+    }
+
     void check(Result result, const char *what) const
     {
         if (result != Ok)

@@ -8,9 +8,9 @@
 #include "import/archive/infile.h"
 #include "import/archive/sevenzip/interfaces.h"
 
-#include <algorithm>
 #include <atomic>
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace archive::sevenzip {
@@ -75,7 +75,7 @@ private:
     std::atomic<Count> m_count{1};
 };
 
-// Reads a file. Small reads, as of tar headers, are served from a small buffer.
+// Reads a file, and remembers where it was read last.
 template <typename Root>
 class FileInStream final : public Object<IInStream<Root>>
 {
@@ -96,6 +96,7 @@ public:
     {
         std::size_t got = 0;
         const Result result = m_exception.guard([&] {
+            m_lastRead = m_position;
             got = m_file.read(m_position, data, size);
             m_position += got;
             return Ok;
@@ -126,8 +127,13 @@ public:
 
     void rethrow() { m_exception.rethrow(); }
 
+    std::uint64_t size() const { return m_file.size(); }
+    // The offset of the last read; nothing when there was none since the last call.
+    std::optional<std::uint64_t> takeLastRead() { return std::exchange(m_lastRead, std::nullopt); }
+
 private:
     InFile m_file;
+    std::optional<std::uint64_t> m_lastRead;
     std::uint64_t m_position = 0;
     KeptException m_exception;
 };

@@ -135,6 +135,17 @@ protected:
     ~IInArchive() = default;
 };
 
+template <typename Root>
+class IInArchiveGetStream : public Root
+{
+public:
+    static constexpr Guid Id = interfaceId(6, 0x40);
+    virtual Result SEVENZIP_CALL GetStream(std::uint32_t index, ISequentialInStream<Root> **stream) = 0;
+
+protected:
+    ~IInArchiveGetStream() = default;
+};
+
 // How decoding an entry ended, as the library reports it.
 enum OperationResult : std::int32_t {
     ResultOk = 0,

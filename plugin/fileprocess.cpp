@@ -2,6 +2,7 @@
 
 #include "export/export.h"
 #include "export/exportjobinfo.h"
+#include "platform/module.h"
 #include "platform/shell.h"
 
 #include <QAction>
@@ -21,6 +22,8 @@ QAction *newAction(const char *iconPath, const QString &text)
 
 FileProcess::FileProcess()
 {
+    // The meta-type below and open dialogs outlive this object; their code must not go with it.
+    platform::keepModuleLoaded();
     qRegisterMetaType<PluginMetaData>("PluginMetaData");
     qRegisterMetaType<PluginMetaData>("PluginMetaData&");
 }

@@ -203,8 +203,11 @@ void FeatureDrawing::stroke(const Feature &feature, const std::function<void(con
                 mapped[i] = map(corners[i]);
             GridRing &ring = m_drawing.m_ring;
             m_drawing.m_symbols.grid().round(mapped.data(), count, ring);
-            if (ring.size() >= 3)
-                m_polygon(ring);
+            if (ring.size() < 3)
+                return;
+            if (map.turnsOver())
+                std::reverse(ring.begin(), ring.end());
+            m_polygon(ring);
         }
 
     private:
@@ -257,10 +260,7 @@ void FeatureDrawing::rings(std::uint32_t item, std::vector<GridRing> &rings)
     switch (feature.kind) {
     case FeatureKind::Line:
     case FeatureKind::Arc:
-        stroke(feature, [&rings](const GridRing &ring) {
-            rings.push_back(ring);
-            makeCounterClockwise(rings.back());
-        });
+        stroke(feature, [&rings](const GridRing &ring) { rings.push_back(ring); });
         return;
     case FeatureKind::Pad: {
         const GridPoint at = padPosition(feature);

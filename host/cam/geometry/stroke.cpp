@@ -29,6 +29,8 @@ Pen::Pen(const StandardSymbol &symbol, double growth, double tolerance) : m_tole
             continue;
         m_polygons.emplace_back();
         flatten(shape.contours[i], tolerance, m_polygons.back());
+        if (signedArea(shape.contours[i]) < 0.0)
+            std::reverse(m_polygons.back().begin(), m_polygons.back().end());
     }
 }
 
@@ -146,9 +148,13 @@ void Pen::drawAny(Point start, Point end, PolygonSink &sink)
         for (std::size_t i = 0; i < polygon.size(); ++i) {
             const Point a = polygon[i];
             const Point b = polygon[(i + 1) % polygon.size()];
-            if (cross(b - a, end - start) == 0.0)
+            const double turn = cross(b - a, end - start);
+            if (turn > 0.0)
+                m_corners = {a + start, b + start, b + end, a + end};
+            else if (turn < 0.0)
+                m_corners = {a + start, a + end, b + end, b + start};
+            else
                 continue;
-            m_corners = {a + start, b + start, b + end, a + end};
             sink.polygon(m_corners.data(), m_corners.size());
         }
     }
@@ -192,22 +198,23 @@ void Pen::drawRoundArc(const Arc &arc, PolygonSink &sink)
     }
 }
 
+// Counter-clockwise, whichever way the arc runs.
 void Pen::drawSector(Point center, Point from, double degrees, PolygonSink &sink)
 {
+    Point to = Transform::rotation(degrees).linear(from);
+    if (degrees < 0.0)
+        std::swap(from, to);
     const double radius = length(from);
-    const Point outer = from * ((radius + m_radius) / radius);
-    const double innerRadius = radius - m_radius;
-    const Point to = Transform::rotation(degrees).linear(from);
-    const EdgeKind ahead = degrees < 0.0 ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise;
-    const EdgeKind back = degrees < 0.0 ? EdgeKind::ArcCounterClockwise : EdgeKind::ArcClockwise;
+    const double outer = (radius + m_radius) / radius;
+    const double inner = (radius - m_radius) / radius;
     m_corners.clear();
-    m_corners.push_back(center + outer);
-    const Point outerEnd = center + to * ((radius + m_radius) / radius);
-    flattenArc(center + outer, {outerEnd, center, ahead}, m_tolerance, m_corners);
-    if (innerRadius > 0.0) {
-        const Point innerEnd = center + to * (innerRadius / radius);
-        m_corners.push_back(innerEnd);
-        flattenArc(innerEnd, {center + from * (innerRadius / radius), center, back}, m_tolerance, m_corners);
+    m_corners.push_back(center + from * outer);
+    flattenArc(center + from * outer, {center + to * outer, center, EdgeKind::ArcCounterClockwise},
+               m_tolerance, m_corners);
+    if (inner > 0.0) {
+        m_corners.push_back(center + to * inner);
+        flattenArc(center + to * inner, {center + from * inner, center, EdgeKind::ArcClockwise}, m_tolerance,
+                   m_corners);
     } else {
         m_corners.push_back(center); // the pen covers the middle
     }

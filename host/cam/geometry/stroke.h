@@ -10,7 +10,7 @@
 
 namespace cam {
 
-// Takes polygons: at least three corners, the first not repeated.
+// Takes polygons: counter-clockwise, the first corner not repeated.
 class PolygonSink
 {
 public:
@@ -24,7 +24,7 @@ class Pen
 public:
     // `growth`: nanometres by which the symbol grows, half to each side. `tolerance`: see arcTolerance.
     Pen(const StandardSymbol &symbol, double growth, double tolerance);
-    // A pen of any shape: closed polygons, each of them dark.
+    // A pen of any shape: counter-clockwise polygons, each of them dark.
     Pen(std::vector<std::vector<Point>> polygons, double tolerance);
 
     // Nothing is drawn by it: a round of diameter 0.

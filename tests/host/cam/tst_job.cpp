@@ -1,0 +1,195 @@
+// A layer's image put together from a job folder: steps in steps, symbols in symbols, what the matrix says.
+#include "host/cam/error.h"
+#include "host/cam/odb/job.h"
+#include "tests/host/cam/jobfolder.h"
+#include "tests/host/cam/messages.h"
+
+#include <QtTest>
+
+using namespace cam;
+
+namespace {
+
+LayerImage readTop(const JobFolder &folder, const std::string &step = "pcb")
+{
+    ReadingNotes notes;
+    return Job(folder.path()).readLayer(step, "top", notes);
+}
+
+} // namespace
+
+class tst_Job : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void layerIsReadWithItsSurroundings()
+    {
+        JobFolder folder;
+        folder.features("$0 r100\nL 0 0 1 0 0 P 0\n");
+        const LayerImage image = readTop(folder);
+        QCOMPARE(image.job, std::string("board"));
+        QCOMPARE(image.layer, std::string("top"));
+        QCOMPARE(image.row, 2);
+        QCOMPARE(image.type, std::string("SIGNAL"));
+        QCOMPARE(image.copperRank, 1);
+        QCOMPARE(image.copperCount, 2);
+        QCOMPARE(image.steps.size(), std::size_t(1));
+        QCOMPARE(image.top().features.lines.size(), std::size_t(1));
+        QCOMPARE(image.profile.size(), std::size_t(1));
+        const std::int16_t saved[] = {2024, 2, 29, 13, 14, 15};
+        QVERIFY(std::equal(std::begin(saved), std::end(saved), std::begin(image.saved)));
+    }
+
+    void matrixSaysWhereALayerStands()
+    {
+        JobFolder folder;
+        for (const char *layer : {"mask", "gnd", "drill"})
+            folder.features("", layer);
+        ReadingNotes notes;
+        const Job job(folder.path());
+        QVERIFY(job.readLayer("pcb", "mask", notes).aboveCopper);
+        const LayerImage plane = job.readLayer("pcb", "gnd", notes);
+        QVERIFY(plane.polarity == Polarity::Negative && plane.copperRank == 2 && !plane.aboveCopper);
+        const LayerImage drill = job.readLayer("pcb", "drill", notes);
+        QCOMPARE(drill.startName, std::string("top"));
+        QCOMPARE(drill.endName, std::string("gnd"));
+        QCOMPARE(drill.copperRank, 0);
+    }
+
+    void namesAreFoundWithoutRegardToCase()
+    {
+        JobFolder folder("Board");
+        folder.write("steps/Panel/Layers/TOP/Features", "$0 r1\nL 0 0 1 0 0 P 0\n");
+        ReadingNotes notes;
+        QCOMPARE(Job(folder.path()).readLayer("PANEL", "Top", notes).top().features.lines.size(),
+                 std::size_t(1));
+    }
+
+    void nestedStepsStandBeforeTheirParents()
+    {
+        JobFolder folder;
+        folder.features("$0 r100\nP 0 0 0 P 0 0\n");
+        folder.write("steps/array/stephdr",
+                     "UNITS=MM\nSTEP-REPEAT {\nNAME=PCB\nX=1\nY=2\nDX=25\nDY=15\nNX=2\nNY=3\n}\n");
+        folder.write("steps/panel/stephdr", "UNITS=MM\nSTEP-REPEAT {\nNAME=ARRAY\nX=5\nY=5\nANGLE=90\n}\n"
+                                            "STEP-REPEAT {\nNAME=PCB\nX=90\nY=5\nMIRROR=YES\n}\n");
+        folder.features("$0 s50\nP 0 0 0 P 0 0\n", "top", "panel");
+        const LayerImage image = readTop(folder, "panel");
+        QCOMPARE(image.steps.size(), std::size_t(3));
+        QCOMPARE(image.steps[0].name, std::string("pcb"));
+        QCOMPARE(image.steps[1].name, std::string("array"));
+        QCOMPARE(image.top().name, std::string("panel"));
+        QCOMPARE(image.steps[1].repeats[0].nx, 2u);
+        QCOMPARE(image.steps[1].repeats[0].dy, 15e6);
+        QCOMPARE(image.top().repeats[0].step, 1u);
+        QCOMPARE(image.top().repeats[1].step, 0u);
+        QVERIFY(image.top().repeats[1].mirror);
+    }
+
+    void nestedStepMayLackTheLayer()
+    {
+        JobFolder folder;
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\n}\n");
+        folder.features("", "top", "panel");
+        QVERIFY(readTop(folder, "panel").steps[0].features.isEmpty());
+    }
+
+    void exportedStepMustHaveTheLayer()
+    {
+        JobFolder folder;
+        QVERIFY(messageOf([&] { readTop(folder); }).endsWith("expected a folder layers/top"));
+    }
+
+    void layerFolderWithoutFeaturesIsEmpty()
+    {
+        JobFolder folder;
+        folder.write("steps/pcb/layers/top/components", "");
+        QVERIFY(readTop(folder).top().features.isEmpty());
+    }
+
+    void stepThatRepeatsItselfIsAnError()
+    {
+        JobFolder folder;
+        folder.features("");
+        folder.write("steps/pcb/stephdr", "STEP-REPEAT {\nNAME=PCB\n}\n");
+        QVERIFY(messageOf([&] { readTop(folder); }).endsWith("the step pcb repeats itself"));
+    }
+
+    void ownSymbolsMayUseOtherSymbols()
+    {
+        JobFolder folder;
+        folder.features("$0 Star\nP 1 1 0 P 0 0\n");
+        folder.write("symbols/star/features", "UNITS=MM\n$0 ray\nP 0 0 0 P 0 0\nP 0 0 0 P 0 1\n");
+        folder.write("symbols/ray/features", "UNITS=MM\n$0 r50\nL 0 0 1 0 0 P 0\n");
+        const LayerImage image = readTop(folder);
+        QCOMPARE(image.symbols.size(), std::size_t(3));
+        const Symbol &star = image.symbols[image.top().features.pads[0].symbol];
+        QVERIFY(star.features && !star.standard);
+        const Symbol &ray = image.symbols[star.features->pads[1].symbol];
+        QCOMPARE(ray.name, std::string("ray"));
+        QCOMPARE(ray.features->lines.size(), std::size_t(1));
+    }
+
+    void symbolDrawnWithItselfIsAnError()
+    {
+        JobFolder folder;
+        folder.features("$0 a\nP 1 1 0 P 0 0\n");
+        folder.write("symbols/a/features", "$0 b\nP 0 0 0 P 0 0\n");
+        folder.write("symbols/b/features", "$0 a\nP 0 0 0 P 0 0\n");
+        QVERIFY(messageOf([&] { readTop(folder); }).endsWith("the symbol a is drawn with itself"));
+    }
+
+    void unknownSymbolIsNoted()
+    {
+        JobFolder folder;
+        folder.features("$0 nosuchsymbol\nP 1 1 0 P 0 0\nP 2 1 0 P 0 0\n");
+        ReadingNotes notes;
+        Job(folder.path()).readLayer("pcb", "top", notes);
+        QCOMPARE(notes.unsupported.at("symbol nosuchsymbol"), std::size_t(2));
+    }
+
+    void sameNameInTwoUnitsMakesTwoSymbols()
+    {
+        JobFolder folder;
+        folder.features("$0 r10\n$1 r10 I\n$2 r10\nP 0 0 0 P 0 0\nP 0 0 1 P 0 0\nP 0 0 2 P 0 0\n");
+        const LayerImage image = readTop(folder);
+        QCOMPARE(image.symbols.size(), std::size_t(2));
+        QVERIFY(image.top().features.pads[0].symbol == image.top().features.pads[2].symbol);
+    }
+
+    void textsNeedTheJobsFont()
+    {
+        JobFolder folder;
+        folder.features("T 0 0 standard P 0 1 1 1 'A' 1\n");
+        QVERIFY(messageOf([&] { readTop(folder); }).contains("expected a folder fonts"));
+        folder.write("fonts/standard", "XSIZE 1\nYSIZE 1\nOFFSET 0\nCHAR A\nLINE 0 0 1 1 P R 0.1\nECHAR\n");
+        QCOMPARE(readTop(folder).top().features.lines.size(), std::size_t(1));
+    }
+
+    void missingThingsAreNamed()
+    {
+        JobFolder folder;
+        ReadingNotes notes;
+        const Job job(folder.path());
+        QVERIFY(
+            messageOf([&] { job.readLayer("pcb", "bottom", notes); }).contains("expected a layer bottom"));
+        QVERIFY(messageOf([&] { job.readLayer("panel", "top", notes); }).contains("expected a step panel"));
+        QVERIFY(messageOf([&] { Job(folder.path() / "nowhere"); }).contains("expected a folder matrix"));
+    }
+
+    void progressRisesToOne()
+    {
+        JobFolder folder;
+        folder.features("$0 r100\n" + QByteArray("L 0 0 1 0 0 P 0\n").repeated(20'000));
+        ReadingNotes notes;
+        std::vector<double> shares;
+        Job(folder.path()).readLayer("pcb", "top", notes, [&](double share) { shares.push_back(share); });
+        QVERIFY(shares.size() >= 5);
+        QVERIFY(std::is_sorted(shares.begin(), shares.end()));
+        QCOMPARE(shares.back(), 1.0);
+    }
+};
+
+QTEST_APPLESS_MAIN(tst_Job)
+#include "tst_job.moc"

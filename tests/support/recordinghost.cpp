@@ -77,6 +77,8 @@ bool ORVEX::API::layer_export(const std::string &job, const std::string &step, c
 bool ORVEX::DB::get_SaveFlag()
 {
     state().calls.push_back("get_SaveFlag");
+    if (state().onSaveFlag)
+        state().onSaveFlag();
     return state().saveFlag;
 }
 

@@ -56,6 +56,7 @@ struct State
     // Runs inside get_matrix after the call is recorded; what it throws, get_matrix throws.
     std::function<void(std::vector<ORVEX::API::layer_info> &)> onMatrix;
     bool saveFlag = false;
+    std::function<void()> onSaveFlag; // runs inside get_SaveFlag, on the job's thread; may throw
     std::function<bool(const ExportCall &)> onExport; // runs inside layer_export, on the job's thread
     std::function<void(const Delivery &)> onDelivery;
 };

@@ -6,6 +6,7 @@
 #include "import/archive/filecopier.h"
 #include "import/archive/filewriter.h"
 #include "import/archive/localpath.h"
+#include "import/archive/outfile.h"
 #include "import/archive/stagingfolder.h"
 #include "platform/paths.h"
 
@@ -98,7 +99,7 @@ void checkSpace(std::uint64_t needed, const fs::path &output)
 void makeFolders(const ExtractionPlan &plan, const fs::path &folder)
 {
     for (const ExtractionPlan::Folder &planned : plan.folders)
-        fs::create_directory(folder / localRelativePath(planned.path));
+        makeFolder(folder / localRelativePath(planned.path));
 }
 
 // Links come after all files, so that nothing is ever written through one.

@@ -63,12 +63,7 @@ std::string utf8(const std::wstring &path)
 
 std::filesystem::path localPath(const std::wstring &path)
 {
-    std::filesystem::path local = std::filesystem::absolute(path).lexically_normal().make_preferred();
-    const std::wstring text = local.wstring();
-    if (text.compare(0, 2, L"\\\\") == 0)
-        return text.compare(0, 4, L"\\\\?\\") == 0 ? local
-                                                   : std::filesystem::path(L"\\\\?\\UNC" + text.substr(1));
-    return std::filesystem::path(L"\\\\?\\" + text);
+    return std::filesystem::absolute(path).lexically_normal().make_preferred();
 }
 
 std::filesystem::path localRelativePath(const std::wstring &path)

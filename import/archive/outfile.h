@@ -30,6 +30,9 @@ private:
 #endif
 };
 
+// Makes the folder `path`, whose parent exists and which does not itself. Throws BitException.
+void makeFolder(const std::filesystem::path &path);
+
 // Gives the existing folder `path` the time `modified`; a failure changes nothing and is not reported.
 void setFolderTime(const std::filesystem::path &path, std::uint64_t modified);
 

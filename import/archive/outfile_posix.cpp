@@ -73,6 +73,12 @@ void OutFile::close(const std::optional<std::uint64_t> &modified)
         fail("write", m_path);
 }
 
+void makeFolder(const std::filesystem::path &path)
+{
+    if (::mkdir(path.c_str(), 0777) != 0)
+        fail("create", path);
+}
+
 void setFolderTime(const std::filesystem::path &path, std::uint64_t modified)
 {
     ::utimensat(AT_FDCWD, path.c_str(), Times(modified).values, AT_SYMLINK_NOFOLLOW);

@@ -18,6 +18,16 @@ FILETIME fileTime(std::uint64_t ticks)
     return time;
 }
 
+// The form of an absolute path that may be longer than the usual 260 characters.
+std::wstring longForm(const std::filesystem::path &path)
+{
+    const std::size_t usualLength = 240; // and room for a short file name in a folder
+    const std::wstring text = path.wstring();
+    if (text.size() < usualLength || text.compare(0, 4, L"\\\\?\\") == 0)
+        return text;
+    return text.compare(0, 2, L"\\\\") == 0 ? L"\\\\?\\UNC" + text.substr(1) : L"\\\\?\\" + text;
+}
+
 [[noreturn]] void fail(const char *what, const std::filesystem::path &path)
 {
     const std::error_code error(int(GetLastError()), std::system_category());
@@ -27,8 +37,8 @@ FILETIME fileTime(std::uint64_t ticks)
 } // namespace
 
 OutFile::OutFile(const std::filesystem::path &path)
-    : m_path(path), m_handle(CreateFileW(path.c_str(), GENERIC_WRITE | FILE_WRITE_ATTRIBUTES, 0, nullptr,
-                                         CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr))
+    : m_path(path), m_handle(CreateFileW(longForm(path).c_str(), GENERIC_WRITE | FILE_WRITE_ATTRIBUTES, 0,
+                                         nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr))
 {
     if (m_handle == INVALID_HANDLE_VALUE)
         fail("create", path);
@@ -69,10 +79,17 @@ void OutFile::close(const std::optional<std::uint64_t> &modified)
         fail("write", m_path);
 }
 
+void makeFolder(const std::filesystem::path &path)
+{
+    if (!CreateDirectoryW(longForm(path).c_str(), nullptr))
+        fail("create", path);
+}
+
 void setFolderTime(const std::filesystem::path &path, std::uint64_t modified)
 {
-    void *handle = CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                               nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    void *handle =
+        CreateFileW(longForm(path).c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                    nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return;
     const FILETIME time = fileTime(modified);

@@ -14,9 +14,10 @@ namespace {
 // A new folder in `parent`, with a name that nothing else has.
 fs::path makeUniqueFolder(const fs::path &parent)
 {
-    auto number = std::uint64_t(std::chrono::steady_clock::now().time_since_epoch().count());
-    for (int attempts = 0; attempts < 1000; ++attempts, ++number) {
-        const fs::path folder = parent / (".unpacking-" + std::to_string(number));
+    // A short name: what is in the folder must not become too long for the system.
+    const auto start = std::uint64_t(std::chrono::steady_clock::now().time_since_epoch().count());
+    for (std::uint64_t attempt = 0; attempt < 10000; ++attempt) {
+        const fs::path folder = parent / (".unpack-" + std::to_string((start + attempt) % 10000));
         if (fs::create_directory(folder))
             return folder;
     }

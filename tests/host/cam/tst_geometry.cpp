@@ -289,7 +289,7 @@ private slots:
     {
         Pen pen(symbol("di200x100"), 0.0, arcTolerance);
         Polygons polygons;
-        pen.draw(Line{{0, 0}, {mm, 0.5 * mm}, 0}, polygons);
+        pen.draw(Line{{0, 0}, {mm, 0.2 * mm}, 0}, polygons);
         QCOMPARE(polygons.list.size(), std::size_t(2 + 4)); // at both ends, and one for each edge
         for (const auto &polygon : polygons.list)
             QVERIFY(areaOf(polygon) > 0.0);

@@ -356,6 +356,62 @@ private slots:
         QVERIFY(board.files().isEmpty());
     }
 
+    // The project's own samples, and real archives where there are some.
+    void everyLayerOfEveryJobIsExported_data()
+    {
+        QTest::addColumn<QString>("archive"); // empty for a job folder of the samples
+        QTest::addColumn<QString>("job");
+        const QDir samples(QString(SOURCE_FOLDER) + "/samples");
+        for (const QString &job : samples.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            QTest::newRow(qPrintable(job)) << QString() << samples.filePath(job);
+        const QDir data(QString(SOURCE_FOLDER) + "/../shared/data");
+        for (const QString &archive : data.entryList({"*.tgz"}, QDir::Files))
+            QTest::newRow(qPrintable(archive)) << data.filePath(archive) << QString();
+    }
+    void everyLayerOfEveryJobIsExported()
+    {
+        QFETCH(QString, archive);
+        QFETCH(QString, job);
+        TemporaryWorkingFolder folder;
+        QString jobFolder = job;
+        if (!archive.isEmpty()) {
+            QDir().mkpath(folder.filePath("jobs"));
+            QCOMPARE(QProcess::execute("cmake", {"-E", "chdir", folder.filePath("jobs"), "cmake", "-E", "tar",
+                                                 "xzf", archive}),
+                     0);
+            const QStringList jobs =
+                QDir(folder.filePath("jobs")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+            QCOMPARE(jobs.size(), 1);
+            jobFolder = folder.filePath("jobs/" + jobs[0]);
+        }
+        HOST::set_job_root(QFileInfo(jobFolder).path().toStdString());
+        const std::string name = QFileInfo(jobFolder).fileName().toStdString();
+        std::vector<std::string> steps;
+        std::vector<API::layer_info> layers;
+        QCOMPARE(API::get_matrix(name, steps, layers), std::string());
+        QVERIFY(!layers.empty() && !steps.empty());
+        for (const std::string &step : steps) {
+            for (const API::layer_info &layer : layers) {
+                Call call;
+                call.job = name;
+                call.step = step;
+                call.layer = layer.name;
+                call.profile = true;
+                for (const API::export_type type : {API::export_type::gds, API::export_type::gerber}) {
+                    call.type = type;
+                    call.file = folder.filePath("layer").toStdString();
+                    Progress progress;
+                    QVERIFY2(call.run(&progress), (step + "/" + layer.name).c_str());
+                    QCOMPARE(progress.value, 100.0);
+                    QVERIFY(QFileInfo(folder.filePath("layer")).size() > 0);
+                    if (type == API::export_type::gds)
+                        QCOMPARE(GdsFile::open(folder.filePath("layer")).tops().size(), 1);
+                }
+            }
+        }
+        HOST::set_job_root({});
+    }
+
     void databaseIsOffUnlessConfigured()
     {
         Board board;

@@ -13,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QSemaphore>
 #include <QTest>
 #include <QTimer>
 
@@ -64,6 +65,31 @@ protected:
             ++seen.paints;
         return false;
     }
+};
+
+} // namespace
+
+namespace {
+
+// Holds the thread that logs a failed unpacking until it is opened.
+class FailureGate : public google::LogSink
+{
+public:
+    FailureGate() { google::AddLogSink(this); }
+    ~FailureGate() override { google::RemoveLogSink(this); }
+
+    void open() { m_opened.release(); }
+
+    void send(google::LogSeverity, const char *, const char *baseFileName, int,
+              const google::LogMessageTime &, const char *, size_t) override
+    {
+        if (std::string(baseFileName) == "Progress")
+            m_opened.acquire();
+    }
+    using google::LogSink::send;
+
+private:
+    QSemaphore m_opened;
 };
 
 } // namespace
@@ -466,7 +492,12 @@ void TestCopyDirectory::aPathWithBlanksSplitsTheCommands()
 // The event loop of the first poll is held up until the failed task and its clean-up have ended.
 void TestCopyDirectory::aTaskThatEndsUnseenTakesTheSuccessRoad()
 {
-    QTimer::singleShot(0, [] { QTest::qSleep(1000); });
+    // The task waits at its log line until the poll is in its event pass, which then outlasts the clean-up.
+    FailureGate gate;
+    QTimer::singleShot(0, [&gate] {
+        gate.open();
+        QTest::qSleep(2000);
+    });
     QVERIFY(import(archive("ABC.tgz", "no gzip")));
     QVERIFY(m_user->boxes.empty());
     QCOMPARE(m_name, QString("ABC.tar"));

@@ -52,6 +52,8 @@ private:
             QDir(out).removeRecursively();
             QDir().mkpath(out);
         }
+        QFile::remove(
+            m_folder->filePath("ABC.tar")); // writing over it would have some file systems wait for the disk
         writeFile(m_folder->filePath("ABC.tar"), bytes);
         bool done = true;
         try {

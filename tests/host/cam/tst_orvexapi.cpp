@@ -1,13 +1,13 @@
 // The library as a host sees it: results, files, progress, cancel, database, job root.
 #include "host/cam/jobroot.h"
 #include "run/orvexapi.h"
+#include "tests/host/cam/archive.h"
 #include "tests/host/cam/gdsfile.h"
 #include "tests/host/cam/jobfolder.h"
 #include "tests/support/logcapture.h"
 
 #include <QDirIterator>
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QtTest>
 
 #include <sqlite3.h>
@@ -375,10 +375,7 @@ private slots:
         TemporaryWorkingFolder folder;
         QString jobFolder = job;
         if (!archive.isEmpty()) {
-            QDir().mkpath(folder.filePath("jobs"));
-            QCOMPARE(QProcess::execute("cmake", {"-E", "chdir", folder.filePath("jobs"), "cmake", "-E", "tar",
-                                                 "xzf", archive}),
-                     0);
+            unpackArchive(archive, folder.filePath("jobs"));
             const QStringList jobs =
                 QDir(folder.filePath("jobs")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
             QCOMPARE(jobs.size(), 1);

@@ -32,10 +32,27 @@ void ModalResponder::look()
     if (!window)
         window = QApplication::activeModalWidget();
     // Progress windows are modal too, but nobody answers them.
-    if (!window || m_answers.empty() || (!window->inherits("QDialog") && !window->inherits("QMenu")) ||
-        qobject_cast<QProgressDialog *>(window))
+    if (!window || (!window->inherits("QDialog") && !window->inherits("QMenu")) ||
+        qobject_cast<QProgressDialog *>(window)) {
+        m_unanswered.invalidate();
         return;
+    }
+    if (m_answers.empty()) {
+        failWhenNobodyAnswers(window);
+        return;
+    }
+    m_unanswered.invalidate();
     auto answer = m_answers.front();
     m_answers.erase(m_answers.begin());
     answer(window);
+}
+
+void ModalResponder::failWhenNobodyAnswers(QWidget *window)
+{
+    const int patience = 20000; // milliseconds
+    if (!m_unanswered.isValid())
+        m_unanswered.start();
+    else if (m_unanswered.elapsed() > patience)
+        qFatal("nobody answers the %s \"%s\"", window->metaObject()->className(),
+               qPrintable(window->windowTitle()));
 }

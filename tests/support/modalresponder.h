@@ -2,6 +2,7 @@
 // for an active modal (or pop-up) window and hands it to the next waiting answer.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QObject>
 #include <QTimer>
@@ -35,7 +36,10 @@ public:
 
 private:
     void look();
+    // A window that nobody was expected to answer ends the test, instead of waiting for its time limit.
+    void failWhenNobodyAnswers(QWidget *window);
 
     QTimer m_timer;
+    QElapsedTimer m_unanswered;
     std::vector<std::function<void(QWidget *)>> m_answers;
 };

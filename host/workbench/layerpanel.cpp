@@ -122,6 +122,12 @@ bool LayerPanel::setCurrentStep(const QString &step)
     return index >= 0;
 }
 
+void LayerPanel::chooseNone()
+{
+    const QSignalBlocker quiet(m_table);
+    m_table->clearSelection();
+}
+
 void LayerPanel::chooseFirstCopper()
 {
     const auto copper =

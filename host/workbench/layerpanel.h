@@ -29,6 +29,8 @@ public:
     // Chooses the step of that name, compared without regard to case. Returns whether the job has it.
     bool setCurrentStep(const QString &step);
     int layerCount() const { return int(m_layers.size()); }
+    // Chooses no layer, without announcing it.
+    void chooseNone();
     // Chooses the first copper layer, or the first of all.
     void chooseFirstCopper();
     // The chosen layer, or null.

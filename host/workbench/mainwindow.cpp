@@ -228,9 +228,7 @@ void MainWindow::takeImportedFile(const QString &path)
     refreshJobs();
     const QFileInfo file(path);
     if (file.suffix().toLower() != "tgz") {
-        LOG(INFO) << path.toStdString() << " was taken in as a single layer file";
-        statusBar()->showMessage(tr("%1 is a layer file; it belongs to no job.").arg(file.fileName()),
-                                 messageTime);
+        takeLayerFile(file);
         emit fileImported(path, QString());
         return;
     }
@@ -253,6 +251,19 @@ void MainWindow::takeImportedFile(const QString &path)
     openJob(job);
     statusBar()->showMessage(tr("Imported %1 as the job %2.").arg(file.fileName(), job), messageTime);
     emit fileImported(path, job);
+}
+
+void MainWindow::takeLayerFile(const QFileInfo &file)
+{
+    LOG(INFO) << file.filePath().toStdString() << " was taken in as a single layer file";
+    if (file.suffix().toLower() == "gds") {
+        m_layers->chooseNone();
+        m_view->showFile(file.filePath());
+        statusBar()->showMessage(tr("%1 is shown; it belongs to no job.").arg(file.fileName()), messageTime);
+    } else {
+        statusBar()->showMessage(
+            tr("%1 belongs to no job; the view shows GDSII files only.").arg(file.fileName()), messageTime);
+    }
 }
 
 void MainWindow::takeExportReport(const QString &folder, const QStringList &layers)

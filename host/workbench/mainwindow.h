@@ -13,6 +13,7 @@ class LayerPanel;
 class LogCollector;
 class LogPane;
 class QAction;
+class QFileInfo;
 class QLabel;
 class QToolBar;
 
@@ -58,6 +59,7 @@ private:
     void buildMenus();
     void setJobFolder(const QString &folder);
     void takeImportedFile(const QString &path);
+    void takeLayerFile(const QFileInfo &file);
     void takeExportReport(const QString &folder, const QStringList &layers);
     void updateContext();
     void showChosenLayer();

@@ -96,6 +96,10 @@ bool BatchRun::importArchive(const QString &archive)
 
     if (!arrived)
         return m_refused ? false : fail("the plug-in took in nothing");
+    if (QFileInfo(archive).suffix().toLower() != "tgz") {
+        m_print("  a layer file: nothing to export");
+        return false;
+    }
     if (job.isEmpty())
         return fail("the archive holds no ODB++ job");
     m_print(

@@ -34,7 +34,8 @@ enum Record : int {
 };
 
 const int outlineDataType = 1;
-const int deepest = 64; // levels of references; deeper ones can only be a circle
+const int deepest = 64;        // levels of references; deeper ones can only be a circle
+const int mostAreas = 1000000; // more do not fit into a picture, nor the memory for them
 
 struct Reference
 {
@@ -232,6 +233,9 @@ private:
         const auto found = m_structures.constFind(name);
         if (found == m_structures.cend())
             throw GdsError(m_file.fileName().toStdString() + ": expected a structure " + name.toStdString());
+        if (drawing.areas.size() > mostAreas)
+            throw GdsError(m_file.fileName().toStdString() + ": expected at most " +
+                           std::to_string(mostAreas) + " areas");
         for (const QPolygonF &polygon : found->areas)
             drawing.areas << transform.map(polygon);
         for (const QPolygonF &polygon : found->outlines)

@@ -3,6 +3,7 @@
 #include "host/workbench/layercolours.h"
 #include "host/workbench/view/layerview.h"
 
+#include <QFileInfo>
 #include <QVBoxLayout>
 
 #include <glog/logging.h>
@@ -29,6 +30,19 @@ void GraphicView::showLayer(const QString &job, const QString &step, const ORVEX
     m_layer = QString::fromStdString(layer.name);
     m_colour = layerColour(layer);
     m_loader.load(job, step, m_layer);
+}
+
+void GraphicView::showFile(const QString &path)
+{
+    m_loader.stop();
+    m_shownJob.clear();
+    const QString name = QFileInfo(path).fileName();
+    try {
+        m_view->showDrawing(readGds(path), name, layerColour(ORVEX::API::layer_info()), false);
+    } catch (const GdsError &error) {
+        LOG(ERROR) << error.what();
+        m_view->showText(tr("%1 cannot be shown.\n%2").arg(name, QString::fromStdString(error.what())));
+    }
 }
 
 void GraphicView::showText(const QString &text)

@@ -17,6 +17,8 @@ public:
     explicit GraphicView(QWidget *parent = nullptr);
 
     void showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer);
+    // Shows a GDSII file that belongs to no job.
+    void showFile(const QString &path);
     void showText(const QString &text);
     // Ends the reading of a layer; afterwards the CAM library is free for others.
     void stopReading() { m_loader.stop(); }

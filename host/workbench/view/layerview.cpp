@@ -28,6 +28,17 @@ double roundLength(double value)
     return 10.0 * power;
 }
 
+// `text` with its upper left corner at `corner`, readable on whatever is drawn there.
+void drawLabel(QPainter &painter, const QPoint &corner, const QString &text)
+{
+    if (text.isEmpty())
+        return;
+    const QRect place = painter.fontMetrics().boundingRect(text).adjusted(-6, -3, 6, 3);
+    const QRect shown(corner, place.size());
+    painter.fillRect(shown, QColor(24, 28, 32, 200));
+    painter.drawText(shown, Qt::AlignCenter, text);
+}
+
 QPolygonF woundOneWay(const QPolygonF &polygon)
 {
     double area = 0.0;
@@ -130,8 +141,7 @@ void LayerView::paintEvent(QPaintEvent *)
     painter.setPen(textColour);
     if (!m_text.isEmpty() && m_progress.isEmpty())
         painter.drawText(rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, m_text);
-    painter.drawText(rect().adjusted(10, 8, -10, -8), Qt::AlignLeft | Qt::AlignTop,
-                     m_progress.isEmpty() ? m_title : m_progress);
+    drawLabel(painter, QPoint(8, 6), m_progress.isEmpty() ? m_title : m_progress);
 }
 
 void LayerView::drawLayer()
@@ -195,14 +205,16 @@ void LayerView::drawScale(QPainter &painter) const
     const int pixels = int(length * m_scale);
     const int right = width() - 14;
     const int bottom = height() - 14;
+    painter.fillRect(QRect(QPoint(right - pixels - 4, bottom - 7), QPoint(right + 4, bottom + 4)),
+                     QColor(24, 28, 32, 200));
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(textColour);
     painter.drawLine(right - pixels, bottom, right, bottom);
     painter.drawLine(right - pixels, bottom - 4, right - pixels, bottom);
     painter.drawLine(right, bottom - 4, right, bottom);
     const QString text = length >= 0.1 ? tr("%1 mm").arg(length) : tr("%1 um").arg(length * 1000);
-    painter.drawText(QRect(right - std::max(pixels, 100), bottom - 26, std::max(pixels, 100), 20),
-                     Qt::AlignRight | Qt::AlignVCenter, text);
+    const QSize size = painter.fontMetrics().boundingRect(text).adjusted(-6, -3, 6, 3).size();
+    drawLabel(painter, QPoint(right - size.width(), bottom - 8 - size.height()), text);
 }
 
 void LayerView::resizeEvent(QResizeEvent *)

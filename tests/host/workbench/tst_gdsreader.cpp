@@ -173,6 +173,12 @@ private slots:
                                             record(0x13, 2, shorts({0, 2})) +
                                             record(0x10, 3, longs({0, 0, 1, 1, 2, 2})) + record(0x11, 0)))
             << "expected a reference with 3 points and positive counts";
+        QTest::newRow("array without end")
+            << library(structure("PAD", boundary(0, square)) +
+                       structure("TOP", record(0x0b, 0) + name(0x12, "PAD") +
+                                            record(0x13, 2, shorts({32767, 32767})) +
+                                            record(0x10, 3, longs({0, 0, 1, 1, 2, 2})) + record(0x11, 0)))
+            << "expected at most 1000000 areas";
         QTest::newRow("half a point")
             << library(structure("TOP", record(0x08, 0) + record(0x10, 3, longs({0}))))
             << "expected pairs of 4-byte coordinates";

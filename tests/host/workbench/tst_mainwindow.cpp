@@ -121,8 +121,18 @@ private slots:
         addJob("beacon");
         MainWindow window(log);
         window.openJob("beacon");
-        announceFile("/somewhere/mask.gds");
+        announceFile("/somewhere/mask.gerber");
         QCOMPARE(window.openJobName(), QString("beacon"));
+        QVERIFY(window.statusBar()->currentMessage().contains("mask.gerber belongs to no job"));
+    }
+
+    void brokenGdsFileIsReportedInTheLog()
+    {
+        MainWindow window(log);
+        QVERIFY(folder.write("mask.gds", "no stream"));
+        announceFile(folder.filePath("mask.gds"));
+        QCOMPARE(window.openJobName(), QString());
+        QTRY_VERIFY(window.findChild<LogPane *>()->text().contains("mask.gds, byte 0: expected a record"));
     }
 
     void jobThatIsGoneIsClosedOnRefresh()

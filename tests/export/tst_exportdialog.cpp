@@ -584,13 +584,15 @@ void tst_ExportDialog::folderDialogIsSetUpForFolders()
     responder.expect([](QWidget *window) {
         auto *chooser = qobject_cast<QFileDialog *>(window);
         QVERIFY(chooser);
+        QTimer::singleShot(0, chooser, &QDialog::reject); // whatever the comparisons say
         QVERIFY(!chooser->parent());
         QCOMPARE(chooser->windowTitle(), QString("Export"));
         QCOMPARE(chooser->fileMode(), QFileDialog::Directory);
         QCOMPARE(chooser->viewMode(), QFileDialog::Detail);
         QCOMPARE(chooser->nameFilters(), QStringList("all(*.*)"));
-        QCOMPARE(chooser->directory(), QDir("/"));
-        chooser->reject();
+        QFileDialog atRoot; // where "/" leads differs: Windows has a root a drive
+        atRoot.setDirectory("/");
+        QCOMPARE(chooser->directory().absolutePath(), atRoot.directory().absolutePath());
     });
     QTest::mouseClick(dialog.button("PathButton"), Qt::LeftButton);
     QCOMPARE(responder.pending(), 0);

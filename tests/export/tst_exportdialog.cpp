@@ -590,9 +590,9 @@ void tst_ExportDialog::folderDialogIsSetUpForFolders()
         QCOMPARE(chooser->fileMode(), QFileDialog::Directory);
         QCOMPARE(chooser->viewMode(), QFileDialog::Detail);
         QCOMPARE(chooser->nameFilters(), QStringList("all(*.*)"));
-        QFileDialog atRoot; // where "/" leads differs: Windows has a root a drive
-        atRoot.setDirectory("/");
-        QCOMPARE(chooser->directory().absolutePath(), atRoot.directory().absolutePath());
+        // Windows has a root a drive, and the dialog shows the list of drives when it cannot watch that one.
+        if (QDir::rootPath() == "/")
+            QCOMPARE(chooser->directory(), QDir("/"));
     });
     QTest::mouseClick(dialog.button("PathButton"), Qt::LeftButton);
     QCOMPARE(responder.pending(), 0);

@@ -20,28 +20,52 @@ void openAsUtf8(QSettings &settings)
 
 } // namespace
 
+HostSettings hostsettings::read()
+{
+    const HostSettings defaults;
+    QSettings settings(fileName, QSettings::IniFormat);
+    openAsUtf8(settings);
+    HostSettings values;
+    values.jobFolder = settings.value("Job_Path/path").toString();
+    values.outputFolder = settings.value("Output_Path/path").toString();
+    values.secondFolder = settings.value("Output_Path_Second/path").toString();
+    values.resize = settings.value("Resize/value", defaults.resize).toDouble();
+    values.resizeUnit = settings.value("Resize/unit", defaults.resizeUnit).toString();
+    values.databaseUnit = settings.value("Dbu/Dbu", defaults.databaseUnit).toDouble();
+    values.withProfile = settings.value("Profile_Dot/Profile_Dot").toString().toLower() == "yes";
+    values.exportDatabase = settings.value("Export_Database/path").toString();
+    return values;
+}
+
+bool hostsettings::write(const HostSettings &values)
+{
+    QSettings settings(fileName, QSettings::IniFormat);
+    openAsUtf8(settings);
+    settings.setValue("Job_Path/path", values.jobFolder);
+    settings.setValue("Output_Path/path", values.outputFolder);
+    settings.setValue("Output_Path_Second/path", values.secondFolder);
+    settings.setValue("Resize/value", values.resize);
+    settings.setValue("Resize/unit", values.resizeUnit);
+    settings.setValue("Dbu/Dbu", values.databaseUnit);
+    settings.setValue("Profile_Dot/Profile_Dot", values.withProfile ? "yes" : "no");
+    settings.setValue("Export_Database/path", values.exportDatabase);
+    settings.sync();
+    const std::string path = QDir::current().absoluteFilePath(fileName).toStdString();
+    if (settings.status() != QSettings::NoError) {
+        LOG(ERROR) << path << " cannot be written";
+        return false;
+    }
+    LOG(INFO) << "wrote the settings to " << path;
+    return true;
+}
+
 bool hostsettings::writeDefaults()
 {
     if (QFileInfo::exists(fileName))
         return true;
-    QSettings settings(fileName, QSettings::IniFormat);
-    openAsUtf8(settings);
-    settings.setValue("Job_Path/path", QDir::current().absoluteFilePath("job"));
-    settings.setValue("Output_Path/path", "");
-    settings.setValue("Output_Path_Second/path", "");
-    settings.setValue("Output_Path_Format/format", ".gds");
-    settings.setValue("Resize/unit", "um");
-    settings.setValue("Resize/value", 0);
-    settings.setValue("Dbu/Dbu", 0.001);
-    settings.setValue("Profile_Dot/Profile_Dot", "no");
-    settings.setValue("Mirror/Mirror", "no");
-    settings.sync();
-    if (settings.status() != QSettings::NoError) {
-        LOG(ERROR) << QDir::current().absoluteFilePath(fileName).toStdString() << " cannot be written";
-        return false;
-    }
-    LOG(INFO) << "wrote the default settings to " << QDir::current().absoluteFilePath(fileName).toStdString();
-    return true;
+    HostSettings defaults;
+    defaults.jobFolder = QDir::current().absoluteFilePath("job");
+    return write(defaults);
 }
 
 QString hostsettings::jobRoot(const QString &configured)

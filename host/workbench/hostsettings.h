@@ -8,7 +8,25 @@
 
 class QTemporaryDir;
 
+struct HostSettings
+{
+    QString jobFolder;
+    QString outputFolder;        // empty: the job's own folder
+    QString secondFolder;        // empty: what the Export dialog proposes
+    double resize = 0.0;         // in resizeUnit
+    QString resizeUnit = "um";   // "um" or "mm"
+    double databaseUnit = 0.001; // um
+    bool withProfile = false;
+    QString exportDatabase; // SQLite file in which exports are recorded; empty: none
+};
+
 namespace hostsettings {
+
+// What the settings file of the working folder says; a missing file or key gives the value of a new
+// HostSettings.
+HostSettings read();
+// Writes these values; other keys of the file stay as they are. Returns whether the file could be written.
+bool write(const HostSettings &values);
 
 // Writes a settings file with the defaults when the working folder has none: jobs in its folder "job",
 // exports as GDS with a database unit of 0.001 um. Returns whether the folder has a settings file now.

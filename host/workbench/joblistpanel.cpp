@@ -15,7 +15,11 @@ JobListPanel::JobListPanel(QWidget *parent)
 {
     m_root->setWordWrap(true);
     m_root->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_root->setForegroundRole(QPalette::Dark);
+    QPalette quiet = m_root->palette();
+    QColor colour = quiet.color(QPalette::WindowText);
+    colour.setAlphaF(0.65);
+    quiet.setColor(QPalette::WindowText, colour);
+    m_root->setPalette(quiet);
     m_filter->setPlaceholderText(tr("Filter jobs"));
     m_filter->setClearButtonEnabled(true);
     m_list->setUniformItemSizes(true);

@@ -8,6 +8,7 @@
 #include "host/workbench/layerpanel.h"
 #include "host/workbench/logpane.h"
 #include "host/workbench/parentwidget.h"
+#include "host/workbench/settingsdialog.h"
 #include "host/workbench/view/graphicview.h"
 #include "run/orvexapi.h"
 
@@ -106,6 +107,8 @@ void MainWindow::buildMenus()
     refresh->setShortcut(QKeySequence::Refresh);
     file->addAction(tr("Show job &folder"), this,
                     [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_jobRoot)); });
+    file->addSeparator();
+    file->addAction(tr("&Settings ..."), this, &MainWindow::editSettings);
     file->addSeparator();
     QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -309,6 +312,18 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     QMainWindow::closeEvent(event);
+}
+
+void MainWindow::editSettings()
+{
+    SettingsDialog dialog(hostsettings::read(), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    // Plug-ins read the file when they give away their actions, once.
+    statusBar()->showMessage(hostsettings::write(dialog.values())
+                                 ? tr("The settings hold from the next start of the workbench on.")
+                                 : tr("The settings cannot be written; the log says why."),
+                             messageTime);
 }
 
 void MainWindow::showAbout()

@@ -63,6 +63,7 @@ private:
     void takeExportReport(const QString &folder, const QStringList &layers);
     void updateContext();
     void showChosenLayer();
+    void editSettings();
     void showAbout();
 
     LogCollector &m_log;

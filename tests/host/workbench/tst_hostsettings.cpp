@@ -1,8 +1,12 @@
 // The host's settings file and the jobs on disk.
 #include "host/workbench/hostsettings.h"
 #include "host/workbench/jobstore.h"
+#include "host/workbench/settingsdialog.h"
 #include "tests/support/temporaryworkingfolder.h"
 
+#include <QCheckBox>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
 #include <QSettings>
 #include <QtTest>
 
@@ -32,9 +36,68 @@ private slots:
         TemporaryWorkingFolder folder;
         QVERIFY(hostsettings::writeDefaults());
         QCOMPARE(setting("Job_Path/path"), folder.filePath("job"));
-        QCOMPARE(setting("Output_Path_Format/format"), QString(".gds"));
         QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.001);
         QCOMPARE(setting("Profile_Dot/Profile_Dot"), QString("no"));
+    }
+
+    void valuesAreReadAsTheyWereWritten()
+    {
+        TemporaryWorkingFolder folder;
+        HostSettings values;
+        values.jobFolder = QString::fromUtf8("D:/Aufträge");
+        values.outputFolder = "out";
+        values.secondFolder = "NC";
+        values.resize = -2.5;
+        values.resizeUnit = "mm";
+        values.databaseUnit = 0.0005;
+        values.withProfile = true;
+        values.exportDatabase = "exports.sqlite";
+        QVERIFY(hostsettings::write(values));
+        const HostSettings read = hostsettings::read();
+        QCOMPARE(read.jobFolder, values.jobFolder);
+        QCOMPARE(read.outputFolder, values.outputFolder);
+        QCOMPARE(read.secondFolder, values.secondFolder);
+        QCOMPARE(read.resize, values.resize);
+        QCOMPARE(read.resizeUnit, values.resizeUnit);
+        QCOMPARE(read.databaseUnit, values.databaseUnit);
+        QCOMPARE(read.withProfile, values.withProfile);
+        QCOMPARE(read.exportDatabase, values.exportDatabase);
+    }
+
+    void keysThatAreNotEditedStay()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("oxconfig.ini", "[Another_Plugin]\nkey=7\n[Mirror]\nMirror=yes\n"));
+        QVERIFY(hostsettings::write(hostsettings::read()));
+        QCOMPARE(setting("Another_Plugin/key"), QString("7"));
+        QCOMPARE(setting("Mirror/Mirror"), QString("yes"));
+    }
+
+    void settingsThatCannotBeWrittenAreReported()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(QDir().mkpath("oxconfig.ini")); // a folder is in the way
+        QVERIFY(!hostsettings::write(HostSettings()));
+    }
+
+    void dialogGivesBackWhatWasEdited()
+    {
+        HostSettings values;
+        values.jobFolder = "/jobs";
+        values.resizeUnit = "mm";
+        SettingsDialog dialog(values);
+        QCOMPARE(QDir::fromNativeSeparators(dialog.findChild<QLineEdit *>("JobFolder")->text()),
+                 QString("/jobs"));
+        dialog.findChild<QLineEdit *>("OutputFolder")->setText("/out");
+        dialog.findChild<QDoubleSpinBox *>("Resize")->setValue(0.125);
+        dialog.findChild<QCheckBox *>()->setChecked(true);
+        const HostSettings edited = dialog.values();
+        QCOMPARE(edited.jobFolder, QString("/jobs"));
+        QCOMPARE(edited.outputFolder, QString("/out"));
+        QCOMPARE(edited.resize, 0.125);
+        QCOMPARE(edited.resizeUnit, QString("mm"));
+        QCOMPARE(edited.databaseUnit, 0.001);
+        QVERIFY(edited.withProfile);
     }
 
     void settingsOfTheUserAreKept()
@@ -99,5 +162,5 @@ private slots:
     void missingRootHasNoJobs() { QVERIFY(listJobs("no/such/folder").isEmpty()); }
 };
 
-QTEST_GUILESS_MAIN(TestHostSettings)
+QTEST_MAIN(TestHostSettings)
 #include "tst_hostsettings.moc"

@@ -36,6 +36,7 @@ public:
     }
     void write(const void *data, std::size_t size) override
     {
+        require(m_isOpen);
         step();
         const auto *bytes = static_cast<const std::uint8_t *>(data);
         for (std::size_t i = 0; i < size; ++i)
@@ -87,8 +88,8 @@ public:
         while (!m_input.isEmpty())
             call();
         try {
-            m_extract->rethrow();
             m_in->rethrow();
+            m_extract->finish();
         } catch (const BitException &) {
         }
     }

@@ -40,7 +40,8 @@ private slots:
     void globalHeadersAreSkipped();
     void sparseFilesAreWhole();
     void extendedSparseFilesAreRefused();
-    void linksAreMade();
+    void hardLinksAreMade();
+    void symbolicLinksAreMadeWhereThePlatformAllows();
     void namesThatAreNoUtf8KeepTheirBytes();
     void otherTypesAreRefused_data();
     void otherTypesAreRefused();
@@ -306,19 +307,35 @@ void TestArchive::extendedSparseFilesAreRefused()
     QCOMPARE(tree(), Tree());
 }
 
-void TestArchive::linksAreMade()
+void TestArchive::hardLinksAreMade()
 {
-    extractTar(TarBuilder()
-                   .file("ABC/matrix/matrix", "rows")
-                   .symbolicLink("ABC/a", "matrix/matrix")
-                   .symbolicLink("ABC/steps/up", "../matrix")
-                   .hardLink("ABC/h", "ABC/matrix/matrix")
-                   .bytes());
-    QCOMPARE(readFile(out() + "/ABC/a"), QByteArray("rows"));
+    extractTar(TarBuilder().file("ABC/matrix/matrix", "rows").hardLink("ABC/h", "ABC/matrix/matrix").bytes());
     QCOMPARE(readFile(out() + "/ABC/h"), QByteArray("rows"));
+    QVERIFY(!QFileInfo(out() + "/ABC/h").isSymLink());
+}
+
+void TestArchive::symbolicLinksAreMadeWhereThePlatformAllows()
+{
+    const QByteArray bytes = TarBuilder()
+                                 .file("ABC/matrix/matrix", "rows")
+                                 .symbolicLink("ABC/a", "matrix/matrix")
+                                 .symbolicLink("ABC/steps/up", "../matrix")
+                                 .bytes();
+#ifdef _WIN32
+    // They take a privilege there, and the standard library of MinGW makes none: the archive is refused
+    // whole.
+    const QString reason = tarRefusal(bytes);
+    if (!reason.isEmpty()) {
+        QVERIFY2(reason.contains("link"), qPrintable(reason));
+        QCOMPARE(tree(), Tree());
+        return;
+    }
+#else
+    extractTar(bytes);
+#endif
+    QCOMPARE(readFile(out() + "/ABC/a"), QByteArray("rows"));
     QCOMPARE(readFile(out() + "/ABC/steps/up/matrix"), QByteArray("rows"));
     QVERIFY(QFileInfo(out() + "/ABC/a").isSymLink());
-    QVERIFY(!QFileInfo(out() + "/ABC/h").isSymLink());
 }
 
 void TestArchive::namesThatAreNoUtf8KeepTheirBytes()

@@ -71,10 +71,10 @@ public:
         const Counted<ExtractCallback<Root>> callback(new ExtractCallback<Root>(sink));
         const Result result =
             m_archive->Extract(indices.data(), std::uint32_t(indices.size()), 0, callback.get());
-        callback->rethrow();
+        const bool isUnfinished = callback->finish();
         m_stream->rethrow();
         check(result, "unpack");
-        if (callback->isOpen())
+        if (isUnfinished)
             throw BitException("the 7-Zip library did not say how the last entry ended");
     }
 

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -19,15 +20,16 @@ namespace archive::sevenzip {
 class KeptException
 {
 public:
-    // Runs `work` and returns what it does, or Abort when it throws.
+    // Runs `work` and returns what it does, or Abort when it throws or anything before it did.
     template <typename Work>
     Result guard(Work work) noexcept
     {
+        if (m_exception)
+            return Abort;
         try {
             return work();
         } catch (...) {
-            if (!m_exception)
-                m_exception = std::current_exception();
+            m_exception = std::current_exception();
             return Abort;
         }
     }
@@ -178,12 +180,26 @@ private:
     std::wstring m_fileName;
 };
 
+// What the objects of one extraction share. The library may keep any of them longer than it should.
+struct Extraction
+{
+    explicit Extraction(EntrySink &theSink) : sink(&theSink) {}
+
+    EntrySink *sink; // null when the extraction has ended
+    KeptException exception;
+    bool isOpen = false;       // an entry was begun and has not ended
+    std::uint64_t entries = 0; // begun so far
+};
+
 // Passes an entry's content on to the sink.
 template <typename Root>
 class SinkOutStream final : public Object<ISequentialOutStream<Root>>
 {
 public:
-    SinkOutStream(EntrySink &sink, KeptException &exception) : m_sink(sink), m_exception(exception) {}
+    explicit SinkOutStream(std::shared_ptr<Extraction> extraction)
+        : m_extraction(std::move(extraction)), m_entry(m_extraction->entries)
+    {
+    }
 
     Result SEVENZIP_CALL QueryInterface(const Guid &id, void **object) override
     {
@@ -198,8 +214,10 @@ public:
     {
         if (processed)
             *processed = 0;
-        return m_exception.guard([&] {
-            m_sink.write(data, size);
+        return m_extraction->exception.guard([&] {
+            if (!m_extraction->isOpen || m_extraction->entries != m_entry)
+                throw BitException("the 7-Zip library wrote to an entry that had ended");
+            m_extraction->sink->write(data, size);
             if (processed)
                 *processed = size;
             return Ok;
@@ -207,8 +225,8 @@ public:
     }
 
 private:
-    EntrySink &m_sink;
-    KeptException &m_exception;
+    std::shared_ptr<Extraction> m_extraction;
+    std::uint64_t m_entry; // the number of the entry that this is the content of
 };
 
 // Hands the entries that the library decodes to the sink, and ends the extraction at the first that is
@@ -217,7 +235,7 @@ template <typename Root>
 class ExtractCallback final : public Object<IArchiveExtractCallback<Root>>
 {
 public:
-    explicit ExtractCallback(EntrySink &sink) : m_sink(sink) {}
+    explicit ExtractCallback(EntrySink &sink) : m_extraction(std::make_shared<Extraction>(sink)) {}
 
     Result SEVENZIP_CALL QueryInterface(const Guid &id, void **object) override
     {
@@ -239,12 +257,13 @@ public:
         *stream = nullptr;
         if (mode != ModeExtract)
             return Ok;
-        return m_exception.guard([&] {
-            if (m_isOpen)
+        return m_extraction->exception.guard([&] {
+            if (!m_extraction->sink || m_extraction->isOpen)
                 throw BitException("the 7-Zip library began an entry before it ended the last one");
-            m_sink.begin(index);
-            m_isOpen = true;
-            *stream = new SinkOutStream<Root>(m_sink, m_exception);
+            m_extraction->sink->begin(index);
+            m_extraction->isOpen = true;
+            ++m_extraction->entries;
+            *stream = new SinkOutStream<Root>(m_extraction);
             return Ok;
         });
     }
@@ -253,20 +272,26 @@ public:
 
     Result SEVENZIP_CALL SetOperationResult(std::int32_t result) override
     {
-        return m_exception.guard([&] {
+        return m_extraction->exception.guard([&] {
             if (result != ResultOk)
                 throw BitException(describe(result));
-            if (m_isOpen) {
-                m_isOpen = false;
-                m_sink.end();
+            if (m_extraction->isOpen) {
+                m_extraction->isOpen = false;
+                m_extraction->sink->end();
             }
             return Ok;
         });
     }
 
-    void rethrow() { m_exception.rethrow(); }
-    // Whether the last entry was begun and not ended.
-    bool isOpen() const { return m_isOpen; }
+    // Ends the use of the sink, whatever the library still holds. Throws what any of the calls had thrown;
+    // returns whether the last entry was left open.
+    bool finish()
+    {
+        m_extraction->sink = nullptr;
+        const bool wasOpen = std::exchange(m_extraction->isOpen, false);
+        m_extraction->exception.rethrow();
+        return wasOpen;
+    }
 
 private:
     enum Mode : std::int32_t { ModeExtract = 0 };
@@ -293,9 +318,7 @@ private:
         }
     }
 
-    EntrySink &m_sink;
-    KeptException m_exception;
-    bool m_isOpen = false;
+    std::shared_ptr<Extraction> m_extraction;
 };
 
 } // namespace archive::sevenzip

@@ -113,9 +113,10 @@ void TestCorruption::everyChangedByteOfTheGzipFrameFailsOrIsHarmless()
     const int header = 10 + 8; // and the name with its zero
     for (int place = 0; place < header + 8; ++place) {
         const int at = place < header ? place : whole.size() - 8 + place - header;
-        for (int value = 0; value < 256; ++value) {
-            if (char(value) == whole[at])
-                continue;
+        // The byte of flags in all its values, the others with a bit changed here and there.
+        const bool isFlags = at == 3;
+        for (int flip = 1; flip < 256; flip += isFlags ? 1 : 31) {
+            const int value = (whole[at] ^ flip) & 0xFF;
             QByteArray changed = whole;
             changed[at] = char(value);
             if (!unpacks(BitFormat::GZip, changed, tree)) {
@@ -134,7 +135,7 @@ void TestCorruption::everyChangedByteOfTheGzipFileFailsOrIsHarmless()
     const QByteArray whole = gzip(tar, "ABC.tar");
     Tree tree;
     for (int at = 0; at < whole.size(); ++at) {
-        for (const int flip : {0x01, 0x10, 0x80, 0xFF}) {
+        for (const int flip : {0x01, 0x80}) {
             QByteArray changed = whole;
             changed[at] = char(changed[at] ^ flip);
             if (!unpacks(BitFormat::GZip, changed, tree))

@@ -5,7 +5,7 @@
 set -euo pipefail
 
 declare -A packages=(
-    [build]="g++ cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev"
+    [build]="g++ ccache cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev"
     [run]="p7zip-full fonts-dejavu-core qtbase5-dev"
     [test]="p7zip-full fonts-dejavu-core"
     [check]="clang-format"

@@ -9,12 +9,15 @@ namespace cam {
 
 std::size_t arcSteps(double radius, double degrees, double tolerance)
 {
-    constexpr double fewest = 4.0; // of a full circle
+    constexpr double fewest = 4.0;       // of a full circle
+    constexpr double most = 1'000'000.0; // far beyond what a board's arc needs
     if (!(radius > 0.0))
         return 1;
     const double cosine = std::max(0.0, 1.0 - tolerance / radius);
     const double step = std::min(2.0 * arcCosineDegrees(cosine), 360.0 / fewest);
     const double steps = std::ceil(std::fabs(degrees) / step - 1e-9);
+    if (!(steps < most))
+        return static_cast<std::size_t>(most);
     return steps < 1.0 ? 1 : static_cast<std::size_t>(steps);
 }
 

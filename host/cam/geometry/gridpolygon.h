@@ -53,7 +53,8 @@ struct GridBox
     }
 };
 
-// Nanometres to the grid: `unit` nanometres a step, halves away from zero.
+// Nanometres to the grid: `unit` nanometres a step, halves away from zero, what is out of all bounds to a
+// bound.
 class Grid
 {
 public:
@@ -64,11 +65,16 @@ public:
     void round(const Point *corners, std::size_t count, GridRing &ring) const;
 
 private:
+    // Sums and differences of such coordinates still fit; no file format takes them.
+    static constexpr double farthest = 1e18;
+
     std::int64_t roundOne(double nanometres) const
     {
         // Written out: a call of the C library for each coordinate would cost as much as everything else
         // here. Products such as 25400000 * 0.001 carry an error far below a millionth of a unit.
         const double scaled = nanometres * m_perNanometre;
+        if (!(scaled < farthest && scaled > -farthest))
+            return static_cast<std::int64_t>(scaled < 0.0 ? -farthest : farthest);
         return static_cast<std::int64_t>(scaled < 0.0 ? scaled - 0.5 : scaled + 0.5);
     }
 

@@ -413,11 +413,20 @@ void Painter::paintPolygons(Context &context, std::uint32_t item)
 void Painter::regions(const ContourPool &contours, std::size_t first, std::size_t count, const Transform &map)
 {
     for (std::size_t i = first; i < first + count;) {
+        const std::size_t start = i;
         GridOutline island = onGrid(contours[i], map);
         std::vector<GridOutline> holes;
         for (++i; i < first + count && contours[i].isHole; ++i)
             holes.push_back(onGrid(contours[i], map));
-        region(holes.empty() ? island : withSlits(std::move(island), std::move(holes)));
+        if (holes.empty()) {
+            region(island);
+        } else if (const auto outline = withSlits(std::move(island), std::move(holes))) {
+            region(*outline);
+        } else {
+            std::vector<GridRing> rings;
+            contourRings(contours, start, i - start, map, grid, rings);
+            emitSimple(cleaned(rings), mostRegionCorners, [this](const GridRing &ring) { region(ring); });
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 #include "host/cam/gerber/region.h"
 
 #include "host/cam/geometry/flatten.h"
+#include "host/cam/geometry/trigonometry.h"
 #include "host/cam/gerber/gerberstream.h"
 
 #include <algorithm>
@@ -155,37 +156,39 @@ struct Landing
     GridPoint at;
     double share = 0.0; // how much of the edge lies before it
     std::uint32_t hole = 0;
+    bool isUpwards = false; // how the edge runs there
 };
 
 // The crossing of an edge with the horizontal at `y`, if it has one left of `x`; the rightmost of them.
 struct EdgeCrossing
 {
-    double x;
-    double share;
+    double x = -INFINITY;
+    double share = 0.0;
+    bool isUpwards = false;
 };
 
-void keepRightmost(EdgeCrossing &best, double x, double share, double limit)
+void keepRightmost(EdgeCrossing &best, const EdgeCrossing &crossing, double limit)
 {
-    if (x < limit && x > best.x)
-        best = {x, share};
+    if (crossing.x < limit && crossing.x > best.x)
+        best = crossing;
 }
 
 EdgeCrossing crossLine(GridPoint from, GridPoint to, double y, double limit)
 {
-    EdgeCrossing best{-INFINITY, 0.0};
+    EdgeCrossing best;
     const double low = static_cast<double>(from.y), high = static_cast<double>(to.y);
     const bool crosses = (low <= y && y < high) || (high <= y && y < low);
     if (crosses) {
         const double share = (y - low) / (high - low);
         const double x = static_cast<double>(from.x) + share * static_cast<double>(to.x - from.x);
-        keepRightmost(best, x, share, limit);
+        keepRightmost(best, {x, share, to.y > from.y}, limit);
     }
     return best;
 }
 
 EdgeCrossing crossArc(GridPoint from, const GridEdge &arc, double y, double limit)
 {
-    EdgeCrossing best{-INFINITY, 0.0};
+    EdgeCrossing best;
     const Point center{static_cast<double>(arc.center.x), static_cast<double>(arc.center.y)};
     const Point start = Point{static_cast<double>(from.x), static_cast<double>(from.y)} - center;
     const Point end = Point{static_cast<double>(arc.end.x), static_cast<double>(arc.end.y)} - center;
@@ -195,13 +198,107 @@ EdgeCrossing crossArc(GridPoint from, const GridEdge &arc, double y, double limi
         return best;
     const double swept = std::fabs(sweptDegrees(start, {end, {}, arc.kind}));
     const double reach = std::sqrt((radius - up) * (radius + up));
+    const bool isCounterClockwise = arc.kind == EdgeKind::ArcCounterClockwise;
     for (const double side : {-1.0, 1.0}) {
         const Point at{side * reach, up};
         const double turned = std::fabs(sweptDegrees(start, {at, {}, arc.kind}));
         if (turned <= swept)
-            keepRightmost(best, center.x + at.x, turned / swept, limit);
+            keepRightmost(best, {center.x + at.x, turned / swept, (at.x > 0.0) == isCounterClockwise}, limit);
     }
     return best;
+}
+
+// ---- crossings
+
+Point pointOf(GridPoint p)
+{
+    return {static_cast<double>(p.x), static_cast<double>(p.y)};
+}
+
+bool linesMeet(Point a, Point b, Point c, Point d)
+{
+    const double first = cross(b - a, c - a), second = cross(b - a, d - a);
+    const double third = cross(d - c, a - c), fourth = cross(d - c, b - c);
+    if (first == 0.0 && second == 0.0) { // on one straight line
+        const Point along = b - a;
+        const double from = dot(c - a, along), to = dot(d - a, along);
+        return std::max(from, to) >= 0.0 && std::min(from, to) <= dot(along, along);
+    }
+    return first * second <= 0.0 && third * fourth <= 0.0;
+}
+
+// Whether a point on the arc's circle belongs to the arc; `from` is where the arc starts.
+bool isOnArc(GridPoint from, const GridEdge &arc, Point at)
+{
+    const Point center = pointOf(arc.center);
+    const double swept = std::fabs(sweptDegrees(pointOf(from) - center, {pointOf(arc.end) - center, {}, arc.kind}));
+    return std::fabs(sweptDegrees(pointOf(from) - center, {at - center, {}, arc.kind})) <= swept;
+}
+
+bool lineMeetsArc(Point a, Point b, GridPoint from, const GridEdge &arc)
+{
+    const Point along = b - a, toCenter = pointOf(arc.center) - a;
+    const double reach = length(along), radius = radiusOf(from, arc.center);
+    const double middle = dot(toCenter, along) / reach, aside = cross(along, toCenter) / reach;
+    if (std::fabs(aside) > radius)
+        return false;
+    const double half = std::sqrt((radius - aside) * (radius + aside));
+    for (const double at : {middle - half, middle + half}) {
+        if (at >= 0.0 && at <= reach && isOnArc(from, arc, a + along * (at / reach)))
+            return true;
+    }
+    return false;
+}
+
+bool arcsMeet(GridPoint from, const GridEdge &arc, GridPoint otherFrom, const GridEdge &other)
+{
+    const Point center = pointOf(arc.center), between = pointOf(other.center) - center;
+    const double apart = length(between);
+    const double radius = radiusOf(from, arc.center), otherRadius = radiusOf(otherFrom, other.center);
+    if (apart > radius + otherRadius || apart < std::fabs(radius - otherRadius))
+        return false;
+    if (apart == 0.0)
+        return isOnArc(from, arc, pointOf(otherFrom)) || isOnArc(otherFrom, other, pointOf(from));
+    const double along = (apart * apart + (radius - otherRadius) * (radius + otherRadius)) / (2.0 * apart);
+    const double aside = std::sqrt(std::max(0.0, (radius - along) * (radius + along)));
+    const Point direction = between * (1.0 / apart), left = {-direction.y, direction.x};
+    for (const double side : {-1.0, 1.0}) {
+        const Point at = center + direction * along + left * (side * aside);
+        if (isOnArc(from, arc, at) && isOnArc(otherFrom, other, at))
+            return true;
+    }
+    return false;
+}
+
+bool edgesMeet(GridPoint from, const GridEdge &edge, GridPoint otherFrom, const GridEdge &other)
+{
+    const bool isLine = edge.kind == EdgeKind::Line, otherIsLine = other.kind == EdgeKind::Line;
+    if (isLine && otherIsLine)
+        return linesMeet(pointOf(from), pointOf(edge.end), pointOf(otherFrom), pointOf(other.end));
+    if (isLine)
+        return lineMeetsArc(pointOf(from), pointOf(edge.end), otherFrom, other);
+    if (otherIsLine)
+        return lineMeetsArc(pointOf(otherFrom), pointOf(other.end), from, edge);
+    return arcsMeet(from, edge, otherFrom, other);
+}
+
+bool runsCounterClockwise(const GridOutline &outline)
+{
+    double doubled = 0.0;
+    const Point origin = pointOf(outline.start);
+    Point at = origin;
+    for (const GridEdge &edge : outline.edges) {
+        const Point end = pointOf(edge.end);
+        doubled += cross(at - origin, end - origin);
+        if (edge.kind != EdgeKind::Line) {
+            const Point center = pointOf(edge.center);
+            const double degrees = sweptDegrees(at - center, {end - center, {}, edge.kind});
+            const Point spoke = at - center;
+            doubled += dot(spoke, spoke) * (degrees * (pi / 180.0) - sineCosine(degrees).sine);
+        }
+        at = end;
+    }
+    return doubled > 0.0;
 }
 
 struct EdgeName
@@ -228,10 +325,24 @@ public:
         fill();
     }
 
+    // Whether edges of two outlines have a point in common.
+    bool outlinesMeet() const
+    {
+        for (std::size_t cell = 0; cell + 1 < m_first.size(); ++cell) {
+            for (std::uint32_t i = m_first[cell]; i < m_first[cell + 1]; ++i) {
+                for (std::uint32_t k = i + 1; k < m_first[cell + 1]; ++k) {
+                    if (meet(m_edges[i], m_edges[k]))
+                        return true;
+                }
+            }
+        }
+        return false;
+    }
+
     // The nearest edge left of `from` that does not belong to `hole` itself.
     bool landing(std::uint32_t hole, GridPoint from, Landing &result) const
     {
-        EdgeCrossing best{-INFINITY, 0.0};
+        EdgeCrossing best;
         const std::int64_t row = (from.y - m_extent.low.y) / m_cellHeight;
         for (std::int64_t column = (from.x - m_extent.low.x) / m_cellWidth; column >= 0; --column) {
             const std::size_t cell = static_cast<std::size_t>(row * m_side + column);
@@ -245,6 +356,7 @@ public:
             return false;
         result.at = {roundToNanometre(best.x), from.y};
         result.share = best.share;
+        result.isUpwards = best.isUpwards;
         result.hole = hole;
         return true;
     }
@@ -314,6 +426,15 @@ private:
             cellsOf(m_outlines[name.outline], name.edge,
                     [this, name](std::size_t cell) { m_edges[m_first[cell + 1]++] = name; });
         });
+    }
+
+    bool meet(EdgeName a, EdgeName b) const
+    {
+        if (a.outline == b.outline)
+            return false;
+        const GridOutline &first = m_outlines[a.outline], &second = m_outlines[b.outline];
+        return extentOf(first, a.edge).touches(extentOf(second, b.edge)) &&
+               edgesMeet(first.startOf(a.edge), first.edges[a.edge], second.startOf(b.edge), second.edges[b.edge]);
     }
 
     void consider(EdgeName name, std::uint32_t hole, GridPoint from, EdgeCrossing &best,
@@ -443,7 +564,7 @@ GridOutline onGrid(const ContourView &contour, const Transform &map)
     return builder.take();
 }
 
-GridOutline withSlits(GridOutline island, std::vector<GridOutline> holes)
+std::optional<GridOutline> withSlits(GridOutline island, std::vector<GridOutline> holes)
 {
     std::vector<GridOutline> outlines;
     outlines.reserve(holes.size() + 1);
@@ -459,15 +580,22 @@ GridOutline withSlits(GridOutline island, std::vector<GridOutline> holes)
         return std::move(outlines.front());
     splitCircles(outlines.front());
     const EdgeCells cells(outlines);
+    if (cells.outlinesMeet())
+        return std::nullopt;
+
+    std::vector<bool> runsLeft; // by outline: counter-clockwise
+    for (const GridOutline &outline : outlines)
+        runsLeft.push_back(runsCounterClockwise(outline));
     std::vector<Landing> landings;
     for (std::uint32_t hole = 1; hole < outlines.size(); ++hole) {
         Landing landing;
-        if (!cells.landing(hole, outlines[hole].start, landing)) {
-            // Nothing left of it: it touches the island's edge or lies outside. A slit from the start is as
-            // good.
-            landing = {0, 0, outlines[0].start, 0.0, hole};
-        }
-        landings.push_back(landing);
+        if (!cells.landing(hole, outlines[hole].start, landing))
+            continue; // nothing left of it: outside of the island
+        // Outlines do not meet, so the whole hole lies on one side of what is left of it.
+        const bool isWithin = landing.isUpwards != runsLeft[landing.outline];
+        const bool landsOnIsland = landing.outline == 0;
+        if (isWithin == landsOnIsland)
+            landings.push_back(landing);
     }
     std::stable_sort(landings.begin(), landings.end(), [](const Landing &a, const Landing &b) {
         if (a.outline != b.outline)

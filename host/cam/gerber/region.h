@@ -4,6 +4,7 @@
 #include "host/cam/geometry/contour.h"
 #include "host/cam/geometry/gridpolygon.h"
 
+#include <optional>
 #include <vector>
 
 namespace cam {

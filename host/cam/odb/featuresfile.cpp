@@ -210,11 +210,17 @@ void Reader::readSymbolName(const TextLine &line)
     entry.state = SymbolEntry::Listed;
 }
 
+// No board is larger; what is farther away is a damaged number.
+constexpr double farthest = 100e9; // nanometres
+
 Point Reader::readPoint(Fields &fields, const char *what)
 {
     const double x = fields.number(what);
     const double y = fields.number(what);
-    return Point{x, y} * m_unit;
+    const Point point = Point{x, y} * m_unit;
+    if (std::fabs(point.x) > farthest || std::fabs(point.y) > farthest)
+        fields.fail("a position or size below 100 metres");
+    return point;
 }
 
 bool Reader::readSymbol(Fields &fields, std::uint32_t &index)
@@ -256,6 +262,8 @@ void Reader::readLineRecord(Fields &fields)
         m_result.features.add(line, polarity);
 }
 
+constexpr double largestFactor = 10'000.0;
+
 // "P x y symbol polarity dcode orientation", where symbol may be "-1 symbol factor"
 void Reader::readPadRecord(Fields &fields)
 {
@@ -265,8 +273,8 @@ void Reader::readPadRecord(Fields &fields)
     if (symbol == -1) {
         symbol = fields.integer("a symbol number after -1");
         pad.factor = fields.number("the pad's resize factor");
-        if (!(pad.factor > 0.0))
-            fields.fail("a resize factor greater than 0");
+        if (!(pad.factor > 0.0 && pad.factor <= largestFactor))
+            fields.fail("a resize factor greater than 0 and at most 10000");
     }
     const bool isDrawable = useSymbol(symbol, fields, pad.symbol);
     const Polarity polarity = parsePolarity(fields);
@@ -335,6 +343,8 @@ void Reader::readTextRecord(Fields &fields)
     const Point size = readPoint(fields, "a number for the size of the text's characters");
     // The width is a factor of 12 mils.
     const double strokeWidth = fields.number("a number for the width of the text's strokes") * 12.0 * 25400.0;
+    if (!(strokeWidth >= 0.0 && strokeWidth <= farthest))
+        fields.fail("a width of the text's strokes between 0 and 100 metres");
     const std::string_view text = quotedText(fields);
     Pad place;
     place.at = at;

@@ -103,11 +103,30 @@ Outline oval(double width, double height, double growth)
     return roundedOutline(rectangleCorners(w, h), std::vector<double>(4, std::min(w, h) / 2.0));
 }
 
-Outline convex(Polygon polygon, double growth)
+// Leaves out corners that are none: equal to the one before, or on a straight line. Moved edges meet nowhere
+// there.
+Polygon properCorners(const Polygon &polygon)
 {
-    polygon.erase(std::unique(polygon.begin(), polygon.end()), polygon.end());
-    while (polygon.size() > 1 && polygon.front() == polygon.back())
-        polygon.pop_back();
+    Polygon distinct;
+    for (const Point corner : polygon) {
+        if (distinct.empty() || distinct.back() != corner)
+            distinct.push_back(corner);
+    }
+    while (distinct.size() > 1 && distinct.front() == distinct.back())
+        distinct.pop_back();
+    Polygon proper;
+    for (std::size_t i = 0; i < distinct.size(); ++i) {
+        const Point before = distinct[(i + distinct.size() - 1) % distinct.size()];
+        const Point after = distinct[(i + 1) % distinct.size()];
+        if (cross(distinct[i] - before, after - distinct[i]) != 0.0)
+            proper.push_back(distinct[i]);
+    }
+    return proper;
+}
+
+Outline convex(const Polygon &corners, double growth)
+{
+    const Polygon polygon = properCorners(corners);
     if (polygon.size() < 3)
         return {};
     const Polygon moved = growth == 0.0 ? polygon : grown(polygon, growth / 2.0);

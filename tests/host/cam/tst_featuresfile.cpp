@@ -248,7 +248,9 @@ private slots:
         QTest::newRow("angle") << QByteArray("$0 r1\nP 0 0 0 P 0 8\n")
                                << "f:2: expected the angle of orientation 8 or 9";
         QTest::newRow("factor") << QByteArray("$0 r1\nP 0 0 -1 0 0 P 0 0\n")
-                                << "f:2: expected a resize factor greater than 0";
+                                << "f:2: expected a resize factor greater than 0 and at most 10000";
+        QTest::newRow("far away") << QByteArray("$0 r1\nL 0 0 1 1e7 0 P 0\n")
+                                  << "f:2: expected a position or size below 100 metres";
         QTest::newRow("direction") << QByteArray("$0 r1\nA 0 0 1 1 0 0 0 P 0 X\n")
                                    << "f:2: expected the arc's direction, Y (clockwise) or N";
         QTest::newRow("hole first") << QByteArray("S P 0\nOB 0 0 H\n")

@@ -2,6 +2,7 @@
 
 #include "import/archive/archive.h"
 
+#include <algorithm>
 #include <sstream>
 
 namespace archive {
@@ -56,10 +57,20 @@ std::string flawOf(const InArchive &archive, std::uint32_t index, std::uint64_t 
     return {};
 }
 
+// A path as archives write it. On Windows 7-Zip has put "\" for every "/"; a "\" that stands in the archive
+// comes as another character, so nothing is lost.
+std::wstring withArchiveSeparators(std::wstring path)
+{
+#ifdef _WIN32
+    std::replace(path.begin(), path.end(), L'\\', L'/');
+#endif
+    return path;
+}
+
 Entry readEntry(const InArchive &archive, std::uint32_t index, bool isTar)
 {
     const auto text = [&](Property property) {
-        return valueOr(archive.entryProperty(index, property), std::wstring());
+        return withArchiveSeparators(valueOr(archive.entryProperty(index, property), std::wstring()));
     };
     Entry entry;
     entry.index = index;

@@ -47,8 +47,10 @@ private slots:
     void otherTypesAreRefused();
     void nothingIsWrittenWhenOneNameIsBad_data();
     void nothingIsWrittenWhenOneNameIsBad();
+#ifndef _WIN32 // making a symbolic link takes a privilege there
     void entriesDoNotGoThroughALinkThatIsThere();
     void aLinkThatIsThereIsReplacedByAFile();
+#endif
     void aFileInTheWayOfAFolderKeepsEverything();
     void aFolderInTheWayOfAFileKeepsEverything();
     void aFailureInTheMiddleKeepsTheOldFiles();
@@ -412,6 +414,7 @@ void TestArchive::nothingIsWrittenWhenOneNameIsBad()
              (QStringList{"out", "x.tar"}));
 }
 
+#ifndef _WIN32
 void TestArchive::entriesDoNotGoThroughALinkThatIsThere()
 {
     QVERIFY(QDir().mkpath(path("elsewhere")));
@@ -431,6 +434,7 @@ void TestArchive::aLinkThatIsThereIsReplacedByAFile()
     QCOMPARE(readFile(path("elsewhere")), QByteArray("untouched"));
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/x", "new"}}));
 }
+#endif
 
 void TestArchive::aFileInTheWayOfAFolderKeepsEverything()
 {

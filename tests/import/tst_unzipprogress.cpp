@@ -201,7 +201,6 @@ void TestUnzipProgress::aRefusalIsLoggedWithItsEntry()
     QString text;
     for (const LogLine &line : log.lines())
         text += QString::fromStdString(line.message) + "\n";
-    text.replace('\\', '/'); // 7-Zip gives an entry's path with the platform's separators
     QVERIFY2(text.contains("\"ABC/../../evil\": the path leads out of the folder"), qPrintable(text));
 }
 

@@ -26,25 +26,7 @@ void mapAndRound(std::vector<Point> &corners, const Transform &map, const Grid &
     grid.round(corners.data(), corners.size(), ring);
 }
 
-// Contours first ... first + count - 1 as rings, islands counter-clockwise and holes clockwise.
-void contourRings(const ContourPool &pool, std::size_t first, std::size_t count, const Transform &map,
-                  const Grid &grid, std::vector<GridRing> &rings)
-{
-    std::vector<Point> corners;
-    GridRing ring;
-    for (std::size_t i = first; i < first + count; ++i) {
-        const ContourView contour = pool[i];
-        corners.clear();
-        flatten(contour, toleranceUnder(map), corners);
-        mapAndRound(corners, map, grid, ring);
-        if (ring.size() < 3)
-            continue;
-        contour.isHole ? makeClockwise(ring) : makeCounterClockwise(ring);
-        rings.push_back(ring);
-    }
-}
-
-// The same, with every edge moved outwards by half of `growth`.
+// contourRings() with every edge moved outwards by half of `growth`.
 void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t count, double growth,
                        const Transform &map, const Grid &grid, std::vector<GridRing> &rings)
 {
@@ -77,6 +59,23 @@ void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t c
 }
 
 } // namespace
+
+void contourRings(const ContourPool &pool, std::size_t first, std::size_t count, const Transform &map,
+                  const Grid &grid, std::vector<GridRing> &rings)
+{
+    std::vector<Point> corners;
+    GridRing ring;
+    for (std::size_t i = first; i < first + count; ++i) {
+        const ContourView contour = pool[i];
+        corners.clear();
+        flatten(contour, toleranceUnder(map), corners);
+        mapAndRound(corners, map, grid, ring);
+        if (ring.size() < 3)
+            continue;
+        contour.isHole ? makeClockwise(ring) : makeCounterClockwise(ring);
+        rings.push_back(ring);
+    }
+}
 
 void contourRings(const ContourPool &pool, const Transform &map, const Grid &grid,
                   std::vector<GridRing> &rings)

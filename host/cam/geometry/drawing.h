@@ -16,6 +16,9 @@ namespace cam {
 // A pool's contours as rings, rounded: islands counter-clockwise, holes clockwise.
 void contourRings(const ContourPool &pool, const Transform &map, const Grid &grid,
                   std::vector<GridRing> &rings);
+// Only contours first ... first + count - 1.
+void contourRings(const ContourPool &pool, std::size_t first, std::size_t count, const Transform &map,
+                  const Grid &grid, std::vector<GridRing> &rings);
 
 // A symbol as it comes to lie in the output, about its own origin.
 struct DrawnSymbol

@@ -423,8 +423,11 @@ void Painter::regions(const ContourPool &contours, std::size_t first, std::size_
         } else if (const auto outline = withSlits(std::move(island), std::move(holes))) {
             region(*outline);
         } else {
+            ContourPool part;
+            for (std::size_t k = start; k < i; ++k)
+                part.add(contours[k], Transform());
             std::vector<GridRing> rings;
-            contourRings(contours, start, i - start, map, grid, rings);
+            contourRings(part, map, grid, rings);
             emitSimple(cleaned(rings), mostRegionCorners, [this](const GridRing &ring) { region(ring); });
         }
     }

@@ -231,7 +231,8 @@ bool linesMeet(Point a, Point b, Point c, Point d)
 bool isOnArc(GridPoint from, const GridEdge &arc, Point at)
 {
     const Point center = pointOf(arc.center);
-    const double swept = std::fabs(sweptDegrees(pointOf(from) - center, {pointOf(arc.end) - center, {}, arc.kind}));
+    const double swept =
+        std::fabs(sweptDegrees(pointOf(from) - center, {pointOf(arc.end) - center, {}, arc.kind}));
     return std::fabs(sweptDegrees(pointOf(from) - center, {at - center, {}, arc.kind})) <= swept;
 }
 
@@ -434,7 +435,8 @@ private:
             return false;
         const GridOutline &first = m_outlines[a.outline], &second = m_outlines[b.outline];
         return extentOf(first, a.edge).touches(extentOf(second, b.edge)) &&
-               edgesMeet(first.startOf(a.edge), first.edges[a.edge], second.startOf(b.edge), second.edges[b.edge]);
+               edgesMeet(first.startOf(a.edge), first.edges[a.edge], second.startOf(b.edge),
+                         second.edges[b.edge]);
     }
 
     void consider(EdgeName name, std::uint32_t hole, GridPoint from, EdgeCrossing &best,

@@ -32,8 +32,9 @@ struct GridOutline
 GridOutline onGrid(const ContourView &contour, const Transform &map);
 
 // One outline around an island and its holes. Each hole is reached by a slit: two equal and opposite straight
-// edges from its leftmost point to what lies left of it. The holes must lie inside the island and apart from
-// each other; the cost grows in proportion to the number of edges.
-GridOutline withSlits(GridOutline island, std::vector<GridOutline> holes);
+// edges from its leftmost point to what lies left of it. Holes outside of the island or inside of other holes
+// take nothing away and are left out. Nothing when outlines cross or touch each other: that takes polygon
+// booleans. The cost grows in proportion to the number of edges.
+std::optional<GridOutline> withSlits(GridOutline island, std::vector<GridOutline> holes);
 
 } // namespace cam

@@ -127,6 +127,7 @@ private slots:
     void surfaceIsARegionWithItsArcs();
     void holeOfASurfaceIsReachedByASlit();
     void islandInAHoleIsARegionOfItsOwn();
+    void holesThatOverlapAreUnited();
     void ownSymbolIsPaintedFeatureByFeature();
     void ownSymbolOfANegativePadIsPaintedClear();
     void ownSymbolWithCutOutsLeavesWhatLiesBelow();
@@ -382,6 +383,21 @@ void GerberWriterTest::islandInAHoleIsARegionOfItsOwn()
     addRectangle(set.contours, 40, 40, 20, 20);
     addSurface(set, 0);
     QCOMPARE(WrittenFile(image).body().count("G36"), 2);
+}
+
+void GerberWriterTest::holesThatOverlapAreUnited()
+{
+    LayerImage image = emptyLayer();
+    FeatureSet &set = image.steps[0].features;
+    addRectangle(set.contours, 0, 0, 100, 100);
+    addRectangle(set.contours, 20, 40, 40, 20, true);
+    addRectangle(set.contours, 40, 40, 40, 20, true);
+    addSurface(set, 0);
+    const QString body = WrittenFile(image).body();
+    QCOMPARE(body.count("G36"), 1);
+    QVERIFY(body.contains("X20000") && body.contains("X80000"));
+    QVERIFY(!body.contains("X40000") &&
+            !body.contains("X60000")); // the edges inside of the other hole are gone
 }
 
 void GerberWriterTest::ownSymbolIsPaintedFeatureByFeature()

@@ -51,6 +51,12 @@ double circle(double diameter)
     return std::acos(-1.0) * diameter * diameter / 4.0;
 }
 
+// With slits; an empty outline where that is not possible.
+GridOutline slit(GridOutline island, std::vector<GridOutline> holes)
+{
+    return cam::withSlits(std::move(island), std::move(holes)).value_or(GridOutline());
+}
+
 bool isClosed(const GridOutline &outline)
 {
     return !outline.edges.empty() && outline.edges.back().end == outline.start;
@@ -88,8 +94,11 @@ private slots:
     void holesInARowAreLinkedToEachOther();
     void holesAreReachedThroughOtherHoles_data();
     void holesAreReachedThroughOtherHoles();
-    void holeThatTouchesTheEdgeIsKept();
-    void equalHolesAreKept();
+    void outlinesThatMeetTakeBooleans_data();
+    void outlinesThatMeetTakeBooleans();
+    void straightAndRoundEdgesThatCrossTakeBooleans();
+    void holeInsideOfAHoleTakesNothing();
+    void holeOutsideOfTheIslandTakesNothing();
     void hundredThousandHolesTakeNoQuadraticTime();
 };
 
@@ -152,7 +161,7 @@ void RegionTest::fullCircleStaysOneArc()
 
 void RegionTest::oneHoleIsReachedByOneSlit()
 {
-    const GridOutline outline = cam::withSlits(square(0, 0, 10000), {hole(5000, 5000, 2000)});
+    const GridOutline outline = slit(square(0, 0, 10000), {hole(5000, 5000, 2000)});
     QVERIFY(isClosed(outline));
     QCOMPARE(slitCount(outline), 1);
     QVERIFY(std::fabs(signedArea(outline) - (1e8 - circle(2000))) < 1.0);
@@ -163,7 +172,7 @@ void RegionTest::slitMeetsAnArc()
     ContourPool disc;
     disc.addCircle({0, 0}, 10000, false);
     const GridOutline outline =
-        cam::withSlits(cam::onGrid(disc[0], Transform()), {hole(2000, 3000, 2000), hole(2000, -3000, 2000)});
+        slit(cam::onGrid(disc[0], Transform()), {hole(2000, 3000, 2000), hole(2000, -3000, 2000)});
     QVERIFY(isClosed(outline));
     QCOMPARE(slitCount(outline), 2);
     const double expected = circle(20000) - 2 * circle(2000);
@@ -172,8 +181,8 @@ void RegionTest::slitMeetsAnArc()
 
 void RegionTest::holesInARowAreLinkedToEachOther()
 {
-    const GridOutline outline = cam::withSlits(
-        square(0, 0, 10000), {hole(7000, 5000, 1000), hole(3000, 5000, 1000), hole(5000, 5000, 1000)});
+    const GridOutline outline =
+        slit(square(0, 0, 10000), {hole(7000, 5000, 1000), hole(3000, 5000, 1000), hole(5000, 5000, 1000)});
     QCOMPARE(slitCount(outline), 3);
     QVERIFY(std::fabs(signedArea(outline) - (1e8 - 3 * circle(1000))) < 1.0);
 }
@@ -201,23 +210,58 @@ void RegionTest::holesAreReachedThroughOtherHoles()
     }
     const double side = 10000 * (perRow + 2) + 137.0 * perRow;
     expected += side * side;
-    const GridOutline outline = cam::withSlits(square(0, 0, side), std::move(holes));
+    const GridOutline outline = slit(square(0, 0, side), std::move(holes));
     QVERIFY(isClosed(outline));
     QVERIFY(std::fabs(signedArea(outline) - expected) < 1e-6 * expected);
 }
 
-void RegionTest::holeThatTouchesTheEdgeIsKept()
+void RegionTest::outlinesThatMeetTakeBooleans_data()
 {
-    const GridOutline outline = cam::withSlits(square(0, 0, 10000), {hole(1000, 5000, 2000)});
-    QVERIFY(isClosed(outline));
-    QVERIFY(std::fabs(signedArea(outline) - (1e8 - circle(2000))) < 1.0);
+    QTest::addColumn<double>("x");
+    QTest::addColumn<double>("y");
+    QTest::addColumn<bool>(
+        "meets"); // a round hole of 2000 at x, y, in a square of 10000 with a round hole in its middle
+    QTest::newRow("apart") << 2500.0 << 5000.0 << false;
+    QTest::newRow("overlaps the other hole") << 3500.0 << 5000.0 << true;
+    QTest::newRow("touches the other hole") << 3000.0 << 5000.0 << true;
+    QTest::newRow("equals the other hole") << 5000.0 << 5000.0 << true;
+    QTest::newRow("overlaps the island's edge") << 500.0 << 2000.0 << true;
+    QTest::newRow("touches the island's edge") << 1000.0 << 2000.0 << true;
+    QTest::newRow("reaches over the island's corner") << 9800.0 << 9800.0 << true;
 }
 
-void RegionTest::equalHolesAreKept()
+void RegionTest::outlinesThatMeetTakeBooleans()
 {
-    const GridOutline outline =
-        cam::withSlits(square(0, 0, 10000), {hole(5000.4, 5000.3, 2000.9), hole(5000.4, 5000.3, 2000.9)});
-    QVERIFY(std::fabs(signedArea(outline) - (1e8 - 2 * circle(2000.9))) < 1e4);
+    QFETCH(double, x);
+    QFETCH(double, y);
+    QFETCH(bool, meets);
+    QCOMPARE(!cam::withSlits(square(0, 0, 10000), {hole(5000, 5000, 2000), hole(x, y, 2000)}).has_value(),
+             meets);
+}
+
+void RegionTest::straightAndRoundEdgesThatCrossTakeBooleans()
+{
+    QVERIFY(
+        !cam::withSlits(square(0, 0, 10000), {square(2000, 2000, 2000), hole(4000, 3000, 1000)}).has_value());
+    QVERIFY(!cam::withSlits(square(0, 0, 10000), {square(2000, 2000, 2000), square(3000, 3000, 2000)})
+                 .has_value());
+    QVERIFY(
+        cam::withSlits(square(0, 0, 10000), {square(2000, 2000, 2000), hole(4600, 3000, 1000)}).has_value());
+}
+
+void RegionTest::holeInsideOfAHoleTakesNothing()
+{
+    const GridOutline outline = slit(square(0, 0, 10000), {hole(5000, 5000, 1000), hole(5000, 5000, 4000)});
+    QVERIFY(std::fabs(signedArea(outline) - (1e8 - circle(4000))) < 1.0);
+}
+
+void RegionTest::holeOutsideOfTheIslandTakesNothing()
+{
+    for (const double x : {-3000.0, 13000.0}) {
+        const GridOutline outline =
+            slit(square(0, 0, 10000), {hole(x, 5000, 1000), hole(x + 1500, 5000, 1000)});
+        QVERIFY(std::fabs(signedArea(outline) - 1e8) < 1.0);
+    }
 }
 
 void RegionTest::hundredThousandHolesTakeNoQuadraticTime()
@@ -230,7 +274,7 @@ void RegionTest::hundredThousandHolesTakeNoQuadraticTime()
         }
         QElapsedTimer timer;
         timer.start();
-        const GridOutline outline = cam::withSlits(square(0, 0, 10000.0 * perRow + 60000), std::move(holes));
+        const GridOutline outline = slit(square(0, 0, 10000.0 * perRow + 60000), std::move(holes));
         return outline.edges.size() > 4u * static_cast<unsigned>(perRow * perRow) ? timer.nsecsElapsed() / 1e9
                                                                                   : -1.0;
     };

@@ -200,5 +200,5 @@ private:
 
     bool m_isRunning = false;
     bool m_isWarning = false; // the path warning is open
-    bool m_isClosing = false; // the window is going away: nobody is left to correct a path
+    bool m_isClosing = false; // the window has been closed and will be deleted
 };

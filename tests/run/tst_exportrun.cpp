@@ -127,6 +127,7 @@ private slots:
     void formatChoosesTheSuffix();
     void buttonsAreDisabledDuringTheRun();
     void closingIsRefusedDuringTheRun();
+    void okOfAClosedDialogIsIgnored();
     void progressDialogHasItsLook();
     void labelNamesTheLayerInLowerCase();
     void layerNamesAreNoRichText();
@@ -460,6 +461,18 @@ void tst_ExportRun::closingIsRefusedDuringTheRun()
     QVERIFY(dialog->isVisible());
     const QPointer<Export> alive(dialog.get());
     QVERIFY(dialog->close());
+    QTRY_VERIFY(!alive);
+}
+
+void tst_ExportRun::okOfAClosedDialogIsIgnored()
+{
+    OpenDialog dialog({layer("BOARD", "SIGNAL", "top")});
+    dialog.setChecked({0});
+    const QPointer<Export> alive(dialog.get());
+    dialog->close();
+    QVERIFY(alive); // until events are processed
+    dialog->on_OKButton_clicked();
+    QVERIFY(state().calls.empty());
     QTRY_VERIFY(!alive);
 }
 

@@ -6,6 +6,19 @@
 
 namespace cam::gdsii {
 
+namespace {
+
+// Most significant byte first.
+void put32(std::uint32_t value, char *bytes)
+{
+    bytes[0] = static_cast<char>(value >> 24);
+    bytes[1] = static_cast<char>((value >> 16) & 0xFF);
+    bytes[2] = static_cast<char>((value >> 8) & 0xFF);
+    bytes[3] = static_cast<char>(value & 0xFF);
+}
+
+} // namespace
+
 void RecordWriter::beginLibrary(std::string_view name, const Date &date, double dbu)
 {
     constexpr int streamVersion = 600;
@@ -47,8 +60,7 @@ void RecordWriter::boundary(const GridRing &corners, int layer, int datatype)
     start(Record::DATATYPE, 2);
     add16(datatype);
     start(Record::XY, (corners.size() + 1) * 8);
-    for (const GridPoint p : corners)
-        addPoint(p);
+    addPoints(corners.data(), corners.size());
     addPoint(corners.front());
     start(Record::ENDEL, 0);
     flush();
@@ -94,20 +106,28 @@ void RecordWriter::add16(std::int64_t value)
 
 void RecordWriter::add32(std::int64_t value)
 {
-    const auto bits = static_cast<std::uint32_t>(value);
-    const char bytes[4] = {static_cast<char>(bits >> 24), static_cast<char>((bits >> 16) & 0xFF),
-                           static_cast<char>((bits >> 8) & 0xFF), static_cast<char>(bits & 0xFF)};
+    char bytes[4];
+    put32(static_cast<std::uint32_t>(value), bytes);
     m_bytes.insert(m_bytes.end(), bytes, bytes + 4);
 }
 
 void RecordWriter::addPoint(GridPoint p)
 {
-    const auto isIn = [](std::int64_t value) { return value >= INT32_MIN && value <= INT32_MAX; };
-    if (!isIn(p.x) || !isIn(p.y))
-        throw Error("A coordinate of " + std::to_string(isIn(p.x) ? p.y : p.x) +
-                    " database units does not fit into a GDSII file: expected a larger database unit");
-    add32(p.x);
-    add32(p.y);
+    addPoints(&p, 1);
+}
+
+void RecordWriter::addPoints(const GridPoint *points, std::size_t count)
+{
+    std::size_t at = m_bytes.size();
+    m_bytes.resize(at + count * 8);
+    for (std::size_t i = 0; i < count; ++i, at += 8) {
+        const auto x = static_cast<std::int32_t>(points[i].x), y = static_cast<std::int32_t>(points[i].y);
+        if (x != points[i].x || y != points[i].y)
+            throw Error("A coordinate of " + std::to_string(x != points[i].x ? points[i].x : points[i].y) +
+                        " database units does not fit into a GDSII file: expected a larger database unit");
+        put32(static_cast<std::uint32_t>(x), &m_bytes[at]);
+        put32(static_cast<std::uint32_t>(y), &m_bytes[at + 4]);
+    }
 }
 
 void RecordWriter::addReal(double value)

@@ -67,6 +67,7 @@ private:
     void add32(std::int64_t value);
     void addReal(double value);
     void addPoint(GridPoint p);
+    void addPoints(const GridPoint *points, std::size_t count);
     void addText(Record record, std::string_view text);
     void addDates(Record record, const Date &date);
     void flush();

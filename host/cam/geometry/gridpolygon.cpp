@@ -27,14 +27,16 @@ void GridBox::add(const GridRing &ring)
 
 void Grid::round(const Point *corners, std::size_t count, GridRing &ring) const
 {
-    ring.clear();
+    ring.resize(count);
+    std::size_t used = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const GridPoint p = round(corners[i]);
-        if (ring.empty() || ring.back() != p)
-            ring.push_back(p);
+        if (used == 0 || ring[used - 1] != p)
+            ring[used++] = p;
     }
-    while (ring.size() > 1 && ring.back() == ring.front())
-        ring.pop_back();
+    while (used > 1 && ring[used - 1] == ring[0])
+        --used;
+    ring.resize(used);
 }
 
 double doubledArea(const GridRing &ring)

@@ -129,21 +129,27 @@ private:
     void writeStep(const StepVariant &variant);
     void writeChildren(const StepImage &step, const Transform &map);
     void writeCopies(const StepRepeat &repeat, const Transform &map, const std::string &name);
-    std::vector<bool> findPainted(const FeatureSet &features, FeatureDrawing &drawing) const;
+    std::vector<bool> findPainted(const FeatureSet &features, FeatureDrawing &drawing);
     void writeSymbols(const FeatureSet &features, FeatureDrawing &drawing,
                       const std::vector<bool> &isPainted);
     void writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
                        const std::vector<bool> &isPainted);
-    void writeSurface(const Feature &feature, FeatureDrawing &drawing);
+    void writeSurface(const Feature &feature, FeatureDrawing &drawing, double work);
     void writePads(std::vector<std::vector<GridPoint>> &places);
     void writeNegative();
+    void addNegativeBase(StoredPolygons &polygons);
     void writeProfile();
     void takePolygons(std::uint32_t step, const Transform &map, StoredPolygons &taken);
 
     std::uint32_t variantNumber(std::uint32_t step, const Transform &map);
     std::string uniqueName(const std::string &wanted);
     void boundary(const GridRing &ring) { m_records.boundary(ring, m_layer, geometryType); }
-    void advance(double done) { m_options.report(done); }
+
+    // `more` work has been done; reports after a hundredth of a percent, and at least every thousand
+    // features.
+    void advance(double more);
+    // Reports what is done and `underWay` besides it.
+    void report(double underWay) { m_options.report((m_workDone + underWay) / m_workInAll); }
 
     const LayerImage &m_image;
     const ExportOptions &m_options;
@@ -157,8 +163,9 @@ private:
     std::vector<StepVariant> m_steps;       // children before parents
     std::map<std::tuple<std::uint32_t, double, double, double, double>, std::uint32_t> m_stepNumbers;
     std::set<std::string> m_names;
-    std::size_t m_featuresDone = 0;
-    std::size_t m_featuresInAll = 0;
+    double m_workDone = 0.0; // in lines drawn
+    double m_workReported = 0.0;
+    double m_workInAll = 1.0;
 };
 
 } // namespace
@@ -169,6 +176,36 @@ void writeGds(const LayerImage &image, const ExportOptions &options)
 }
 
 namespace {
+
+// What a feature costs, in lines.
+double workOf(const FeatureSet &features, const Feature &feature)
+{
+    constexpr double edgesPerLine = 4.0;
+    if (feature.kind != FeatureKind::Surface)
+        return 1.0;
+    const Surface &surface = features.surfaces[feature.index];
+    std::size_t edges = 0;
+    for (std::uint32_t i = 0; i < surface.contourCount; ++i)
+        edges += features.contours[surface.firstContour + i].edgeCount;
+    return 1.0 + static_cast<double>(edges) / edgesPerLine;
+}
+
+double workOf(const FeatureSet &features)
+{
+    double sum = 0.0;
+    for (const Feature &feature : features.order)
+        sum += workOf(features, feature);
+    return sum;
+}
+
+// The same of a step with everything that is nested in it, copy by copy.
+double workOf(const LayerImage &image, std::uint32_t step)
+{
+    double sum = workOf(image.steps[step].features);
+    for (const StepRepeat &repeat : image.steps[step].repeats)
+        sum += static_cast<double>(repeat.nx) * repeat.ny * workOf(image, repeat.step);
+    return sum;
+}
 
 double unitOf(const ExportOptions &options)
 {
@@ -197,6 +234,15 @@ void Writer::write()
     m_records.endLibrary();
     m_file.commit();
     m_options.report(1.0);
+}
+
+void Writer::advance(double more)
+{
+    m_workDone += more;
+    if (m_workDone - m_workReported < std::min(1000.0, m_workInAll * 1e-4))
+        return;
+    m_workReported = m_workDone;
+    report(0.0);
 }
 
 std::string Writer::uniqueName(const std::string &wanted)
@@ -231,7 +277,7 @@ void Writer::planSteps(std::uint32_t step, const Transform &map)
     const std::string name = gdsii::legalName(image.name);
     m_stepNumbers.emplace(key, static_cast<std::uint32_t>(m_steps.size()));
     m_steps.push_back({step, map, isTop ? name : uniqueName(name)});
-    m_featuresInAll += image.features.order.size();
+    m_workInAll += workOf(image.features);
 }
 
 void Writer::writeSteps()
@@ -256,7 +302,7 @@ void Writer::writeStep(const StepVariant &variant)
 
 // Negative features and what they meet: written as the area that is left, not feature by feature. Empty for
 // none.
-std::vector<bool> Writer::findPainted(const FeatureSet &features, FeatureDrawing &drawing) const
+std::vector<bool> Writer::findPainted(const FeatureSet &features, FeatureDrawing &drawing)
 {
     if (features.negativeCount == 0)
         return {};
@@ -264,6 +310,8 @@ std::vector<bool> Writer::findPainted(const FeatureSet &features, FeatureDrawing
     std::vector<GridBox> boxes(count);
     std::vector<GridBox> negativeBoxes;
     for (std::uint32_t i = 0; i < count; ++i) {
+        if (i % 1024 == 0)
+            report(0.0);
         boxes[i] = drawing.box(i);
         if (features.order[i].polarity == Polarity::Negative)
             negativeBoxes.push_back(boxes[i]);
@@ -300,41 +348,41 @@ void Writer::writeSymbols(const FeatureSet &features, FeatureDrawing &drawing,
 void Writer::writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
                            const std::vector<bool> &isPainted)
 {
-    constexpr std::size_t featuresPerReport = 1024;
-    constexpr double walkShare = 0.2; // of the time, where there is something to be painted
-    const bool hasPainted = !isPainted.empty();
+    constexpr double walkShare = 0.2; // of the work of what is painted
     const auto count = static_cast<std::uint32_t>(features.order.size());
-    const auto inAll = static_cast<double>(std::max<std::size_t>(1, m_featuresInAll));
-    const double start = static_cast<double>(m_featuresDone) / inAll;
     const std::function<void(const GridRing &)> emit = [this](const GridRing &ring) { boundary(ring); };
-
+    double paintedWork = 0.0;
     PaintedArea painted(drawing, mostCorners);
     std::vector<std::vector<GridPoint>> places(m_symbolNames.size());
     for (std::uint32_t i = 0; i < count; ++i) {
-        if (i % featuresPerReport == 0)
-            advance(start + i / inAll * (hasPainted ? walkShare : 1.0));
         const Feature &feature = features.order[i];
-        if (hasPainted && isPainted[i])
+        const double work = workOf(features, feature);
+        if (!isPainted.empty() && isPainted[i]) {
             painted.paint(i, feature.polarity, drawing.box(i), drawing.corners(i));
-        else if (feature.kind == FeatureKind::Pad)
+            paintedWork += work * (1.0 - walkShare);
+            advance(work * walkShare);
+            continue;
+        }
+        if (feature.kind == FeatureKind::Pad)
             places[drawing.padSymbol(feature)].push_back(drawing.padPosition(feature));
         else if (feature.kind == FeatureKind::Surface)
-            writeSurface(feature, drawing);
+            writeSurface(feature, drawing, work);
         else
             drawing.stroke(feature, emit);
+        advance(work);
     }
-    painted.resolve(emit, [&](double share) {
-        advance(start + count / inAll * (walkShare + (1.0 - walkShare) * share));
-    });
+    painted.resolve(emit, [&](double share) { report(paintedWork * share); });
+    advance(paintedWork);
     writePads(places);
-    m_featuresDone += count;
 }
 
-void Writer::writeSurface(const Feature &feature, FeatureDrawing &drawing)
+void Writer::writeSurface(const Feature &feature, FeatureDrawing &drawing, double work)
 {
     std::vector<GridRing> rings;
     drawing.surface(feature, rings);
-    emitArea(std::move(rings), mostCorners, [this](const GridRing &ring) { boundary(ring); });
+    emitArea(
+        std::move(rings), mostCorners, [this](const GridRing &ring) { boundary(ring); },
+        [this, work](double share) { report(work * share); });
 }
 
 // `places`: by drawn symbol.
@@ -343,6 +391,7 @@ void Writer::writePads(std::vector<std::vector<GridPoint>> &places)
     for (std::size_t number = 0; number < places.size(); ++number) {
         if (m_symbolNames[number].empty())
             continue;
+        report(0.0);
         for (const gdsii::Placement &group : gdsii::groupPlaces(std::move(places[number]))) {
             if (group.columns == 1 && group.rows == 1)
                 m_records.reference(m_symbolNames[number], group.at);
@@ -395,29 +444,31 @@ void Writer::writeProfile()
 {
     std::vector<GridRing> rings;
     contourRings(m_image.profile, m_map, m_symbols.grid(), rings);
-    emitArea(std::move(rings), mostCorners,
-             [this](const GridRing &ring) { m_records.boundary(ring, m_layer, profileType); });
+    emitArea(
+        std::move(rings), mostCorners,
+        [this](const GridRing &ring) { m_records.boundary(ring, m_layer, profileType); }, [](double) {});
 }
 
 // Everything that a step darkens, its nested steps included, as polygons.
 void Writer::takePolygons(std::uint32_t step, const Transform &map, StoredPolygons &taken)
 {
     const StepImage &image = m_image.steps[step];
-    FeatureDrawing drawing(m_symbols, image.features, map, m_options.resize);
-    const auto count = static_cast<std::uint32_t>(image.features.order.size());
+    const FeatureSet &features = image.features;
+    FeatureDrawing drawing(m_symbols, features, map, m_options.resize);
+    const auto count = static_cast<std::uint32_t>(features.order.size());
+    const auto take = [&taken](const GridRing &ring) { taken.add(ring); };
     PaintedArea painted(drawing, mostCorners);
     for (std::uint32_t i = 0; i < count; ++i) {
-        if (image.features.negativeCount == 0) {
+        if (features.negativeCount == 0) {
             std::vector<GridRing> rings;
             drawing.rings(i, rings);
-            emitArea(std::move(rings), mostCorners, [&taken](const GridRing &ring) { taken.add(ring); });
+            emitArea(std::move(rings), mostCorners, take, [this](double) { report(0.0); });
         } else {
-            painted.paint(i, image.features.order[i].polarity, drawing.box(i), drawing.corners(i));
+            painted.paint(i, features.order[i].polarity, drawing.box(i), drawing.corners(i));
         }
-        if (i % 1024 == 0)
-            advance(0.0);
+        advance(workOf(features, features.order[i]));
     }
-    painted.resolve([&taken](const GridRing &ring) { taken.add(ring); }, [this](double) { advance(0.0); });
+    painted.resolve(take, [this](double) { report(0.0); });
     for (const StepRepeat &repeat : image.repeats) {
         const Transform first = placement(repeat).then(map);
         for (std::uint32_t j = 0; j < repeat.ny; ++j) {
@@ -432,20 +483,14 @@ void Writer::takePolygons(std::uint32_t step, const Transform &map, StoredPolygo
 
 void Writer::writeNegative()
 {
+    constexpr double takingShare = 0.3; // of the work
+    const auto top = static_cast<std::uint32_t>(m_image.steps.size() - 1);
+    const double taking = 1.0 + workOf(m_image, top);
+    m_workInAll = taking / takingShare;
     StoredPolygons polygons;
-    takePolygons(static_cast<std::uint32_t>(m_image.steps.size() - 1), m_map, polygons);
+    takePolygons(top, m_map, polygons);
     const auto takenCount = static_cast<std::uint32_t>(polygons.size());
-    std::vector<GridRing> base;
-    contourRings(m_image.profile, m_map, m_symbols.grid(), base);
-    if (base.empty()) {
-        GridBox extent;
-        for (std::uint32_t i = 0; i < takenCount; ++i)
-            extent.add(polygons[i]);
-        if (!extent.isEmpty())
-            base.push_back(
-                {extent.low, {extent.high.x, extent.low.y}, extent.high, {extent.low.x, extent.high.y}});
-    }
-    emitArea(std::move(base), mostCorners, [&polygons](const GridRing &ring) { polygons.add(ring); });
+    addNegativeBase(polygons);
 
     PaintedArea painted(polygons, mostCorners);
     const auto paint = [&](std::uint32_t i, Polarity polarity) {
@@ -459,10 +504,29 @@ void Writer::writeNegative()
         paint(i, Polarity::Negative);
     m_records.beginStructure(gdsii::legalName(m_image.top().name), m_date);
     painted.resolve([this](const GridRing &ring) { boundary(ring); },
-                    [this](double share) { advance(share); });
+                    [this, taking](double share) { report((m_workInAll - taking) * share); });
     if (m_options.profileOnTop)
         writeProfile();
     m_records.endStructure();
+}
+
+// What a negative is cut out of: the profile, or the extent of the polygons so far.
+void Writer::addNegativeBase(StoredPolygons &polygons)
+{
+    std::vector<GridRing> base;
+    contourRings(m_image.profile, m_map, m_symbols.grid(), base);
+    if (base.empty()) {
+        GridBox extent;
+        for (std::uint32_t i = 0; i < polygons.size(); ++i)
+            extent.add(polygons[i]);
+        if (extent.isEmpty())
+            return;
+        base.push_back(
+            {extent.low, {extent.high.x, extent.low.y}, extent.high, {extent.low.x, extent.high.y}});
+    }
+    emitArea(
+        std::move(base), mostCorners, [&polygons](const GridRing &ring) { polygons.add(ring); },
+        [this](double) { report(0.0); });
 }
 
 } // namespace

@@ -141,7 +141,7 @@ DrawnSymbol DrawnSymbols::draw(const Symbol &symbol, const Transform &map, doubl
             if (mayOverlap)
                 std::for_each(rings.begin(), rings.end(), keep);
             else
-                emitArea(std::move(rings), m_mostCorners, keep);
+                emitArea(std::move(rings), m_mostCorners, keep, [](double) {});
         }
         return drawn;
     }

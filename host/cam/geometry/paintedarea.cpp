@@ -514,7 +514,7 @@ bool emitWellMade(const std::vector<GridRing> &rings, std::size_t mostCorners,
 } // namespace
 
 void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
-              const std::function<void(const GridRing &)> &polygon)
+              const std::function<void(const GridRing &)> &polygon, const std::function<void(double)> &report)
 {
     std::size_t corners = 0;
     for (const GridRing &ring : rings)
@@ -541,7 +541,7 @@ void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
     Source source(std::move(rings)); // asked once: an item of this size is drawn once and then cut
     PaintedArea area(source, mostCorners);
     area.paint(0, Polarity::Positive, box, corners);
-    area.resolve(polygon, [](double) {});
+    area.resolve(polygon, report);
 }
 
 PaintedArea::PaintedArea(PaintSource &source, std::size_t mostCorners)

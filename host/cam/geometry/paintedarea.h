@@ -62,9 +62,10 @@ std::vector<GridRing> cleaned(const std::vector<GridRing> &rings);
 std::vector<GridRing> grown(const std::vector<GridRing> &rings, double distance);
 
 // The area inside of rings that need not be clean (see PaintSource::rings), as polygons without holes, of at
-// most `mostCorners`.
+// most `mostCorners`. `report` as with PaintedArea::resolve().
 void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
-              const std::function<void(const GridRing &)> &polygon);
+              const std::function<void(const GridRing &)> &polygon,
+              const std::function<void(double)> &report);
 
 // Polygons without holes, of at most `mostCorners`, that cover what the (clean) rings cover.
 void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,

@@ -494,6 +494,47 @@ private slots:
         QCOMPARE(file.structures.size(), 1);
     }
 
+    void progressMovesInSmallSteps_data()
+    {
+        QTest::addColumn<QByteArray>("features");
+        QTest::addColumn<bool>("negative");
+        QByteArray lines = "$0 r200\n";
+        for (int i = 0; i < 20'000; ++i)
+            lines += "L 1 " + QByteArray::number(i % 97) + " 4 5 0 P 0\n";
+        QByteArray plane = "$0 r100\nS P 0\nOB 0 0 I\nOS 60 0\nOS 60 60\nOS 0 60\nOE\nSE\n";
+        for (int i = 0; i < 10'000; ++i)
+            plane += "P " + QByteArray::number(0.5 + i % 100 * 0.5) + " " +
+                     QByteArray::number(0.5 + i / 100 * 0.5) + " 0 N 0 0\n";
+        QByteArray surface = "S P 0\nOB 0 0 I\n";
+        for (int i = 0; i < 150'000; ++i)
+            surface += "OS " + QByteArray::number(i * 0.002) + " " + QByteArray::number(5 - i % 2) + "\n";
+        surface += "OS 400 0\nOE\nSE\n";
+        QTest::newRow("lines") << lines << false;
+        QTest::newRow("plane") << plane << false;
+        QTest::newRow("one surface") << surface << false;
+        QTest::newRow("negative") << plane << true;
+    }
+    void progressMovesInSmallSteps()
+    {
+        QFETCH(QByteArray, features);
+        QFETCH(bool, negative);
+        JobFolder folder;
+        folder.features(features);
+        ExportOptions options;
+        options.negative = negative;
+        double last = 0.0, largest = 0.0;
+        bool isRising = true;
+        options.report = [&](double share) {
+            isRising = isRising && share >= last - 1e-12 && share <= 1.0 + 1e-12;
+            largest = std::max(largest, share - last);
+            last = share;
+        };
+        exported(folder, options);
+        QVERIFY(isRising);
+        QVERIFY2(largest <= 0.02, qPrintable(QString::number(largest)));
+        QCOMPARE(last, 1.0);
+    }
+
     void sameInputGivesTheSameBytes()
     {
         JobFolder folder;

@@ -26,23 +26,21 @@ wine_use() {
     export WINEQT_QPA_FONTDIR=${WINEQT_QPA_FONTDIR:-Z:/usr/share/fonts/truetype/dejavu}
     # Neither .NET nor a browser is needed: without these a new prefix would ask for both.
     export WINEDLLOVERRIDES='mscoree=;mshtml='
-    [ -e "$WINEPREFIX/ready" ] && return
+    wine_prefix_is_ready && return
     mkdir -p "$WINEPREFIX"
     (
         flock 9
-        [ -e "$WINEPREFIX/ready" ] && exit
-        env -u DISPLAY "$WINE" wineboot --init > "$WINEPREFIX/wineboot.log" 2>&1 9>&-
-        forget_temp >> "$WINEPREFIX/wineboot.log" 2>&1 9>&-
-        touch "$WINEPREFIX/ready"
+        wine_prefix_is_ready && exit
+        unset DISPLAY
+        {
+            "$WINE" wineboot --init
+            "$WINE" regedit /S "$(windows_path "$wine_settings")"
+            "$WINESERVER" -k # programs that are started later find the new settings
+            "$WINESERVER" -w
+        } > "$WINEPREFIX.log" 2>&1 9>&- || true
+        cp "$wine_settings" "$WINEPREFIX/ready"
     ) 9> "$WINEPREFIX.lock"
 }
 
-# What the registry says of TEMP and TMP outweighs the environment, so it is taken out.
-forget_temp() {
-    local key name
-    for key in 'HKCU\Environment' 'HKLM\System\CurrentControlSet\Control\Session Manager\Environment'; do
-        for name in TEMP TMP; do
-            "$WINE" reg delete "$key" /v $name /f || true # not every version of Wine sets it
-        done
-    done
-}
+wine_settings=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine.reg
+wine_prefix_is_ready() { cmp -s "$wine_settings" "$WINEPREFIX/ready"; }

@@ -38,6 +38,8 @@ class tst_ExportDialog : public QObject
     Q_OBJECT
 
 private slots:
+    // The platform's own file dialog has no widgets that a test could fill in.
+    void initTestCase() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
     void init() { recording_host::reset(); }
     void windowIsATopLevelDialogOfItsSize();
     void titleIsTheWordExport();

@@ -2,7 +2,6 @@
 
 #include <QMouseEvent>
 #include <QPainter>
-#include <QPainterPath>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -13,6 +12,7 @@ namespace {
 const QColor background(24, 28, 32);
 const QColor gridColour(44, 50, 56);
 const QColor textColour(200, 206, 212);
+const int oversampling = 2;
 const double margin = 0.92;        // of the view's size that a fitted layer takes
 const double smallestScale = 0.02; // pixels a millimetre
 const double largestScale = 50000;
@@ -37,18 +37,6 @@ void drawLabel(QPainter &painter, const QPoint &corner, const QString &text)
     const QRect shown(corner, place.size());
     painter.fillRect(shown, QColor(24, 28, 32, 200));
     painter.drawText(shown, Qt::AlignCenter, text);
-}
-
-QPolygonF woundOneWay(const QPolygonF &polygon)
-{
-    double area = 0.0;
-    for (int i = 0; i + 1 < polygon.size(); ++i)
-        area += polygon[i].x() * polygon[i + 1].y() - polygon[i + 1].x() * polygon[i].y();
-    if (area >= 0.0)
-        return polygon;
-    QPolygonF reversed = polygon;
-    std::reverse(reversed.begin(), reversed.end());
-    return reversed;
 }
 
 } // namespace
@@ -150,37 +138,61 @@ void LayerView::drawLayer()
     m_picture = QPixmap(size() * ratio);
     m_picture.setDevicePixelRatio(ratio);
     m_picture.fill(background);
-    QPainter painter(&m_picture);
     if (!m_hasDrawing || m_drawing.bounds.isNull())
         return;
+    QPainter painter(&m_picture);
     drawGrid(painter);
+    painter.drawImage(rect(), areasImage(ratio));
+    drawOutlines(painter);
+    drawScale(painter);
+}
 
+QTransform LayerView::toView() const
+{
+    QTransform transform; // the last call acts first
+    transform.translate(width() / 2.0, height() / 2.0);
+    transform.scale(m_scale, -m_scale);
+    transform.translate(-m_centre.x(), -m_centre.y());
+    return transform;
+}
+
+bool LayerView::isSeen(const QPolygonF &polygon) const
+{
     const QRectF visible = QRectF(toPlace(QPointF(0, height())), toPlace(QPointF(width(), 0))).normalized();
-    QTransform toView;
-    toView.translate(width() / 2.0, height() / 2.0);
-    toView.scale(m_scale, -m_scale);
-    toView.translate(-m_centre.x(), -m_centre.y());
-    painter.setRenderHint(QPainter::Antialiasing);
+    // A straight line has an empty rectangle, which intersects nothing.
+    return polygon.boundingRect().adjusted(-1e-6, -1e-6, 1e-6, 1e-6).intersects(visible);
+}
+
+// Larger than shown and without antialiasing, then made smaller: antialiased one by one, areas that touch
+// would show a seam between them.
+QImage LayerView::areasImage(qreal pixelRatio) const
+{
+    const QSize pixels = size() * pixelRatio;
+    QImage image(pixels * oversampling, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_colour);
-    const auto isSeen = [&visible](const QPolygonF &polygon) {
-        return polygon.boundingRect().adjusted(-1e-6, -1e-6, 1e-6, 1e-6).intersects(visible);
-    };
-    // One path, wound one way: areas that touch then leave no seam between them.
-    QPainterPath areas;
-    areas.setFillRule(Qt::WindingFill);
+    const QTransform transform =
+        toView() * QTransform::fromScale(pixelRatio * oversampling, pixelRatio * oversampling);
     for (const QPolygonF &area : m_drawing.areas) {
         if (isSeen(area))
-            areas.addPolygon(woundOneWay(toView.map(area)));
+            painter.drawPolygon(transform.map(area), Qt::OddEvenFill);
     }
-    painter.drawPath(areas);
+    painter.end();
+    return image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+void LayerView::drawOutlines(QPainter &painter) const
+{
+    painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor(255, 255, 255, 190), 1));
+    const QTransform transform = toView();
     for (const QPolygonF &outline : m_drawing.outlines) {
         if (isSeen(outline))
-            painter.drawPolyline(toView.map(outline));
+            painter.drawPolyline(transform.map(outline));
     }
-    drawScale(painter);
 }
 
 void LayerView::drawGrid(QPainter &painter) const

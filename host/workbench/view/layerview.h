@@ -4,8 +4,10 @@
 #include "host/workbench/view/layerdrawing.h"
 
 #include <QColor>
+#include <QImage>
 #include <QPixmap>
 #include <QPoint>
+#include <QTransform>
 #include <QWidget>
 
 class LayerView : public QWidget
@@ -45,7 +47,11 @@ private:
     void zoomAbout(const QPointF &screen, double factor);
     void changed();
     void drawLayer();
+    QTransform toView() const;
+    bool isSeen(const QPolygonF &polygon) const;
+    QImage areasImage(qreal pixelRatio) const;
     void drawGrid(QPainter &painter) const;
+    void drawOutlines(QPainter &painter) const;
     void drawScale(QPainter &painter) const;
 
     LayerDrawing m_drawing;

@@ -43,12 +43,21 @@ struct point
 ORVEX_API_DECL std::string get_matrix(const std::string &job, std::vector<std::string> &names,
                                       std::vector<layer_info> &layers);
 
-// Exports one layer of one step of a job to the file `file_name`; blocks until it is done and reports through
-// `progress`. Geometry is scaled, then mirrored (x to -x, for axis "X"), then rotated.
-//   dbu      database unit in micrometres; 0 or less means 0.001
-//   resize   nanometres by which every feature grows, half of it to each side
-//   angle    degrees, counter-clockwise
-// Returns whether the file was written; throws what `progress` throws on a cancel.
+// Exports one layer of one step of a job to the file `file_name`; blocks until it is done and reports 0 to
+// 100 through `progress` (-1 after a failure). Returns whether the file was written; throws what `progress`
+// throws on a cancel. What was there before stays unless the whole new file has been written.
+//   file_name       UTF-8; "/" and backslashes may be mixed; its folders must exist
+//   dbu             database unit of a GDSII file in micrometres; 0 or less means 0.001
+//   resize          nanometres by which positive features grow (shrink, when it is negative), half of it to
+//   each side;
+//                   holes and negative features shrink by as much
+//   is_negative     the area of the step's profile (without one: the extent of the layer) less the layer
+//   is_scale        x_scale and y_scale count
+//   is_mirror       x becomes -x for axis "X", y becomes -y for "Y"
+//   is_rotate       angle counts: degrees, counter-clockwise
+//   is_profile_top  adds the step's profile (GDSII: datatype 1)
+// The order is resize, negative, scale, mirror, rotation; the last three about the step's datum. The other
+// parameters mean nothing to the open library.
 ORVEX_API_DECL bool layer_export(const std::string &job, const std::string &step, const std::string &layer,
                                  export_type type, std::string file_name,
                                  ORVEX::COMMON::progress_value<void> *progress, double dbu, double resize,

@@ -9,8 +9,8 @@ declare -A packages=(
     [run]="p7zip-full fonts-dejavu-core qtbase5-dev"
     [test]="p7zip-full fonts-dejavu-core"
     [check]="clang-format"
-    [crosscheck]=""
-    [bench]=""
+    [crosscheck]="gerbv klayout"
+    [bench]="gerbv klayout"
     [fuzz]="clang"
     [windows]="g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
                wine wine64 xvfb xauth zip unzip fonts-dejavu-core"

@@ -1,0 +1,34 @@
+// Pictures of exported files, drawn by programs that nobody here wrote: gerbv and KLayout.
+#pragma once
+
+#include "tests/crosscheck/bitmap.h"
+#include "tests/crosscheck/referenceraster.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace crosscheck {
+
+// A part of a file to be drawn, and the picture that becomes of it.
+struct Picture
+{
+    QString file;
+    Window window;
+    QString png;
+};
+
+// What a program had to say, if it was more than it says about a good file.
+using Complaints = QString;
+
+// A picture each with gerbv, pixels sampled at their centres.
+Complaints drawGerber(const std::vector<Picture> &pictures);
+// All pictures with one run of KLayout. It darkens every pixel that a shape touches, half a pixel around the
+// shape. `listFile`: where the list of pictures for its script is put.
+Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile);
+
+// Reads a picture; dark pixels are the ones nearer to black. An empty bitmap when it cannot be read or has
+// another size.
+Bitmap read(const Picture &picture);
+
+} // namespace crosscheck

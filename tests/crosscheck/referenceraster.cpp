@@ -1,0 +1,330 @@
+// Scan conversion of polygons, and the features as polygons.
+#include "tests/crosscheck/referenceraster.h"
+
+#include "host/cam/error.h"
+#include "host/cam/geometry/trigonometry.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace crosscheck {
+
+namespace {
+
+using cam::Point;
+using cam::Transform;
+using Polygon = std::vector<Point>; // output coordinates
+
+// Angle between two corners of a curve; at a radius of 10 mm its chords stay 0.1 um within the arc.
+constexpr double stepDegrees = 0.5;
+
+class Canvas
+{
+public:
+    explicit Canvas(const Window &window)
+        : m_window(window), m_mask(window.width, window.height), m_shifted(window.width, window.height)
+    {
+    }
+
+    Bitmap blank() const { return Bitmap(m_window.width, m_window.height); }
+    const cam::Box &extent() const { return m_extent; }
+
+    // The mask: what is drawn next, as a whole.
+    void begin()
+    {
+        m_firstRow = m_window.height;
+        m_lastRow = -1;
+    }
+
+    // Fills a polygon, by its winding number, into the mask or out of it.
+    void fill(const Polygon &polygon, bool dark)
+    {
+        m_crossings.clear();
+        for (std::size_t i = 0; i < polygon.size(); ++i) {
+            m_extent.add(polygon[i]);
+            cross(toPixels(polygon[i]), toPixels(polygon[(i + 1) % polygon.size()]));
+        }
+        std::sort(m_crossings.begin(), m_crossings.end());
+        int winding = 0;
+        for (std::size_t i = 0; i < m_crossings.size(); ++i) {
+            const Crossing &here = m_crossings[i];
+            winding += here.turn;
+            if (winding == 0)
+                continue;
+            const auto first = static_cast<std::int64_t>(std::ceil(here.x - 0.5));
+            const auto end = static_cast<std::int64_t>(std::ceil(m_crossings[i + 1].x - 0.5));
+            m_mask.fill(here.row, first, end, dark);
+        }
+        if (!m_crossings.empty()) {
+            m_firstRow = std::min(m_firstRow, m_crossings.front().row);
+            m_lastRow = std::max(m_lastRow, m_crossings.back().row);
+        }
+    }
+
+    // Puts the mask onto `image`, grown by a pixel for a `shift` of 1, shrunk for -1, and empties it.
+    void end(Bitmap &image, bool dark, int shift)
+    {
+        if (shift != 0) {
+            m_shifted.copyShifted(m_mask, shift > 0, m_firstRow - 1, m_lastRow + 1);
+            image.paint(m_shifted, dark, m_firstRow - 1, m_lastRow + 1);
+        } else {
+            image.paint(m_mask, dark, m_firstRow, m_lastRow);
+        }
+        for (int y = m_firstRow; y <= m_lastRow; ++y)
+            m_mask.fill(y, 0, m_window.width, false);
+    }
+
+private:
+    struct Crossing
+    {
+        int row;
+        double x; // pixels
+        int turn;
+        bool operator<(const Crossing &other) const
+        {
+            return row != other.row ? row < other.row : x < other.x;
+        }
+    };
+
+    Point toPixels(Point p) const { return {(p.x - m_window.left) / pixel, (p.y - m_window.bottom) / pixel}; }
+
+    // Rows are crossed at the height of their pixels' centres.
+    void cross(Point from, Point to)
+    {
+        const Point low = from.y < to.y ? from : to;
+        const Point high = from.y < to.y ? to : from;
+        const double firstRow = std::max(0.0, std::ceil(low.y - 0.5));
+        const double endRow = std::min(static_cast<double>(m_window.height), std::ceil(high.y - 0.5));
+        for (double row = firstRow; row < endRow; ++row) {
+            const double share = (row + 0.5 - low.y) / (high.y - low.y);
+            m_crossings.push_back(
+                {static_cast<int>(row), low.x + share * (high.x - low.x), from.y < to.y ? 1 : -1});
+        }
+    }
+
+    Window m_window;
+    Bitmap m_mask;
+    Bitmap m_shifted; // scratch
+    int m_firstRow = 0, m_lastRow = -1;
+    std::vector<Crossing> m_crossings;
+    cam::Box m_extent;
+};
+
+void addArc(Polygon &polygon, Point from, const cam::Edge &edge)
+{
+    const double swept = cam::sweptDegrees(from, edge);
+    const int steps = static_cast<int>(std::fabs(swept) / stepDegrees) + 1;
+    const double fromRadius = cam::distance(from, edge.center),
+                 toRadius = cam::distance(edge.end, edge.center);
+    for (int i = 1; i < steps; ++i) {
+        const double share = static_cast<double>(i) / steps;
+        const double radius = fromRadius + share * (toRadius - fromRadius);
+        const Point spoke = Transform::rotation(swept * share).linear(from - edge.center);
+        polygon.push_back(edge.center + spoke * (radius / fromRadius));
+    }
+}
+
+Polygon polygonOf(const cam::ContourView &contour, const Transform &map)
+{
+    Polygon polygon{contour.start};
+    for (const cam::Edge &edge : contour) {
+        if (edge.kind != cam::EdgeKind::Line)
+            addArc(polygon, polygon.back(), edge);
+        polygon.push_back(edge.end);
+    }
+    for (Point &corner : polygon)
+        corner = map(corner);
+    return polygon;
+}
+
+Polygon convexHull(Polygon points)
+{
+    std::sort(points.begin(), points.end(),
+              [](Point a, Point b) { return a.x != b.x ? a.x < b.x : a.y < b.y; });
+    Polygon hull;
+    for (int pass = 0; pass < 2; ++pass) {
+        const std::size_t base = hull.size();
+        for (const Point p : points) {
+            while (hull.size() >= base + 2 &&
+                   cam::cross(hull.back() - hull[hull.size() - 2], p - hull[hull.size() - 2]) <= 0.0)
+                hull.pop_back();
+            hull.push_back(p);
+        }
+        hull.pop_back();
+        std::reverse(points.begin(), points.end());
+    }
+    return hull;
+}
+
+class Drawing
+{
+public:
+    // `shift`: of the edges of dark features; see Canvas::end().
+    Drawing(const cam::LayerImage &image, const cam::ExportOptions &options, const Window &window, int shift)
+        : m_image(image), m_canvas(window), m_export(cam::exportTransform(options, image.datum)),
+          m_shift(shift)
+    {
+    }
+
+    Bitmap layer()
+    {
+        Bitmap result = m_canvas.blank();
+        step(m_image.top(), Transform(), result);
+        return result;
+    }
+
+    // The profile's area; without a profile the box around everything that layer() drew.
+    Bitmap base()
+    {
+        Bitmap result = m_canvas.blank();
+        if (!m_image.profile.isEmpty()) {
+            contours(m_image.profile, 0, m_image.profile.size(), m_export, true, result);
+        } else if (!m_canvas.extent().isEmpty()) {
+            const cam::Box box = m_canvas.extent();
+            m_canvas.begin();
+            m_canvas.fill({box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}}, true);
+            m_canvas.end(result, true, m_shift);
+        }
+        return result;
+    }
+
+    cam::Box extent() const { return m_canvas.extent(); }
+
+private:
+    void step(const cam::StepImage &step, const Transform &place, Bitmap &result)
+    {
+        features(step.features, place.then(m_export), true, result);
+        for (const cam::StepRepeat &repeat : step.repeats) {
+            for (std::uint32_t row = 0; row < repeat.ny; ++row) {
+                for (std::uint32_t column = 0; column < repeat.nx; ++column) {
+                    const Transform copy = Transform::translation({repeat.dx * column, repeat.dy * row});
+                    this->step(m_image.steps[repeat.step], cam::placement(repeat).then(copy).then(place),
+                               result);
+                }
+            }
+        }
+    }
+
+    // `dark`: the colour of positive features.
+    void features(const cam::FeatureSet &set, const Transform &map, bool dark, Bitmap &result)
+    {
+        for (const cam::Feature &feature : set.order) {
+            const bool isDark = (feature.polarity == cam::Polarity::Positive) == dark;
+            switch (feature.kind) {
+            case cam::FeatureKind::Line: {
+                const cam::Line &line = set.lines[feature.index];
+                m_canvas.begin();
+                sweep(line.symbol, {line.start, line.end}, map);
+                finish(result, isDark);
+                break;
+            }
+            case cam::FeatureKind::Arc: {
+                const cam::Arc &arc = set.arcs[feature.index];
+                Polygon path{arc.start};
+                addArc(path, arc.start,
+                       {arc.end, arc.center,
+                        arc.clockwise ? cam::EdgeKind::ArcClockwise : cam::EdgeKind::ArcCounterClockwise});
+                path.push_back(arc.end);
+                m_canvas.begin();
+                sweep(arc.symbol, path, map);
+                finish(result, isDark);
+                break;
+            }
+            case cam::FeatureKind::Pad:
+                pad(set.pads[feature.index], map, isDark, result);
+                break;
+            case cam::FeatureKind::Surface: {
+                const cam::Surface &surface = set.surfaces[feature.index];
+                contours(set.contours, surface.firstContour, surface.contourCount, map, isDark, result);
+                break;
+            }
+            }
+        }
+    }
+
+    void pad(const cam::Pad &pad, const Transform &map, bool dark, Bitmap &result)
+    {
+        const cam::Symbol &symbol = m_image.symbols[pad.symbol];
+        const Transform place = cam::placement(pad).then(map);
+        if (symbol.standard) {
+            const cam::Shape shape = cam::shapeOf(*symbol.standard);
+            return contours(shape.contours, 0, shape.contours.size(), place, dark, result);
+        }
+        Bitmap picture = m_canvas.blank();
+        const int shift = m_shift;
+        m_shift = dark ? shift : -shift;
+        features(*symbol.features, place, true, picture);
+        m_shift = shift;
+        result.paint(picture, dark, 0, picture.height() - 1);
+    }
+
+    void finish(Bitmap &result, bool dark) { m_canvas.end(result, dark, dark ? m_shift : -m_shift); }
+
+    // Each island without its holes.
+    void contours(const cam::ContourPool &pool, std::size_t first, std::size_t count, const Transform &map,
+                  bool dark, Bitmap &result)
+    {
+        for (std::size_t i = first; i < first + count;) {
+            m_canvas.begin();
+            m_canvas.fill(polygonOf(pool[i], map), true);
+            for (++i; i < first + count && pool[i].isHole; ++i)
+                m_canvas.fill(polygonOf(pool[i], map), false);
+            finish(result, dark);
+        }
+    }
+
+    // A convex symbol moved along a path of straight pieces.
+    void sweep(std::uint32_t pen, const Polygon &path, const Transform &map)
+    {
+        const cam::Symbol &symbol = m_image.symbols[pen];
+        if (!symbol.standard)
+            throw cam::Error("a line drawn with the job's own symbol " + symbol.name);
+        const cam::Shape shape = cam::shapeOf(*symbol.standard);
+        if (shape.contours.isEmpty())
+            return;
+        const Polygon outline = polygonOf(shape.contours[0], Transform());
+        if (shape.contours.size() > 1)
+            throw cam::Error("a line drawn with the symbol " + symbol.name);
+        for (std::size_t i = 0; i + 1 < path.size(); ++i) {
+            Polygon ends;
+            for (const Point corner : outline) {
+                ends.push_back(map(path[i] + corner));
+                ends.push_back(map(path[i + 1] + corner));
+            }
+            m_canvas.fill(convexHull(std::move(ends)), true);
+        }
+    }
+
+    const cam::LayerImage &m_image;
+    Canvas m_canvas;
+    Transform m_export;
+    int m_shift;
+};
+
+} // namespace
+
+Bitmap rasterize(const cam::LayerImage &image, const cam::ExportOptions &options, const Window &window,
+                 Edges edges)
+{
+    const int shift = edges == Edges::AsTheyAre ? 0 : edges == Edges::EveryEdgeOut ? 1 : -1;
+    if (!options.negative)
+        return Drawing(image, options, window, shift).layer();
+    // What is taken from the base shrinks where the result grows.
+    Drawing taken(image, options, window, -shift);
+    const Bitmap layer = taken.layer();
+    Drawing base(image, options, window, shift);
+    if (image.profile.isEmpty())
+        base.layer(); // for its extent
+    return base.base().without(layer);
+}
+
+cam::Box outputExtent(const cam::LayerImage &image, const cam::ExportOptions &options)
+{
+    Drawing drawing(image, options, Window{0.0, 0.0, 64, 1}, 0);
+    drawing.layer();
+    if (options.negative)
+        drawing.base();
+    return drawing.extent();
+}
+
+} // namespace crosscheck

@@ -18,20 +18,25 @@ say() { echo "== $*"; }
 batch=no
 options=()  # as given, without --batch
 archives=() # absolute
+jobs=$out/job
 given=" "   # the names of the options, for the defaults
 while [ $# -gt 0 ]; do
     case "$1" in
         --batch) batch=yes ;;
         --overwrite | --verbose) options+=("$1") ;;
-        --format | --out | --jobs | --step | --screenshots)
+        --out=* | --jobs=* | --screenshots=* | --format=* | --step=*)
+            set -- "${1%%=*}" "${1#*=}" "${@:2}"
+            continue
+            ;;
+        --out | --jobs | --screenshots | --format | --step)
             [ $# -ge 2 ] || { echo "run.sh: $1 needs a value" >&2; exit 2; }
-            options+=("$1" "$2")
+            value=$2
+            # The workbench may be started in another folder.
+            case "$1" in --format | --step) ;; *) [[ $value == /* ]] || value=$PWD/$value ;; esac
+            [ "$1" != --jobs ] || jobs=$value
+            options+=("$1" "$value")
             given+="$1 "
             shift
-            ;;
-        --format=* | --out=* | --jobs=* | --step=* | --screenshots=*)
-            options+=("$1")
-            given+="${1%%=*} "
             ;;
         -h | --help)
             sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"
@@ -66,7 +71,7 @@ samples=("$project"/build/linux-release/samples/*.tgz)
 if [ $batch = yes ]; then
     [ ${#archives[@]} -gt 0 ] || archives=("${samples[@]}")
     [[ $given == *" --out "* ]] || options+=(--out "$out/export")
-    [[ $given == *" --jobs "* ]] || options+=(--jobs "$out/job")
+    [[ $given == *" --jobs "* ]] || options+=(--jobs "$jobs")
     [[ $given == *" --screenshots "* ]] || options+=(--screenshots "$out/screenshots")
     say "Importing and exporting without a person"
     exec "$workbench" --batch "${options[@]}" "${archives[@]}"
@@ -78,7 +83,7 @@ open=()
 if [ ${#archives[@]} -eq 0 ]; then
     for sample in "${samples[@]}"; do
         name=$(basename "$sample" .tgz)
-        if [ -d "$out/job/$name" ]; then open=(--open "$name"); else archives+=("$sample"); fi
+        if [ -d "$jobs/$name" ]; then open=(--open "$name"); else archives+=("$sample"); fi
     done
 fi
 mkdir -p "$out"

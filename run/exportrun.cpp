@@ -41,6 +41,9 @@ std::string lowerCase(const QString &text)
 
 void Export::on_OKButton_clicked()
 {
+    // A closed dialog is deleted as soon as events are processed, and a run processes them.
+    if (m_isClosing)
+        return;
     // Another dialog may have opened meanwhile: the jobs share their parameters, so one run has to wait its
     // turn.
     if (isAnyRunning()) {

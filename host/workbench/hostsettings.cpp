@@ -75,8 +75,7 @@ QString hostsettings::jobRoot(const QString &configured)
     return QDir::cleanPath(QDir::current().absoluteFilePath(usable ? folder : QString("job")));
 }
 
-SessionFolder::SessionFolder(const QString &jobFolder)
-    : m_before(QDir::currentPath()), m_folder(new QTemporaryDir)
+RunFolder::RunFolder(const QString &jobFolder) : m_before(QDir::currentPath()), m_folder(new QTemporaryDir)
 {
     QSettings settings(m_folder->filePath(fileName), QSettings::IniFormat);
     openAsUtf8(settings);
@@ -94,7 +93,7 @@ SessionFolder::SessionFolder(const QString &jobFolder)
     QDir::setCurrent(m_folder->path());
 }
 
-SessionFolder::~SessionFolder()
+RunFolder::~RunFolder()
 {
     QDir::setCurrent(m_before);
 }

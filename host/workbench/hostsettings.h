@@ -40,11 +40,11 @@ QString jobRoot(const QString &configured);
 
 // A working folder for one run whose settings file is the user's, but with jobs in another folder. While the
 // object lives it is the working folder of the process.
-class SessionFolder
+class RunFolder
 {
 public:
-    explicit SessionFolder(const QString &jobFolder);
-    ~SessionFolder();
+    explicit RunFolder(const QString &jobFolder);
+    ~RunFolder();
 
 private:
     QString m_before;

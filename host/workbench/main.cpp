@@ -76,9 +76,9 @@ void shutDown(std::unique_ptr<MainWindow> window)
 
 int runProgram(QApplication &application, const CommandLine &options)
 {
-    std::unique_ptr<SessionFolder> session;
+    std::unique_ptr<RunFolder> runFolder;
     if (!options.jobFolder.isEmpty())
-        session.reset(new SessionFolder(options.jobFolder));
+        runFolder.reset(new RunFolder(options.jobFolder));
     else
         hostsettings::writeDefaults();
 

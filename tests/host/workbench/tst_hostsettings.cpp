@@ -123,16 +123,16 @@ private slots:
         QCOMPARE(hostsettings::jobRoot("file"), folder.filePath("job"));
     }
 
-    void sessionHasTheUsersSettingsWithAnotherJobFolder()
+    void runFolderHasTheUsersSettingsWithAnotherJobFolder()
     {
         TemporaryWorkingFolder folder;
         QVERIFY(folder.write("oxconfig.ini",
                              "[Job_Path]\npath=mine\n[Export_Database]\npath=log/exports.sqlite\n"
                              "[Output_Path_Second]\npath=NC\n[Dbu]\nDbu=0.0005\n"));
         {
-            const SessionFolder session(folder.filePath("session jobs"));
+            const RunFolder runFolder(folder.filePath("other jobs"));
             QVERIFY(QDir::current().canonicalPath() != folder.path());
-            QCOMPARE(setting("Job_Path/path"), folder.filePath("session jobs"));
+            QCOMPARE(setting("Job_Path/path"), folder.filePath("other jobs"));
             QCOMPARE(setting("Export_Database/path"), folder.filePath("log/exports.sqlite"));
             QCOMPARE(setting("Output_Path_Second/path"), QString("NC"));
             QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
@@ -141,10 +141,10 @@ private slots:
         QCOMPARE(setting("Job_Path/path"), QString("mine"));
     }
 
-    void sessionWithoutSettingsOfTheUserHasTheJobFolder()
+    void runFolderWithoutSettingsOfTheUserHasTheJobFolder()
     {
         TemporaryWorkingFolder folder;
-        const SessionFolder session(folder.filePath("j"));
+        const RunFolder runFolder(folder.filePath("j"));
         QCOMPARE(setting("Job_Path/path"), folder.filePath("j"));
     }
 

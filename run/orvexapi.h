@@ -48,9 +48,8 @@ ORVEX_API_DECL std::string get_matrix(const std::string &job, std::vector<std::s
 // throws on a cancel. What was there before stays unless the whole new file has been written.
 //   file_name       UTF-8; "/" and backslashes may be mixed; its folders must exist
 //   dbu             database unit of a GDSII file in micrometres; 0 or less means 0.001
-//   resize          nanometres by which positive features grow (shrink, when it is negative), half of it to
-//   each side;
-//                   holes and negative features shrink by as much
+//   resize          nanometres by which positive features grow, half of it to each side; holes and negative
+//                   features shrink by as much (and the other way round when it is negative)
 //   is_negative     the area of the step's profile (without one: the extent of the layer) less the layer
 //   is_scale        x_scale and y_scale count
 //   is_mirror       x becomes -x for axis "X", y becomes -y for "Y"

@@ -101,8 +101,7 @@ private:
     bool isChecked(int row) const;
     void setChecked(int row, bool checked);
     QComboBox *cellComboBox(int row, int column) const;
-    void copyComboBoxText(int fromRow, int toRow, int column);
-    void copyItemText(int fromRow, int toRow, int column);
+    void chooseText(int row, int column, const QString &text);
 
     // run/exportrun.cpp
     static bool isAnyRunning();

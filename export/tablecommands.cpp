@@ -58,14 +58,19 @@ void Export::on_SetParamater_clicked()
     qDebug() << source;
     if (source < 0)
         return;
+    const QString rotate = cellComboBox(source, layer_column::Rotate)->currentText();
+    const QString mirror = cellComboBox(source, layer_column::Mirror)->currentText();
+    const QString xScale = PNListTable->item(source, layer_column::XScale)->text();
+    const QString yScale = PNListTable->item(source, layer_column::YScale)->text();
+    const QString negate = cellComboBox(source, layer_column::Negate)->currentText();
     for (int row = 0; row < PNListTable->rowCount(); ++row) {
         if (!isChecked(row))
             continue;
-        copyComboBoxText(source, row, layer_column::Rotate);
-        copyComboBoxText(source, row, layer_column::Mirror);
-        copyItemText(source, row, layer_column::XScale);
-        copyItemText(source, row, layer_column::YScale);
-        copyComboBoxText(source, row, layer_column::Negate);
+        chooseText(row, layer_column::Rotate, rotate);
+        chooseText(row, layer_column::Mirror, mirror);
+        PNListTable->setItem(row, layer_column::XScale, new QTableWidgetItem(xScale));
+        PNListTable->setItem(row, layer_column::YScale, new QTableWidgetItem(yScale));
+        chooseText(row, layer_column::Negate, negate);
     }
 }
 
@@ -84,12 +89,16 @@ QComboBox *Export::cellComboBox(int row, int column) const
     return static_cast<QComboBox *>(PNListTable->cellWidget(row, column));
 }
 
-void Export::copyComboBoxText(int fromRow, int toRow, int column)
+void Export::chooseText(int row, int column, const QString &text)
 {
-    cellComboBox(toRow, column)->setCurrentText(cellComboBox(fromRow, column)->currentText());
-}
-
-void Export::copyItemText(int fromRow, int toRow, int column)
-{
-    PNListTable->setItem(toRow, column, new QTableWidgetItem(PNListTable->item(fromRow, column)->text()));
+    QComboBox *box = cellComboBox(row, column);
+    if (box->geometry().intersects(PNListTable->viewport()->rect())) {
+        box->setCurrentText(text);
+        return;
+    }
+    // Qt would mark the box for painting though it is scrolled out of sight, and compare it with all the
+    // others then.
+    box->setAttribute(Qt::WA_UpdatesDisabled, true);
+    box->setCurrentText(text);
+    box->setAttribute(Qt::WA_UpdatesDisabled, false);
 }

@@ -39,6 +39,7 @@ class RestlessHost : public QObject
 public:
     RestlessHost(unsigned seed, const QString &folder) : m_random(seed), m_folder(folder)
     {
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); // those have no widgets to close
         m_plugin = std::make_unique<FileProcess>();
         m_plugin->setParentWidget(&m_window);
         connect(m_plugin.get(), &FileProcess::sendMsgToManager, this,

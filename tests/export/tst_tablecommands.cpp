@@ -5,6 +5,8 @@
 
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QScreen>
+#include <QWindow>
 
 using namespace layer_column;
 using recording_host::layer;
@@ -70,6 +72,7 @@ private slots:
     void boardContextIsComparedExactly();
     void rowsBelowASkippedRecordAreJudgedByTheirNeighbour();
     void parametersOfTheCurrentRowGoToTheChecked();
+    void copiedParametersAreSeenAfterScrolling();
     void currentRowOfItsOwnGetsItsOwnValues();
     void uncheckedCurrentRowIsASourceToo();
     void firstRowCanBeTheSourceByTheSlot();
@@ -220,6 +223,41 @@ void tst_TableCommands::parametersOfTheCurrentRowGoToTheChecked()
         QCOMPARE(dialog.text(row, YScale), QString("1"));
         QCOMPARE(dialog.combo(row, Negate)->currentText(), QString("No"));
     }
+}
+
+void tst_TableCommands::copiedParametersAreSeenAfterScrolling()
+{
+    std::vector<ORVEX::API::layer_info> layers(100, layer("BOARD", "SIGNAL", "layer"));
+    OpenDialog dialog(layers);
+    dialog.table()->scrollToBottom(); // every row has been on the screen
+    QTest::qWait(20);
+    dialog.table()->scrollToTop();
+    QTest::qWait(20);
+    dialog->on_SelectAll_clicked();
+    dialog.combo(1, Mirror)->setCurrentText("Yes");
+    dialog.clickCell(1, Layer);
+    dialog->on_SetParamater_clicked();
+    QTest::qWait(20);
+    dialog.table()->scrollToBottom();
+    QTest::qWait(20);
+    const auto pictureOf = [&dialog](int row) {
+        const QRect cell = dialog.combo(row, Mirror)->geometry();
+        // What is on the screen, not what a new painting would give.
+        return dialog->windowHandle()
+            ->screen()
+            ->grabWindow(dialog->winId())
+            .toImage()
+            .copy(cell.translated(dialog.table()->viewport()->mapTo(dialog.get(), QPoint())));
+    };
+    const QImage seen = pictureOf(98);
+    QCOMPARE(dialog.combo(98, Mirror)->currentText(), QString("Yes"));
+    dialog.combo(98, Mirror)->repaint();
+    QTest::qWait(20);
+    QVERIFY(!seen.isNull());
+    QCOMPARE(seen, pictureOf(98));
+    dialog.combo(98, Mirror)->setCurrentText("No");
+    QTest::qWait(20);
+    QVERIFY(seen != pictureOf(98));
 }
 
 void tst_TableCommands::currentRowOfItsOwnGetsItsOwnValues()

@@ -26,8 +26,9 @@ constexpr std::uint64_t reportInterval = 1024;
 // How far below the full share painting may report: closing the file comes after it.
 constexpr double paintingShare = 0.99;
 
-// Nanometres by which rounding the distance between copies may set the last one off.
-constexpr double mostStepError = 1.0;
+// Nanometres by which rounding the distance between copies may set the last one off. Panels in inches are
+// seldom whole nanometres; a twentieth of a micrometre is half of what arcs may stray.
+constexpr double mostStepError = 50.0;
 
 std::uint64_t featureCount(const LayerImage &image, const StepImage &step)
 {

@@ -3,7 +3,7 @@
 # gerbv and KLayout make of the files with each other and with the source.
 #
 #   scripts/crosscheck.sh [--full] [TEST ARGUMENT...]
-#       --full   looks at all of the large boards (an hour), not at two windows a layer (minutes)
+#       --full   looks at all of the boards (hours), not at one window a layer and transform (minutes)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -16,12 +16,12 @@ struct Window
     int width = 0, height = 0;
 };
 
-// What the pixels' edges may make of a layer: `EveryEdgeOut` grows each dark feature by a pixel and shrinks each
-// clear one, `EveryEdgeIn` does the opposite.
+// What the pixels' edges may make of a layer: `EveryEdgeOut` grows each dark feature by a pixel and shrinks
+// each clear one, `EveryEdgeIn` does the opposite.
 enum class Edges { AsTheyAre, EveryEdgeOut, EveryEdgeIn };
 
-// What `options` make of `image` inside of `window` (options.resize is not looked at). Throws cam::Error for a
-// feature that it cannot draw.
+// What `options` make of `image` inside of `window` (options.resize is not looked at). Throws cam::Error for
+// a feature that it cannot draw.
 Bitmap rasterize(const cam::LayerImage &image, const cam::ExportOptions &options, const Window &window,
                  Edges edges = Edges::AsTheyAre);
 

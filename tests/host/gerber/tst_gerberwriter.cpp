@@ -141,6 +141,7 @@ private slots:
     void negativeClearsOutsideOfTheProfile();
     void profileOnTopMakesNoImage();
     void copiesAreStepAndRepeat();
+    void pitchOfFractionsOfANanometreIsRounded();
     void turnedCopiesSwapColumnsAndRows();
     void copiesToTheLeftStartAtTheLast();
     void copiesAtOddAnglesAreWrittenOut();
@@ -560,6 +561,13 @@ void GerberWriterTest::copiesAreStepAndRepeat()
 {
     const WrittenFile file(panel(repeat(3, 2, 5000, 2500)));
     QCOMPARE(file.body(), QString("%SRX3Y2I5J2.5*% %LPD*% D10* X1000000Y500000D03* %SR*%"));
+}
+
+void GerberWriterTest::pitchOfFractionsOfANanometreIsRounded()
+{
+    // 0.4 nm a copy: a few of them may be off by that, hundreds may not.
+    QVERIFY(WrittenFile(panel(repeat(100, 1, 5000.0004, 0))).body().startsWith("%SRX100Y1I5J0*%"));
+    QCOMPARE(WrittenFile(panel(repeat(200, 1, 5000.0004, 0))).body().count("D03"), 200);
 }
 
 void GerberWriterTest::turnedCopiesSwapColumnsAndRows()

@@ -32,9 +32,9 @@ enum class Record : std::uint16_t {
     COLROW = 0x1302
 };
 
-// The most corners that a boundary can have: its record counts bytes in 16 bits, and the first corner is
-// repeated.
-constexpr std::size_t mostCorners = 8190;
+// The most corners that a boundary is given: its record counts bytes in 16 bits, which readers take for a
+// signed number or warn of from 0x8000 on, and the first corner is repeated.
+constexpr std::size_t mostCorners = 4090;
 
 // Year, month, day, hour, minute, second; all 0 when not known.
 struct Date

@@ -287,7 +287,7 @@ private slots:
         folder.features(text);
         const GdsFile file = exported(folder);
         for (const QPolygon &polygon : file.flat())
-            QVERIFY(polygon.size() <= 8190);
+            QVERIFY(polygon.size() <= 4090);
         // The first tooth starts at 0, all others at 1 mm.
         const double exact = teeth * 0.01 * 3.0 - 0.5 * 0.005 * 1.0;
         QVERIFY2(std::fabs(areaOf(file) / exact - 1.0) < 1e-6,

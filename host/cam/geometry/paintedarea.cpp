@@ -1,5 +1,7 @@
 #include "host/cam/geometry/paintedarea.h"
 
+#include "host/cam/geometry/cutting.h"
+
 #include <algorithm>
 
 #include <polyclipping/clipper.hpp>
@@ -164,20 +166,6 @@ void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,
 }
 
 namespace {
-
-struct BoxedRing
-{
-    GridRing ring;
-    GridBox box;
-};
-
-BoxedRing boxed(GridRing &&ring)
-{
-    BoxedRing result;
-    result.box.add(ring);
-    result.ring = std::move(ring);
-    return result;
-}
 
 // An item with so many corners that it is cut along with the plane instead of being drawn again for each
 // piece.
@@ -466,17 +454,47 @@ bool isInside(GridPoint p, const GridRing &ring)
     return isIn;
 }
 
-// Whether the holes first ... end - 1 lie inside the island before them and apart from each other, as they
-// should. A no may be wrong.
-bool areApart(const std::vector<GridRing> &rings, std::size_t island, std::size_t end)
+// An island with its holes: indices into a list of rings.
+struct Island
+{
+    std::size_t ring = 0;
+    std::vector<std::size_t> holes;
+};
+
+// Finds the island of each hole. False when there is a hole outside of all islands.
+bool assignHoles(const std::vector<BoxedRing> &rings, std::vector<Island> &islands)
+{
+    std::vector<std::size_t> holes;
+    for (std::size_t i = 0; i < rings.size(); ++i) {
+        const double area = doubledArea(rings[i].ring);
+        if (area > 0.0)
+            islands.push_back({i, {}});
+        else if (area < 0.0)
+            holes.push_back(i);
+    }
+    for (const std::size_t hole : holes) {
+        // Of islands inside each other the innermost, which has the smallest box.
+        Island *best = nullptr;
+        for (Island &island : islands) {
+            const BoxedRing &around = rings[island.ring];
+            if (around.box.contains(rings[hole].box) &&
+                (!best || rings[best->ring].box.contains(around.box)) &&
+                isInside(rings[hole].ring[0], around.ring))
+                best = &island;
+        }
+        if (!best)
+            return false;
+        best->holes.push_back(hole);
+    }
+    return true;
+}
+
+// Whether the boxes of the holes are apart from each other, and so the holes. A no may be wrong.
+bool areApart(const std::vector<BoxedRing> &rings, const std::vector<std::size_t> &holes)
 {
     std::vector<GridBox> boxes;
-    for (std::size_t i = island + 1; i < end; ++i) {
-        if (!isInside(rings[i][0], rings[island]))
-            return false;
-        boxes.emplace_back();
-        boxes.back().add(rings[i]);
-    }
+    for (const std::size_t hole : holes)
+        boxes.push_back(rings[hole].box);
     std::sort(boxes.begin(), boxes.end(),
               [](const GridBox &a, const GridBox &b) { return a.low.x < b.low.x; });
     for (std::size_t i = 0; i < boxes.size(); ++i) {
@@ -488,43 +506,112 @@ bool areApart(const std::vector<GridRing> &rings, std::size_t island, std::size_
     return true;
 }
 
-// Well-made surfaces need no boolean: their holes are linked as they are. False, with nothing done, for
-// others.
-bool emitWellMade(const std::vector<GridRing> &rings, std::size_t mostCorners,
-                  const std::function<void(const GridRing &)> &polygon)
+std::size_t cornersOf(const std::vector<BoxedRing> &rings)
 {
-    constexpr std::size_t mostWork = 2'000'000; // holes times corners: beyond that the pieces are faster
-    std::size_t corners = 0;
-    for (const GridRing &ring : rings)
-        corners += ring.size();
-    if (corners + 3 * rings.size() > mostCorners || corners * rings.size() > mostWork)
-        return false;
-    for (std::size_t i = 0; i < rings.size();) {
-        std::size_t end = i + 1;
-        while (end < rings.size() && doubledArea(rings[end]) < 0.0)
-            ++end;
-        if (doubledArea(rings[i]) < 0.0 || !areApart(rings, i, end))
-            return false;
-        i = end;
+    std::size_t sum = 0;
+    for (const BoxedRing &ring : rings)
+        sum += ring.ring.size();
+    return sum;
+}
+
+// A position with half of the corners on each side.
+std::int64_t middleCorner(const std::vector<BoxedRing> &rings, bool alongX)
+{
+    std::vector<std::int64_t> positions;
+    for (const BoxedRing &ring : rings) {
+        for (const GridPoint p : ring.ring)
+            positions.push_back(alongX ? p.x : p.y);
     }
-    emitSimple(rings, mostCorners, polygon);
+    const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
+    std::nth_element(positions.begin(), middle, positions.end());
+    return *middle;
+}
+
+// Cuts what has too many corners or takes too long to link, links the holes of the rest. Whatever turns out
+// not to be well made goes through a boolean, by itself.
+class SurfaceEmitter
+{
+public:
+    SurfaceEmitter(std::size_t mostCorners, const std::function<void(const GridRing &)> &polygon,
+                   const std::function<void(double)> &report)
+        : m_mostCorners(mostCorners), m_polygon(polygon), m_report(report)
+    {
+    }
+
+    void emit(std::vector<BoxedRing> rings, double from, double to)
+    {
+        constexpr std::size_t mostWork = 500'000; // holes times corners
+        const std::size_t corners = cornersOf(rings);
+        const bool isSmall =
+            corners + 3 * rings.size() <= m_mostCorners && corners * rings.size() <= mostWork;
+        if (isSmall ? !link(rings) : !cut(rings, from, to))
+            resolve(std::move(rings), from, to);
+        if (isSmall)
+            m_report(to);
+    }
+
+private:
+    bool link(const std::vector<BoxedRing> &rings) const;
+    bool cut(std::vector<BoxedRing> &rings, double from, double to);
+    void resolve(std::vector<BoxedRing> rings, double from, double to) const;
+
+    std::size_t m_mostCorners;
+    const std::function<void(const GridRing &)> &m_polygon;
+    const std::function<void(double)> &m_report;
+};
+
+bool SurfaceEmitter::link(const std::vector<BoxedRing> &rings) const
+{
+    std::vector<Island> islands;
+    if (!assignHoles(rings, islands))
+        return false;
+    for (const Island &island : islands) {
+        if (!areApart(rings, island.holes))
+            return false;
+    }
+    for (const Island &island : islands) {
+        std::vector<GridRing> holes;
+        for (const std::size_t hole : island.holes)
+            holes.push_back(rings[hole].ring);
+        emitIsland(rings[island.ring].ring, std::move(holes), m_mostCorners, m_polygon);
+    }
     return true;
 }
 
-} // namespace
-
-void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
-              const std::function<void(const GridRing &)> &polygon, const std::function<void(double)> &report)
+bool SurfaceEmitter::cut(std::vector<BoxedRing> &rings, double from, double to)
 {
+    GridBox box;
+    for (const BoxedRing &ring : rings)
+        box.add(ring.box);
+    const std::int64_t width = box.high.x - box.low.x, height = box.high.y - box.low.y;
+    const bool alongX = width >= height;
+    if (std::max(width, height) < 4)
+        return false;
+    const std::int64_t low = alongX ? box.low.x : box.low.y;
+    const std::int64_t at = std::clamp(middleCorner(rings, alongX), low, low + std::max(width, height) - 1);
+    std::vector<BoxedRing> lowRings, highRings;
+    if (!cutApart(rings, alongX, at, lowRings, highRings))
+        return false;
+    rings.clear();
+    rings.shrink_to_fit();
+    const double middle = (from + to) / 2.0;
+    emit(std::move(lowRings), from, middle);
+    emit(std::move(highRings), middle, to);
+    return true;
+}
+
+void SurfaceEmitter::resolve(std::vector<BoxedRing> boxedRings, double from, double to) const
+{
+    GridBox box;
+    std::vector<GridRing> rings;
     std::size_t corners = 0;
-    for (const GridRing &ring : rings)
-        corners += ring.size();
-    if (rings.size() == 1 && corners <= mostCorners)
-        return polygon(rings[0]);
-    if (emitWellMade(rings, mostCorners, polygon))
-        return;
+    for (BoxedRing &ring : boxedRings) {
+        corners += ring.ring.size();
+        box.add(ring.box);
+        rings.push_back(std::move(ring.ring));
+    }
     if (corners <= pieceCorners)
-        return emitSimple(cleaned(rings), mostCorners, polygon);
+        return emitSimple(cleaned(rings), m_mostCorners, m_polygon);
 
     class Source : public PaintSource
     {
@@ -534,14 +621,23 @@ void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
 
     private:
         std::vector<GridRing> m_rings;
-    };
-    GridBox box;
-    for (const GridRing &ring : rings)
-        box.add(ring);
-    Source source(std::move(rings)); // asked once: an item of this size is drawn once and then cut
-    PaintedArea area(source, mostCorners);
+    } source(std::move(rings)); // asked once: an item of this size is drawn once and then cut
+    PaintedArea area(source, m_mostCorners);
     area.paint(0, Polarity::Positive, box, corners);
-    area.resolve(polygon, report);
+    area.resolve(m_polygon, [&](double share) { m_report(from + (to - from) * share); });
+}
+
+} // namespace
+
+void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
+              const std::function<void(const GridRing &)> &polygon, const std::function<void(double)> &report)
+{
+    if (rings.size() == 1 && rings[0].size() <= mostCorners)
+        return polygon(rings[0]);
+    std::vector<BoxedRing> boxedRings;
+    for (GridRing &ring : rings)
+        boxedRings.push_back(boxed(std::move(ring)));
+    SurfaceEmitter(mostCorners, polygon, report).emit(std::move(boxedRings), 0.0, 1.0);
 }
 
 PaintedArea::PaintedArea(PaintSource &source, std::size_t mostCorners)

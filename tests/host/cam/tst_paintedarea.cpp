@@ -1,4 +1,5 @@
 // Booleans: dark and clear paint, pieces, holes, growth.
+#include "host/cam/geometry/cutting.h"
 #include "host/cam/geometry/paintedarea.h"
 #include "host/cam/geometry/trigonometry.h"
 
@@ -175,6 +176,77 @@ private slots:
             QVERIFY(p.x <= 431);
         for (const GridPoint p : high)
             QVERIFY(p.x >= 431);
+    }
+
+    void areaCutApartStaysWhole_data()
+    {
+        QTest::addColumn<bool>("alongX");
+        QTest::addColumn<int>("at");
+        for (const bool alongX : {true, false}) {
+            for (const int at : {-1, 0, 300, 500, 549, 550, 600, 999})
+                QTest::newRow(qPrintable(QString("%1%2").arg(alongX ? 'x' : 'y').arg(at))) << alongX << at;
+        }
+    }
+    void areaCutApartStaysWhole()
+    {
+        QFETCH(bool, alongX);
+        QFETCH(int, at);
+        std::vector<BoxedRing> rings, low, high;
+        rings.push_back(boxed(box(0, 0, 1000, 1000)));
+        rings.push_back(boxed(reversed(box(200, 200, 800, 800))));
+        rings.push_back(boxed(box(450, 450, 550, 550)));
+        rings.push_back(boxed(reversed(box(20, 20, 40, 40))));
+        // A comb, whose teeth end on the line, with a slit.
+        rings.push_back(boxed({{2000, 0},
+                               {3000, 0},
+                               {3000, 600},
+                               {2900, 600},
+                               {2900, 300},
+                               {2500, 300},
+                               {2500, 550},
+                               {2500, 300},
+                               {2100, 300},
+                               {2100, 600},
+                               {2000, 600}}));
+        QVERIFY(cutApart(rings, alongX, at, low, high));
+        double whole = 0.0, parts = 0.0;
+        for (const BoxedRing &ring : rings)
+            whole += doubledArea(ring.ring);
+        for (const BoxedRing &ring : low) {
+            parts += doubledArea(ring.ring);
+            QVERIFY((alongX ? ring.box.high.x : ring.box.high.y) <= at);
+        }
+        for (const BoxedRing &ring : high) {
+            parts += doubledArea(ring.ring);
+            QVERIFY((alongX ? ring.box.low.x : ring.box.low.y) >= at);
+        }
+        QCOMPARE(parts, whole);
+    }
+
+    void whatIsNoAreaIsNotCut()
+    {
+        std::vector<BoxedRing> rings, low, high;
+        rings.push_back(boxed(box(0, 0, 100, 100)));
+        rings.push_back(boxed(box(50, 50, 150, 150))); // overlaps the first
+        QVERIFY(!cutApart(rings, true, 75, low, high));
+        QVERIFY(low.empty() && high.empty());
+    }
+
+    void faultySurfaceIsResolvedAllTheSame()
+    {
+        const std::vector<GridRing> rings = {
+            circle({0, 0}, 1e6, 6000), reversed(circle({0, 0}, 5e5, 4000)),
+            reversed(circle({300'000, 0}, 5e5, 4000))}; // two holes that overlap
+        std::vector<GridRing> polygons;
+        double share = 0.0;
+        emitArea(
+            rings, 4094, [&polygons](const GridRing &ring) { polygons.push_back(ring); },
+            [&share](double done) { share = done; });
+        const double lens = 5e5 * 5e5 * (2.0 * std::acos(0.3) - 0.6 * std::sqrt(1.0 - 0.09));
+        const double exact = pi * (1e12 - 2 * 0.25e12) + lens;
+        const double ratio = areaOf(polygons) / exact;
+        QVERIFY2(std::fabs(ratio - 1.0) < 1e-5, qPrintable(QString::number(ratio, 'g', 10)));
+        QCOMPARE(share, 1.0);
     }
 
     void noPolygonExceedsTheLimit()

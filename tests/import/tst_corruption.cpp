@@ -22,7 +22,9 @@ QByteArray smallTar()
         .file("short", "long")
         .extended({{"path", "ABC/extended"}, {"mtime", "1600000000.5"}})
         .file("short", "more")
+#ifndef _WIN32 // symbolic links take a privilege there
         .symbolicLink("ABC/link", "matrix/matrix")
+#endif
         .hardLink("ABC/hard", "ABC/extended")
         .bytes();
 }

@@ -537,7 +537,8 @@ void tst_ExportRun::progressIsPolledEvery200Milliseconds()
     QElapsedTimer timer;
     timer.start();
     clickOk(dialog);
-    QVERIFY(timer.elapsed() >= 1000); // five polls, where the export took four and a half
+    // Five polls, where the export took four and a half; some systems end a sleep a moment early.
+    QVERIFY2(timer.elapsed() >= 980, qPrintable(QString::number(timer.elapsed())));
     QVERIFY2(passes >= 3 && passes <= 12, qPrintable(QString::number(passes)));
 }
 

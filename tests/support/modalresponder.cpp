@@ -6,6 +6,8 @@
 
 ModalResponder::ModalResponder()
 {
+    // The platform's own dialogs have no widgets to be filled in.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     connect(&m_timer, &QTimer::timeout, this, &ModalResponder::look);
     m_timer.start(5);
 }

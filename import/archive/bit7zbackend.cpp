@@ -1,5 +1,5 @@
-// The back end over an installed bit7z 4.x. Only its reading is used: names are checked and files written by this layer,
-// as with its own back end.
+// The back end over an installed bit7z 4.x. Only its reading is used: names are checked and files written by
+// this layer, as with its own back end.
 
 #include "import/archive/backend.h"
 
@@ -31,14 +31,12 @@ bit7z::tstring nativeText(const std::wstring &text)
         return bit7z::tstring(localPath(text).u8string());
 }
 
-std::wstring wideText(const std::wstring &text)
+std::wstring wideText(const bit7z::tstring &text)
 {
-    return text;
-}
-
-std::wstring wideText(const std::string &text)
-{
-    return std::filesystem::u8path(text).wstring();
+    if constexpr (std::is_same_v<bit7z::tstring, std::wstring>)
+        return std::wstring(text.begin(), text.end());
+    else
+        return wideFromUtf8(std::string(text.begin(), text.end()));
 }
 
 // Where bit7z finds the library that the plug-in knows by its Windows name.
@@ -53,8 +51,9 @@ bit7z::tstring libraryPath(const std::wstring &name)
 
 const bit7z::BitInFormat &formatOf(const BitInFormat &format)
 {
-    return format.number == BitFormat::Tar.number ? static_cast<const bit7z::BitInFormat &>(bit7z::BitFormat::Tar)
-                                                  : bit7z::BitFormat::GZip;
+    return format.number == BitFormat::Tar.number
+               ? static_cast<const bit7z::BitInFormat &>(bit7z::BitFormat::Tar)
+               : bit7z::BitFormat::GZip;
 }
 
 PropertyValue valueOf(const bit7z::BitPropVariant &variant)
@@ -68,18 +67,20 @@ PropertyValue valueOf(const bit7z::BitPropVariant &variant)
     if (variant.isUInt32())
         return std::uint64_t(variant.getUInt32());
     if (variant.isFileTime()) {
-        const FILETIME time = variant.getFileTime();
+        const auto time = variant.getFileTime();
         return FileTime{std::uint64_t(time.dwHighDateTime) << 32 | time.dwLowDateTime};
     }
     return {};
 }
 
-// Passes what bit7z writes on to a sink. A stream swallows exceptions, so the first is kept.
+// Passes what bit7z writes on to a sink. The first exception is kept: the stream would swallow it, and bit7z
+// does not bear a stream that fails, so what follows is taken and dropped until bit7z asks whether to go on.
 class SinkBuffer : public std::streambuf
 {
 public:
     explicit SinkBuffer(EntrySink &sink) : m_sink(sink) {}
 
+    bool hasFailed() const { return m_exception != nullptr; }
     void rethrow() const
     {
         if (m_exception)
@@ -89,15 +90,14 @@ public:
 protected:
     std::streamsize xsputn(const char *bytes, std::streamsize count) override
     {
-        if (m_exception)
-            return 0;
+        m_position += count;
         try {
-            m_sink.write(bytes, std::size_t(count));
-            return count;
+            if (!m_exception)
+                m_sink.write(bytes, std::size_t(count));
         } catch (...) {
             m_exception = std::current_exception();
-            return 0;
         }
+        return count;
     }
 
     int_type overflow(int_type character) override
@@ -106,8 +106,15 @@ protected:
         return xsputn(&byte, 1) == 1 ? character : traits_type::eof();
     }
 
+    // Only tells the position: bit7z asks for it to see how much was written.
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from, std::ios_base::openmode) override
+    {
+        return offset == 0 && from == std::ios_base::cur ? pos_type(m_position) : pos_type(off_type(-1));
+    }
+
 private:
     EntrySink &m_sink;
+    off_type m_position = 0;
     std::exception_ptr m_exception;
 };
 
@@ -130,7 +137,7 @@ public:
           m_reader(library, nativeText(file), formatOf(format))
     {
         const std::filesystem::path name = localPath(file).filename();
-        m_inventedName = wideText(nativeText(name.stem().wstring()));
+        m_inventedName = name.stem().wstring();
     }
 
     std::uint32_t entryCount() const override
@@ -160,23 +167,29 @@ public:
             sink.begin(index);
             SinkBuffer buffer(sink);
             std::ostream stream(&buffer);
+            m_reader.setProgressCallback([&buffer](std::uint64_t) { return !buffer.hasFailed(); });
             try {
                 translated([&] { m_reader.extractTo(stream, index); });
             } catch (...) {
+                m_reader.setProgressCallback(nullptr);
                 buffer.rethrow();
                 throw;
             }
+            m_reader.setProgressCallback(nullptr);
             buffer.rethrow();
             sink.end();
         }
     }
 
     // bit7z does not give the library's own streams.
-    std::optional<std::uint64_t> contentOffset(std::uint32_t, std::uint64_t) const override { return std::nullopt; }
+    std::optional<std::uint64_t> contentOffset(std::uint32_t, std::uint64_t) const override
+    {
+        return std::nullopt;
+    }
 
 private:
     bool m_isGZip;
-    bit7z::BitArchiveReader m_reader;
+    mutable bit7z::BitArchiveReader m_reader; // its callback is set for an extraction
     std::wstring m_inventedName;
 };
 
@@ -187,9 +200,11 @@ public:
 
     std::unique_ptr<InArchive> open(const std::wstring &file, const BitInFormat &format) const override
     {
-        return translated([&]() -> std::unique_ptr<InArchive> {
+        try {
             return std::make_unique<Bit7zArchive>(m_library, file, format);
-        });
+        } catch (const bit7z::BitException &error) {
+            throw BitException("\"" + utf8(file) + "\": " + error.what());
+        }
     }
 
 private:
@@ -200,7 +215,8 @@ private:
 
 std::shared_ptr<const Backend> loadBackend(const std::wstring &name)
 {
-    return translated([&]() -> std::shared_ptr<const Backend> { return std::make_shared<const Bit7zBackend>(name); });
+    return translated(
+        [&]() -> std::shared_ptr<const Backend> { return std::make_shared<const Bit7zBackend>(name); });
 }
 
 } // namespace archive

@@ -59,6 +59,39 @@ std::string utf8(const std::wstring &path)
     return out;
 }
 
+std::wstring wideFromUtf8(const std::string &bytes)
+{
+    const auto isTail = [&bytes](std::size_t at) { return at < bytes.size() && (bytes[at] & 0xC0) == 0x80; };
+    std::wstring text;
+    for (std::size_t i = 0; i < bytes.size();) {
+        const std::uint32_t first = std::uint8_t(bytes[i]);
+        const std::size_t tails = first < 0x80   ? 0
+                                  : first < 0xC2 ? 4
+                                  : first < 0xE0 ? 1
+                                  : first < 0xF0 ? 2
+                                  : first < 0xF5 ? 3
+                                                 : 4;
+        std::uint32_t c = tails == 0 ? first : first & (0x3Fu >> tails);
+        std::size_t used = 1;
+        while (tails < 4 && used <= tails && isTail(i + used))
+            c = c << 6 | (std::uint8_t(bytes[i + used++]) & 0x3F);
+        const std::uint32_t smallest[] = {0, 0x80, 0x800, 0x10000};
+        if (tails == 4 || used != tails + 1 || c < smallest[tails] || !isText(c)) {
+            text += wchar_t(EscapedByteFirst + first - 0x80);
+            ++i;
+            continue;
+        }
+        if (c >= 0x10000 && sizeof(wchar_t) == 2) {
+            text += wchar_t(0xD800 + ((c - 0x10000) >> 10));
+            text += wchar_t(0xDC00 + ((c - 0x10000) & 0x3FF));
+        } else {
+            text += wchar_t(c);
+        }
+        i += used;
+    }
+    return text;
+}
+
 #ifdef _WIN32
 
 std::filesystem::path localPath(const std::wstring &path)

@@ -14,6 +14,10 @@ std::filesystem::path localPath(const std::wstring &path);
 // The same for a path relative to some folder, with "/" between its parts.
 std::filesystem::path localRelativePath(const std::wstring &path);
 
+// The inverse of localRelativePath() for UTF-8 `bytes`: a byte that is no UTF-8 becomes the private character
+// for it.
+std::wstring wideFromUtf8(const std::string &bytes);
+
 // `path` in UTF-8, for messages. What is no text becomes "?".
 std::string utf8(const std::wstring &path);
 

@@ -50,6 +50,21 @@ void draw(const LayerImage &image, double growth)
         area.paint(i, features.order[i].polarity, drawing.box(i), drawing.corners(i));
     }
     area.resolve([](const GridRing &) {}, [](double) {});
+
+    // So few corners that every surface is cut.
+    constexpr std::size_t mostCorners = 16;
+    for (const Feature &feature : features.order) {
+        if (feature.kind != FeatureKind::Surface)
+            continue;
+        std::vector<GridRing> rings;
+        drawing.surface(feature, rings);
+        std::size_t ofSurface = 0;
+        for (const GridRing &ring : rings)
+            ofSurface += ring.size();
+        if (ofSurface < 2000)
+            emitArea(
+                std::move(rings), mostCorners, [](const GridRing &) {}, [](double) {});
+    }
 }
 
 } // namespace

@@ -11,7 +11,7 @@ declare -A packages=(
     [check]="clang-format"
     [crosscheck]="gerbv klayout"
     [bench]="gerbv klayout"
-    [fuzz]="clang"
+    [fuzz]="clang libclang-rt-dev"
     [windows]="g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
                wine wine64 xvfb xauth zip unzip fonts-dejavu-core"
 )

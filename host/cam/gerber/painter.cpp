@@ -1,6 +1,7 @@
 // Which form each feature takes, and the order in which everything is painted.
 #include "host/cam/gerber/painter.h"
 
+#include "host/cam/geometry/clipping.h"
 #include "host/cam/geometry/flatten.h"
 
 #include <algorithm>

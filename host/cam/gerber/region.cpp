@@ -283,6 +283,29 @@ bool edgesMeet(GridPoint from, const GridEdge &edge, GridPoint otherFrom, const 
     return arcsMeet(from, edge, otherFrom, other);
 }
 
+// Whether `at` lies inside: of the polygon of the corners, but for the segments between arcs and their
+// chords.
+bool encloses(const GridOutline &outline, Point at)
+{
+    bool inside = false;
+    Point from = pointOf(outline.start);
+    for (const GridEdge &edge : outline.edges) {
+        const Point to = pointOf(edge.end);
+        if ((from.y > at.y) != (to.y > at.y) &&
+            at.x < from.x + (to.x - from.x) * (at.y - from.y) / (to.y - from.y))
+            inside = !inside;
+        if (edge.kind != EdgeKind::Line) {
+            const double side = cross(to - from, at - from); // positive: left of the chord
+            const bool bulgesLeft = edge.kind == EdgeKind::ArcClockwise;
+            const bool isOnArcSide = bulgesLeft ? side > 0.0 : side < 0.0;
+            if (isOnArcSide && distance(at, pointOf(edge.center)) < distance(from, pointOf(edge.center)))
+                inside = !inside;
+        }
+        from = to;
+    }
+    return inside;
+}
+
 bool runsCounterClockwise(const GridOutline &outline)
 {
     double doubled = 0.0;
@@ -448,8 +471,8 @@ private:
         const GridEdge &edge = outline.edges[name.edge];
         const GridPoint start = outline.startOf(name.edge);
         // A nanometre further left at least: so slits lead from hole to hole ever more to the left, never in
-        // a ring.
-        const double y = static_cast<double>(from.y), limit = static_cast<double>(from.x) - 1.0;
+        // a ring. Half a nanometre above, where no edge begins or ends.
+        const double y = static_cast<double>(from.y) + 0.5, limit = static_cast<double>(from.x) - 1.0;
         const EdgeCrossing crossing = edge.kind == EdgeKind::Line ? crossLine(start, edge.end, y, limit)
                                                                   : crossArc(start, edge, y, limit);
         if (crossing.x > best.x) {
@@ -596,7 +619,9 @@ std::optional<GridOutline> withSlits(GridOutline island, std::vector<GridOutline
         // Outlines do not meet, so the whole hole lies on one side of what is left of it.
         const bool isWithin = landing.isUpwards != runsLeft[landing.outline];
         const bool landsOnIsland = landing.outline == 0;
-        if (isWithin == landsOnIsland)
+        // A hole is left out only when its place has been looked at twice.
+        const Point place = pointOf(outlines[hole].start) + Point{-0.5, 0.5};
+        if (isWithin == landsOnIsland || encloses(outlines[landing.outline], place) == landsOnIsland)
             landings.push_back(landing);
     }
     std::stable_sort(landings.begin(), landings.end(), [](const Landing &a, const Landing &b) {

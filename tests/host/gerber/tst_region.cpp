@@ -99,6 +99,8 @@ private slots:
     void straightAndRoundEdgesThatCrossTakeBooleans();
     void holeInsideOfAHoleTakesNothing();
     void holeOutsideOfTheIslandTakesNothing();
+    void holeLevelWithCornersIsKept_data();
+    void holeLevelWithCornersIsKept();
     void hundredThousandHolesTakeNoQuadraticTime();
 };
 
@@ -261,6 +263,42 @@ void RegionTest::holeOutsideOfTheIslandTakesNothing()
         const GridOutline outline =
             slit(square(0, 0, 10000), {hole(x, 5000, 1000), hole(x + 1500, 5000, 1000)});
         QVERIFY(std::fabs(signedArea(outline) - 1e8) < 1.0);
+    }
+}
+
+void RegionTest::holeLevelWithCornersIsKept_data()
+{
+    QTest::addColumn<QVector<QPointF>>(
+        "left"); // a hole left of the round one, corners at the height of its leftmost point
+    const QVector<QPointF> diamond{{1000, 5000}, {2000, 4000}, {3000, 5000}, {2000, 6000}};
+    QTest::newRow("diamond") << diamond;
+    QTest::newRow("tooth above") << QVector<QPointF>{{1000, 7000}, {2000, 5000}, {3000, 7000}};
+    QTest::newRow("tooth below") << QVector<QPointF>{{1000, 3000}, {3000, 3000}, {2000, 5000}};
+    QTest::newRow("step") << QVector<QPointF>{{1000, 3000}, {3000, 3000}, {3000, 5000},
+                                              {2000, 5000}, {2000, 7000}, {1000, 7000}};
+    QTest::newRow("bay to the right")
+        << QVector<QPointF>{{1000, 3000}, {3000, 3000}, {2000, 5000}, {3000, 7000}, {1000, 7000}};
+    QTest::newRow("flat side") << QVector<QPointF>{{1000, 5000}, {3000, 5000}, {3000, 6000}, {1000, 6000}};
+}
+
+void RegionTest::holeLevelWithCornersIsKept()
+{
+    QFETCH(QVector<QPointF>, left);
+    for (const bool mirrored : {false, true}) {
+        std::vector<Point> corners;
+        for (const QPointF corner : left)
+            corners.push_back({corner.x(), corner.y()});
+        if (mirrored)
+            std::reverse(corners.begin(), corners.end());
+        ContourPool pool;
+        pool.addPolygon(corners.data(), corners.size(), true);
+        const double expected = 1e8 - circle(2000) - std::fabs(cam::signedArea(pool[0]));
+        GridOutline leftHole = cam::onGrid(pool[0], Transform());
+        if (signedArea(leftHole) > 0.0)
+            continue; // holes run against their island here, for the area's sake
+        const GridOutline outline = slit(square(0, 0, 10000), {hole(6000, 5000, 2000), leftHole});
+        QVERIFY2(std::fabs(signedArea(outline) - expected) < 1.0,
+                 qPrintable(QString("%1 instead of %2").arg(signedArea(outline)).arg(expected)));
     }
 }
 

@@ -53,8 +53,8 @@ Complaints drawGerber(const std::vector<Picture> &pictures)
         const QString origin = inches(window.left) + 'x' + inches(window.bottom);
         const QString size = inches(window.width * pixel + hair) + 'x' + inches(window.height * pixel + hair);
         const QString said =
-            run("gerbv", {"-x", "png", "-D", QString::number(inch / pixel), "-B", "0", "-b", "#ffffff", "-f",
-                          "#000000ff", "-O", origin, "-W", size, "-o", picture.png, picture.file});
+            run("gerbv", {"-a", "-x", "png", "-D", QString::number(inch / pixel), "-B", "0", "-b", "#ffffff",
+                          "-f", "#000000ff", "-O", origin, "-W", size, "-o", picture.png, picture.file});
         if (!said.isEmpty())
             complaints += picture.file + ": " + said + '\n';
     }

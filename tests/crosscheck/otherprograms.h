@@ -21,7 +21,7 @@ struct Picture
 // What a program had to say, if it was more than it says about a good file.
 using Complaints = QString;
 
-// A picture each with gerbv, pixels sampled at their centres.
+// A picture each with gerbv, antialiased: without that it flattens curves by one and a half pixels.
 Complaints drawGerber(const std::vector<Picture> &pictures);
 // All pictures with one run of KLayout. It darkens every pixel that a shape touches, half a pixel around the
 // shape. `listFile`: where the list of pictures for its script is put.

@@ -99,13 +99,15 @@ std::vector<Window> covering(const cam::Box &box, int side)
 {
     std::vector<Window> windows;
     const double step = side * crosscheck::pixel;
+    // KLayout centres its box: an odd number of pixels would move them by half a one.
+    const auto pixels = [step](double length) {
+        const double pairs = std::ceil(std::min(step, length) / (2.0 * crosscheck::pixel));
+        return std::max(8, 2 * static_cast<int>(pairs));
+    };
     const auto floorPixel = [](double v) { return std::floor(v / crosscheck::pixel) * crosscheck::pixel; };
     for (double bottom = floorPixel(box.low.y); bottom < box.high.y; bottom += step) {
         for (double left = floorPixel(box.low.x); left < box.high.x; left += step) {
-            const double width = std::ceil(std::min(step, box.high.x - left) / crosscheck::pixel);
-            const double height = std::ceil(std::min(step, box.high.y - bottom) / crosscheck::pixel);
-            windows.push_back(
-                {left, bottom, std::max(8, static_cast<int>(width)), std::max(8, static_cast<int>(height))});
+            windows.push_back({left, bottom, pixels(box.high.x - left), pixels(box.high.y - bottom)});
         }
     }
     return windows;

@@ -54,8 +54,18 @@ std::string lowerCase(std::string_view text)
     return lower;
 }
 
+bool isPlainName(std::string_view name)
+{
+    const auto isForbidden = [](char c) {
+        return c == '/' || c == '\\' || c == ':' || static_cast<unsigned char>(c) < 0x20;
+    };
+    return name != "." && name != ".." && std::none_of(name.begin(), name.end(), isForbidden);
+}
+
 std::optional<fs::path> findEntry(const fs::path &folder, std::string_view name)
 {
+    if (name.empty() || !isPlainName(name))
+        return std::nullopt;
     std::error_code failure;
     const fs::path exact = folder / fs::u8path(name.begin(), name.end());
     if (fs::exists(exact, failure))

@@ -1,5 +1,6 @@
 #include "host/cam/odb/matrix.h"
 
+#include "host/cam/error.h"
 #include "host/cam/odb/structuredtext.h"
 #include "host/cam/paths.h"
 
@@ -18,13 +19,26 @@ std::string upperCase(std::string text)
     return text;
 }
 
+// The name of a step or layer. It becomes the name of files, read and written: one that a customer's archive
+// brings must not lead out of their folders.
+std::string entityName(const StructuredText &text, const StructuredBlock &block)
+{
+    const StructuredField *field = block.find("NAME");
+    if (!field)
+        return {};
+    if (!isPlainName(field->value))
+        throw FormatError(text.file, field->line,
+                          "a name without separators for NAME, found \"" + field->value + "\"");
+    return field->value;
+}
+
 MatrixLayer toLayer(const StructuredText &text, const StructuredBlock &block)
 {
     MatrixLayer layer;
     layer.row = text.integer(block, "ROW", 0);
     layer.context = upperCase(block.value("CONTEXT"));
     layer.type = upperCase(block.value("TYPE"));
-    layer.name = block.value("NAME");
+    layer.name = entityName(text, block);
     layer.polarity = upperCase(block.value("POLARITY", "POSITIVE"));
     layer.oldName = block.value("OLD_NAME");
     layer.startName = block.value("START_NAME");
@@ -51,10 +65,11 @@ Matrix parseMatrix(std::string_view text, const std::string &file)
     std::vector<std::pair<int, std::string>> steps;
     Matrix matrix;
     for (const StructuredBlock &block : parsed.blocks) {
-        if (block.value("NAME").empty())
+        const std::string name = entityName(parsed, block);
+        if (name.empty())
             continue;
         if (block.name == "STEP")
-            steps.emplace_back(parsed.integer(block, "COL", 0), block.value("NAME"));
+            steps.emplace_back(parsed.integer(block, "COL", 0), name);
         else if (block.name == "LAYER")
             matrix.layers.push_back(toLayer(parsed, block));
     }

@@ -37,6 +37,23 @@ private slots:
         QVERIFY(layer.isCopper());
     }
 
+    void namesThatLeadElsewhereAreRefused_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        for (const char *name : {"../../home/x", "..", "/etc/x", "..\\x", "C:x", "a:stream", "a\x01"})
+            QTest::newRow(name) << QByteArray(name);
+    }
+    void namesThatLeadElsewhereAreRefused()
+    {
+        QFETCH(QByteArray, name);
+        for (const char *block : {"LAYER", "STEP"}) {
+            const std::string text = block + std::string(" {\nNAME=") + name.toStdString() + "\n}\n";
+            const QString expected =
+                "m:2: expected a name without separators for NAME, found \"" + QString::fromUtf8(name) + "\"";
+            QCOMPARE(messageOf([&] { parseMatrix(text, "m"); }), expected);
+        }
+    }
+
     void rowsAndColumnsGiveTheOrder()
     {
         const Matrix matrix = parseMatrix("LAYER {\nROW=10\nNAME=B\n}\nLAYER {\nROW=2\nNAME=A\n}\n"

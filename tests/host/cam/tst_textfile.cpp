@@ -245,6 +245,8 @@ private slots:
         const auto found = findEntry(folderPath(folder), "b");
         QVERIFY(found && found->filename() == "b");
         QVERIFY(!findEntry(folderPath(folder), "c"));
+        QVERIFY(!findEntry(folderPath(folder), ".."));
+        QVERIFY(!findEntry(folderPath(folder) / "b", "../b"));
     }
 };
 

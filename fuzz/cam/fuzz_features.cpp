@@ -2,6 +2,7 @@
 // exception and in nothing else.
 #include "host/cam/error.h"
 #include "host/cam/geometry/drawing.h"
+#include "host/cam/geometry/surfacepolygons.h"
 #include "host/cam/odb/featuresfile.h"
 
 #include <cstddef>

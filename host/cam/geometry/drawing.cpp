@@ -1,6 +1,8 @@
 #include "host/cam/geometry/drawing.h"
 
+#include "host/cam/geometry/clipping.h"
 #include "host/cam/geometry/flatten.h"
+#include "host/cam/geometry/surfacepolygons.h"
 
 #include <algorithm>
 #include <cmath>

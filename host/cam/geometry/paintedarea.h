@@ -53,22 +53,4 @@ private:
     std::vector<Item> m_items; // in painting order
 };
 
-// The union of rings where their winding numbers sum up to more than 0: islands counter-clockwise, holes
-// clockwise, none of them touching itself.
-std::vector<GridRing> cleaned(const std::vector<GridRing> &rings);
-
-// Every edge moved outwards by `distance` grid units (inwards when negative); corners stay sharp up to twice
-// the distance, beyond that they are cut off. Takes and returns rings as cleaned() does.
-std::vector<GridRing> grown(const std::vector<GridRing> &rings, double distance);
-
-// The area inside of rings that need not be clean (see PaintSource::rings), as polygons without holes, of at
-// most `mostCorners`. `report` as with PaintedArea::resolve().
-void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
-              const std::function<void(const GridRing &)> &polygon,
-              const std::function<void(double)> &report);
-
-// Polygons without holes, of at most `mostCorners`, that cover what the (clean) rings cover.
-void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,
-                const std::function<void(const GridRing &)> &polygon);
-
 } // namespace cam

@@ -1,6 +1,9 @@
 // Booleans: dark and clear paint, pieces, holes, growth.
+#include "host/cam/geometry/clipping.h"
 #include "host/cam/geometry/cutting.h"
+#include "host/cam/geometry/neighbourhood.h"
 #include "host/cam/geometry/paintedarea.h"
+#include "host/cam/geometry/surfacepolygons.h"
 #include "host/cam/geometry/trigonometry.h"
 
 #include <QElapsedTimer>
@@ -302,6 +305,32 @@ private slots:
         const double many = seconds(190);
         QVERIFY(few > 0.0 && many > 0.0);
         QVERIFY2(many < few * 10.0 * 4.0, qPrintable(QString("%1 s and %2 s").arg(few).arg(many)));
+    }
+
+    void neighbourhoodMissesNothing()
+    {
+        std::vector<GridBox> boxes;
+        for (std::int64_t i = 0; i < 300; ++i) {
+            GridBox one;
+            one.add(GridPoint{i * 7919 % 100'003, i * 104'729 % 99'991});
+            one.add(GridPoint{one.low.x + i % 700, one.low.y + i * 3 % 500});
+            boxes.push_back(one);
+        }
+        const Neighbourhood neighbourhood(boxes);
+        int far = 0;
+        for (std::int64_t i = 0; i < 5000; ++i) {
+            GridBox asked;
+            asked.add(GridPoint{i * 15'485 % 120'000 - 10'000, i * 32'452 % 120'000 - 10'000});
+            asked.add(GridPoint{asked.low.x + i % 90, asked.low.y + i % 70});
+            const bool touches = std::any_of(boxes.begin(), boxes.end(),
+                                             [&](const GridBox &box) { return box.touches(asked); });
+            if (!neighbourhood.mayTouch(asked)) {
+                ++far;
+                QVERIFY(!touches);
+            }
+        }
+        QVERIFY(far > 3000); // and most of what is far away is known to be
+        QVERIFY(!Neighbourhood({}).mayTouch(boxes[0]));
     }
 
     // A cancel comes as anything thrown by the report.

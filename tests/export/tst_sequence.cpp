@@ -58,6 +58,7 @@ public:
         ++m_depth;
         randomStep();
         QApplication::processEvents();
+        QApplication::sendPostedEvents(); // first come, first served: what is queued may still name what goes
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         --m_depth;
     }

@@ -135,6 +135,8 @@ void GerberStream::beginRegion()
 {
     m_file.write("G36*\n");
     m_isPlaced = false; // every contour of a region starts with a move
+    m_interpolation =
+        Interpolation::Unknown; // gerbv takes a region's first arc for a line when it is not told again
 }
 
 void GerberStream::endRegion()

@@ -125,6 +125,7 @@ private slots:
     void negativeFeatureIsPaintedClear();
     void clearPadWithCutOutsIsARegion();
     void surfaceIsARegionWithItsArcs();
+    void everyRegionSaysHowItStarts();
     void holeOfASurfaceIsReachedByASlit();
     void islandInAHoleIsARegionOfItsOwn();
     void holesThatOverlapAreUnited();
@@ -361,6 +362,20 @@ void GerberWriterTest::surfaceIsARegionWithItsArcs()
     QCOMPARE(
         WrittenFile(image).body(),
         QString("%LPD*% G36* X0Y0D02* G01* X1000000D01* G03* X0Y1000000I-1000000J0D01* G01* Y0D01* G37*"));
+}
+
+void GerberWriterTest::everyRegionSaysHowItStarts()
+{
+    LayerImage image = emptyLayer();
+    FeatureSet &set = image.steps[0].features;
+    for (const double x : {0.0, 1000.0}) {
+        const std::size_t first = set.contours.size();
+        set.contours.addCircle(at(x, 0), 100 * testing::micrometre, false);
+        addSurface(set, first);
+    }
+    // The mode would still hold; gerbv forgets it at the region's start.
+    QCOMPARE(WrittenFile(image).body(), QString("%LPD*% G36* X100000Y0D02* G03* Y0I-100000J0D01* G37* "
+                                                "G36* X1100000Y0D02* G03* Y0I-100000J0D01* G37*"));
 }
 
 void GerberWriterTest::holeOfASurfaceIsReachedByASlit()

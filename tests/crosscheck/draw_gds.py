@@ -17,6 +17,8 @@ def show(file, offset):
     top = layout.top_cell()
     moved = layout.create_cell("MOVED")
     moved.insert(pya.DCellInstArray(top.cell_index(), pya.DTrans(pya.DVector(offset, offset))))
+    # KLayout rounds the places of cells to whole pixels before it draws what is in them.
+    layout.flatten(moved.cell_index(), -1, True)
     view.active_cellview().cell = moved
     view.max_hier()
     view.clear_layers()

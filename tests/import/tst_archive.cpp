@@ -61,9 +61,18 @@ private slots:
     void backslashesAreUnderstood();
 
 private:
-    QString path(const QString &name) const { return m_folder->filePath(name); }
-    QString out() const { return m_folder->filePath("out"); }
-    std::wstring outText() const { return (out() + "/").toStdWString(); }
+    QString path(const QString &name) const
+    {
+        return m_folder->filePath(name);
+    }
+    QString out() const
+    {
+        return m_folder->filePath("out");
+    }
+    std::wstring outText() const
+    {
+        return (out() + "/").toStdWString();
+    }
 
     void extract(const BitInFormat &format, const QString &file)
     {
@@ -88,7 +97,10 @@ private:
         }
         return {};
     }
-    QMap<QString, QByteArray> tree() const { return treeOf(out()); }
+    QMap<QString, QByteArray> tree() const
+    {
+        return treeOf(out());
+    }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<Bit7zLibrary> m_library;

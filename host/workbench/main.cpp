@@ -37,6 +37,14 @@ bool hasArgument(int argc, char **argv, const char *wanted)
     return false;
 }
 
+// Where no windows are drawn, Qt on Windows knows the fonts of one folder only, and its own has none.
+void useWindowsFonts()
+{
+    const QByteArray windows = qgetenv("WINDIR");
+    if (!windows.isEmpty() && qEnvironmentVariableIsEmpty("QT_QPA_FONTDIR"))
+        qputenv("QT_QPA_FONTDIR", windows + "/Fonts");
+}
+
 // Nobody looks at the windows of a batch run, and nobody's mouse should get into its way.
 void drawOffscreen(const char *program)
 {
@@ -46,6 +54,7 @@ void drawOffscreen(const char *program)
     for (const QString &folder : {QLibraryInfo::location(QLibraryInfo::PluginsPath), here}) {
         if (!QDir(folder + "/platforms").entryList({"*qoffscreen*"}).isEmpty()) {
             qputenv("QT_QPA_PLATFORM", "offscreen");
+            useWindowsFonts();
             return;
         }
     }

@@ -10,7 +10,7 @@ declare -A packages=(
     [test]="p7zip-full fonts-dejavu-core"
     [check]="clang-format"
     [crosscheck]="gerbv klayout"
-    [bench]="gerbv klayout"
+    [bench]="gerbv klayout libarchive-tools"
     [fuzz]="clang libclang-rt-dev"
     [windows]="g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
                wine wine64 xvfb xauth zip unzip fonts-dejavu-core"

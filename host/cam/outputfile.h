@@ -31,6 +31,16 @@ public:
         std::copy(bytes, bytes + count, m_buffer.data() + m_used);
         m_used += count;
     }
+    // Room for `count` bytes at the end of the file, at most `mostRoom`, for the caller to fill before the
+    // next call.
+    static constexpr std::size_t mostRoom = 64 * 1024;
+    char *room(std::size_t count)
+    {
+        if (count > m_buffer.size() - m_used)
+            flush();
+        m_used += count;
+        return m_buffer.data() + m_used - count;
+    }
     void write(std::string_view text) { write(text.data(), text.size()); }
 
     // Writes what is left, closes the file and renames it to its final name. Throws Error when the file could

@@ -76,7 +76,7 @@ private:
 
     std::uint32_t variantNumber(std::uint32_t step, const Transform &map);
     std::string uniqueName(const std::string &wanted);
-    void boundary(const GridRing &ring) { m_records.boundary(ring, m_layer, geometryType); }
+    void boundary(const GridRing &ring);
 
     // `more` work has been done; reports after a hundredth of a percent, and at least every thousand
     // features.
@@ -176,6 +176,17 @@ void Writer::advance(double more)
         return;
     m_workReported = m_workDone;
     report(0.0);
+}
+
+// Strokes along arcs of some metres have more corners than a boundary may have.
+void Writer::boundary(const GridRing &ring)
+{
+    if (ring.size() <= mostCorners)
+        return m_records.boundary(ring, m_layer, geometryType);
+    emitArea(
+        {ring}, mostCorners,
+        [this](const GridRing &part) { m_records.boundary(part, m_layer, geometryType); },
+        [this](double) { report(0.0); });
 }
 
 std::string Writer::uniqueName(const std::string &wanted)

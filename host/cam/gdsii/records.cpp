@@ -8,13 +8,37 @@ namespace cam::gdsii {
 
 namespace {
 
-// Most significant byte first.
-void put32(std::uint32_t value, char *bytes)
+// Most significant byte first; return what follows.
+char *put16(std::uint32_t value, char *bytes)
+{
+    bytes[0] = static_cast<char>((value >> 8) & 0xFF);
+    bytes[1] = static_cast<char>(value & 0xFF);
+    return bytes + 2;
+}
+
+char *put32(std::uint32_t value, char *bytes)
 {
     bytes[0] = static_cast<char>(value >> 24);
     bytes[1] = static_cast<char>((value >> 16) & 0xFF);
     bytes[2] = static_cast<char>((value >> 8) & 0xFF);
     bytes[3] = static_cast<char>(value & 0xFF);
+    return bytes + 4;
+}
+
+char *putHead(Record record, std::size_t dataSize, char *bytes)
+{
+    bytes = put16(static_cast<std::uint32_t>(dataSize + 4), bytes);
+    return put16(static_cast<std::uint32_t>(record), bytes);
+}
+
+// Throws Error when a coordinate does not fit.
+char *putPoint(GridPoint p, char *bytes)
+{
+    const auto x = static_cast<std::int32_t>(p.x), y = static_cast<std::int32_t>(p.y);
+    if (x != p.x || y != p.y)
+        throw Error("A coordinate of " + std::to_string(x != p.x ? p.x : p.y) +
+                    " database units does not fit into a GDSII file: expected a larger database unit");
+    return put32(static_cast<std::uint32_t>(y), put32(static_cast<std::uint32_t>(x), bytes));
 }
 
 } // namespace
@@ -52,18 +76,25 @@ void RecordWriter::endStructure()
     flush();
 }
 
+// Nearly all of a file are boundaries: they are made where the file's buffer is.
 void RecordWriter::boundary(const GridRing &corners, int layer, int datatype)
 {
-    start(Record::BOUNDARY, 0);
-    start(Record::LAYER, 2);
-    add16(layer);
-    start(Record::DATATYPE, 2);
-    add16(datatype);
-    start(Record::XY, (corners.size() + 1) * 8);
-    addPoints(corners.data(), corners.size());
-    addPoint(corners.front());
-    start(Record::ENDEL, 0);
-    flush();
+    if (corners.size() > mostCorners)
+        throw Error("A polygon of " + std::to_string(corners.size()) +
+                    " corners does not fit into a GDSII file: expected at most " +
+                    std::to_string(mostCorners));
+    const std::size_t pointBytes = (corners.size() + 1) * 8;
+    constexpr std::size_t otherBytes = 4 + 6 + 6 + 4 + 4;
+    static_assert((mostCorners + 1) * 8 + otherBytes <= OutputFile::mostRoom);
+    char *at = m_file.room(otherBytes + pointBytes);
+    at = putHead(Record::BOUNDARY, 0, at);
+    at = put16(static_cast<std::uint32_t>(layer), putHead(Record::LAYER, 2, at));
+    at = put16(static_cast<std::uint32_t>(datatype), putHead(Record::DATATYPE, 2, at));
+    at = putHead(Record::XY, pointBytes, at);
+    for (const GridPoint corner : corners)
+        at = putPoint(corner, at);
+    at = putPoint(corners.front(), at);
+    putHead(Record::ENDEL, 0, at);
 }
 
 void RecordWriter::reference(std::string_view structure, GridPoint at)
@@ -94,40 +125,30 @@ void RecordWriter::array(std::string_view structure, GridPoint at, int columns, 
 
 void RecordWriter::start(Record record, std::size_t dataSize)
 {
-    add16(static_cast<std::int64_t>(dataSize + 4));
-    add16(static_cast<std::int64_t>(record));
+    char bytes[4];
+    putHead(record, dataSize, bytes);
+    m_bytes.insert(m_bytes.end(), bytes, bytes + sizeof bytes);
 }
 
 void RecordWriter::add16(std::int64_t value)
 {
-    m_bytes.push_back(static_cast<char>((value >> 8) & 0xFF));
-    m_bytes.push_back(static_cast<char>(value & 0xFF));
+    char bytes[2];
+    put16(static_cast<std::uint32_t>(value), bytes);
+    m_bytes.insert(m_bytes.end(), bytes, bytes + sizeof bytes);
 }
 
 void RecordWriter::add32(std::int64_t value)
 {
     char bytes[4];
     put32(static_cast<std::uint32_t>(value), bytes);
-    m_bytes.insert(m_bytes.end(), bytes, bytes + 4);
+    m_bytes.insert(m_bytes.end(), bytes, bytes + sizeof bytes);
 }
 
 void RecordWriter::addPoint(GridPoint p)
 {
-    addPoints(&p, 1);
-}
-
-void RecordWriter::addPoints(const GridPoint *points, std::size_t count)
-{
-    std::size_t at = m_bytes.size();
-    m_bytes.resize(at + count * 8);
-    for (std::size_t i = 0; i < count; ++i, at += 8) {
-        const auto x = static_cast<std::int32_t>(points[i].x), y = static_cast<std::int32_t>(points[i].y);
-        if (x != points[i].x || y != points[i].y)
-            throw Error("A coordinate of " + std::to_string(x != points[i].x ? points[i].x : points[i].y) +
-                        " database units does not fit into a GDSII file: expected a larger database unit");
-        put32(static_cast<std::uint32_t>(x), &m_bytes[at]);
-        put32(static_cast<std::uint32_t>(y), &m_bytes[at + 4]);
-    }
+    char bytes[8];
+    putPoint(p, bytes);
+    m_bytes.insert(m_bytes.end(), bytes, bytes + sizeof bytes);
 }
 
 void RecordWriter::addReal(double value)

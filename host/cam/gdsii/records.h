@@ -54,7 +54,7 @@ public:
     void beginStructure(std::string_view name, const Date &date);
     void endStructure();
 
-    // Throws Error when a corner lies beyond the 32 bits of a coordinate.
+    // At most `mostCorners`. Throws Error when a corner lies beyond the 32 bits of a coordinate.
     void boundary(const GridRing &corners, int layer, int datatype);
     void reference(std::string_view structure, GridPoint at);
     // `columns` times `rows` copies, `columnStep` and `rowStep` apart; at most 32767 each way.
@@ -67,7 +67,6 @@ private:
     void add32(std::int64_t value);
     void addReal(double value);
     void addPoint(GridPoint p);
-    void addPoints(const GridPoint *points, std::size_t count);
     void addText(Record record, std::string_view text);
     void addDates(Record record, const Date &date);
     void flush();

@@ -9,23 +9,17 @@ namespace cam {
 
 namespace {
 
-// Where a ring crosses the line.
+// Where a ring crosses the line, and the chain of the ring's corners that follows there: those up to the next
+// crossing.
 struct Crossing
 {
     double along = 0.0;      // position on the line
     bool isOutwards = false; // from low to high
     GridPoint corner;
     std::size_t partner = 0; // the crossing at the other end of the area's stretch on the line
-    std::size_t chain = 0;   // the chain that starts here
-};
-
-// Corners of one side from one crossing of a ring to the next, without them.
-struct Chain
-{
-    bool isLow = false;
-    std::size_t start = 0; // crossings
-    std::size_t end = 0;
-    GridRing corners;
+    const GridRing *ring = nullptr;
+    std::size_t edge = 0; // of the ring: the chain starts behind the edge's first corner
+    std::size_t next = 0; // the crossing at the chain's end
 };
 
 class Cutter
@@ -33,6 +27,7 @@ class Cutter
 public:
     Cutter(bool alongX, std::int64_t at) : m_alongX(alongX), m_at(at) {}
 
+    // `ring` must cross the line, and stay where it is.
     void addRing(const GridRing &ring);
     bool pairCrossings();
     void join(std::vector<BoxedRing> &low, std::vector<BoxedRing> &high) const;
@@ -40,11 +35,11 @@ public:
 private:
     bool isLow(GridPoint p) const { return (m_alongX ? p.x : p.y) <= m_at; }
     Crossing crossing(GridPoint a, GridPoint b) const;
+    GridRing joinFrom(std::size_t first, std::vector<bool> &isUsed) const;
 
     bool m_alongX;
     std::int64_t m_at;
     std::vector<Crossing> m_crossings;
-    std::vector<Chain> m_chains;
 };
 
 Crossing Cutter::crossing(GridPoint a, GridPoint b) const
@@ -64,27 +59,20 @@ Crossing Cutter::crossing(GridPoint a, GridPoint b) const
 
 void Cutter::addRing(const GridRing &ring)
 {
-    const std::size_t firstCrossing = m_crossings.size();
-    const std::size_t firstChain = m_chains.size();
-    GridRing beforeFirst; // corners up to the first crossing: they end the last chain
+    const std::size_t first = m_crossings.size();
+    bool isFromLow = isLow(ring[0]);
     for (std::size_t i = 0; i < ring.size(); ++i) {
-        const GridPoint a = ring[i];
-        const GridPoint b = ring[i + 1 < ring.size() ? i + 1 : 0];
-        (m_chains.size() == firstChain ? beforeFirst : m_chains.back().corners).push_back(a);
-        if (isLow(a) == isLow(b))
+        const GridPoint to = ring[i + 1 < ring.size() ? i + 1 : 0];
+        const bool isToLow = isLow(to);
+        if (isFromLow == isToLow)
             continue;
-        const std::size_t here = m_crossings.size();
-        if (m_chains.size() > firstChain)
-            m_chains.back().end = here;
-        m_crossings.push_back(crossing(a, b));
-        m_crossings.back().chain = m_chains.size();
-        m_chains.emplace_back();
-        m_chains.back().isLow = isLow(b);
-        m_chains.back().start = here;
+        isFromLow = isToLow;
+        m_crossings.push_back(crossing(ring[i], to));
+        m_crossings.back().ring = &ring;
+        m_crossings.back().edge = i;
+        m_crossings.back().next = m_crossings.size();
     }
-    Chain &last = m_chains.back();
-    last.end = firstCrossing;
-    last.corners.insert(last.corners.end(), beforeFirst.begin(), beforeFirst.end());
+    m_crossings.back().next = first;
 }
 
 // Along the line the area's stretches begin and end by turns. A stretch begins where a ring leaves the low
@@ -117,31 +105,56 @@ bool Cutter::pairCrossings()
     return order.size() % 2 == 0;
 }
 
+void put(GridRing &ring, GridPoint p)
+{
+    if (ring.empty() || ring.back() != p)
+        ring.push_back(p);
+}
+
+// Corners first ... last - 1 of `source`, which has no equal neighbours.
+void putCorners(GridRing &ring, const GridRing &source, std::size_t first, std::size_t last)
+{
+    if (first < last && ring.back() == source[first])
+        ++first;
+    if (first < last)
+        ring.insert(ring.end(), source.data() + first, source.data() + last);
+}
+
+// Along the chain that starts at `first`, back along the line, along the chain there, until it closes.
+GridRing Cutter::joinFrom(std::size_t first, std::vector<bool> &isUsed) const
+{
+    GridRing ring;
+    std::size_t at = first;
+    do {
+        const Crossing &from = m_crossings[at];
+        const Crossing &to = m_crossings[from.next];
+        const GridRing &source = *from.ring;
+        isUsed[at] = true;
+        put(ring, from.corner);
+        if (to.edge > from.edge) {
+            putCorners(ring, source, from.edge + 1, to.edge + 1);
+        } else {
+            putCorners(ring, source, from.edge + 1, source.size());
+            putCorners(ring, source, 0, to.edge + 1);
+        }
+        put(ring, to.corner);
+        at = to.partner;
+    } while (at != first);
+    while (ring.size() > 1 && ring.back() == ring.front())
+        ring.pop_back();
+    ring.shrink_to_fit();
+    return ring;
+}
+
 void Cutter::join(std::vector<BoxedRing> &low, std::vector<BoxedRing> &high) const
 {
-    std::vector<bool> isUsed(m_chains.size());
-    for (std::size_t first = 0; first < m_chains.size(); ++first) {
+    std::vector<bool> isUsed(m_crossings.size());
+    for (std::size_t first = 0; first < m_crossings.size(); ++first) {
         if (isUsed[first])
             continue;
-        GridRing ring;
-        const auto put = [&ring](GridPoint p) {
-            if (ring.empty() || ring.back() != p)
-                ring.push_back(p);
-        };
-        std::size_t at = first;
-        do {
-            const Chain &chain = m_chains[at];
-            isUsed[at] = true;
-            put(m_crossings[chain.start].corner);
-            for (const GridPoint p : chain.corners)
-                put(p);
-            put(m_crossings[chain.end].corner);
-            at = m_crossings[m_crossings[chain.end].partner].chain;
-        } while (at != first);
-        while (ring.size() > 1 && ring.back() == ring.front())
-            ring.pop_back();
+        GridRing ring = joinFrom(first, isUsed);
         if (ring.size() >= 3)
-            (m_chains[first].isLow ? low : high).push_back(boxed(std::move(ring)));
+            (m_crossings[first].isOutwards ? high : low).push_back(boxed(std::move(ring)));
     }
 }
 
@@ -155,7 +168,7 @@ BoxedRing boxed(GridRing &&ring)
     return result;
 }
 
-bool cutApart(const std::vector<BoxedRing> &rings, bool alongX, std::int64_t at, std::vector<BoxedRing> &low,
+bool cutApart(std::vector<BoxedRing> &rings, bool alongX, std::int64_t at, std::vector<BoxedRing> &low,
               std::vector<BoxedRing> &high)
 {
     Cutter cutter(alongX, at);
@@ -169,13 +182,14 @@ bool cutApart(const std::vector<BoxedRing> &rings, bool alongX, std::int64_t at,
     }
     if (!cutter.pairCrossings())
         return false;
-    for (const BoxedRing &ring : rings) {
+    for (BoxedRing &ring : rings) {
         if (highEnd(ring) <= at)
-            low.push_back(ring);
+            low.push_back(std::move(ring));
         else if (lowEnd(ring) > at)
-            high.push_back(ring);
+            high.push_back(std::move(ring));
     }
     cutter.join(low, high);
+    rings.clear();
     return true;
 }
 

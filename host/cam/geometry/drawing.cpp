@@ -21,13 +21,6 @@ double toleranceUnder(const Transform &map)
     return stretch > 0.0 ? arcTolerance / stretch : arcTolerance;
 }
 
-void mapAndRound(std::vector<Point> &corners, const Transform &map, const Grid &grid, GridRing &ring)
-{
-    for (Point &corner : corners)
-        corner = map(corner);
-    grid.round(corners.data(), corners.size(), ring);
-}
-
 // contourRings() with every edge moved outwards by half of `growth`.
 void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t count, double growth,
                        const Transform &map, const Grid &grid, std::vector<GridRing> &rings)
@@ -40,7 +33,7 @@ void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t c
         corners.clear();
         flatten(contour, toleranceUnder(map), corners);
         GridRing ring;
-        fine.round(corners.data(), corners.size(), ring);
+        fine.round(corners.data(), corners.size(), Transform(), ring);
         if (ring.size() < 3)
             continue;
         contour.isHole ? makeClockwise(ring) : makeCounterClockwise(ring);
@@ -52,7 +45,7 @@ void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t c
         for (const GridPoint p : ring)
             corners.push_back(Point{static_cast<double>(p.x), static_cast<double>(p.y)} * fine.unit());
         GridRing mapped;
-        mapAndRound(corners, map, grid, mapped);
+        grid.round(corners.data(), corners.size(), map, mapped);
         if (mapped.size() < 3)
             continue;
         isHole ? makeClockwise(mapped) : makeCounterClockwise(mapped);
@@ -65,17 +58,19 @@ void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t c
 void contourRings(const ContourPool &pool, std::size_t first, std::size_t count, const Transform &map,
                   const Grid &grid, std::vector<GridRing> &rings)
 {
+    const double tolerance = toleranceUnder(map);
     std::vector<Point> corners;
-    GridRing ring;
+    rings.reserve(rings.size() + count);
     for (std::size_t i = first; i < first + count; ++i) {
         const ContourView contour = pool[i];
         corners.clear();
-        flatten(contour, toleranceUnder(map), corners);
-        mapAndRound(corners, map, grid, ring);
+        flatten(contour, tolerance, corners);
+        GridRing ring;
+        grid.round(corners.data(), corners.size(), map, ring);
         if (ring.size() < 3)
             continue;
         contour.isHole ? makeClockwise(ring) : makeCounterClockwise(ring);
-        rings.push_back(ring);
+        rings.push_back(std::move(ring));
     }
 }
 
@@ -197,16 +192,11 @@ void FeatureDrawing::stroke(const Feature &feature, const std::function<void(con
         }
         void polygon(const Point *corners, std::size_t count) override
         {
-            std::vector<Point> &mapped = m_drawing.m_corners;
-            mapped.resize(count);
-            const Transform &map = m_drawing.m_map;
-            for (std::size_t i = 0; i < count; ++i)
-                mapped[i] = map(corners[i]);
             GridRing &ring = m_drawing.m_ring;
-            m_drawing.m_symbols.grid().round(mapped.data(), count, ring);
+            m_drawing.m_symbols.grid().round(corners, count, m_drawing.m_map, ring);
             if (ring.size() < 3)
                 return;
-            if (map.turnsOver())
+            if (m_drawing.m_map.turnsOver())
                 std::reverse(ring.begin(), ring.end());
             m_polygon(ring);
         }

@@ -125,8 +125,7 @@ private:
     std::vector<std::unique_ptr<Pen>> m_pens[2]; // by polarity, then symbol
     std::vector<double> m_reaches[2]; // by the sign of the growth, then symbol; -1 when not known yet
     std::unordered_map<PadKey, std::uint32_t, PadKeyHash> m_padSymbols;
-    std::vector<Point> m_corners; // scratch
-    GridRing m_ring;              // scratch
+    GridRing m_ring; // scratch
 };
 
 } // namespace cam

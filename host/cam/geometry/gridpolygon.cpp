@@ -5,12 +5,6 @@
 
 namespace cam {
 
-void GridBox::add(GridPoint p)
-{
-    low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-    high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-}
-
 void GridBox::add(const GridBox &other)
 {
     if (other.isEmpty())
@@ -25,18 +19,19 @@ void GridBox::add(const GridRing &ring)
         add(p);
 }
 
-void Grid::round(const Point *corners, std::size_t count, GridRing &ring) const
+void Grid::round(const Point *corners, std::size_t count, const Transform &map, GridRing &ring) const
 {
     ring.resize(count);
-    std::size_t used = 0;
+    GridPoint *const first = ring.data();
+    GridPoint *end = first;
     for (std::size_t i = 0; i < count; ++i) {
-        const GridPoint p = round(corners[i]);
-        if (used == 0 || ring[used - 1] != p)
-            ring[used++] = p;
+        const GridPoint p = round(map(corners[i]));
+        if (end == first || end[-1] != p)
+            *end++ = p;
     }
-    while (used > 1 && ring[used - 1] == ring[0])
-        --used;
-    ring.resize(used);
+    while (end - first > 1 && end[-1] == *first)
+        --end;
+    ring.resize(static_cast<std::size_t>(end - first));
 }
 
 double doubledArea(const GridRing &ring)

@@ -4,6 +4,8 @@
 
 #include "host/cam/geometry/point.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -38,7 +40,11 @@ struct GridBox
     GridPoint high{INT64_MIN, INT64_MIN};
 
     bool isEmpty() const { return low.x > high.x; }
-    void add(GridPoint p);
+    void add(GridPoint p)
+    {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
     void add(const GridBox &other);
     void add(const GridRing &ring);
     bool touches(const GridBox &other) const
@@ -61,8 +67,8 @@ public:
     explicit Grid(double unit) : m_perNanometre(1.0 / unit), m_unit(unit) {}
     double unit() const { return m_unit; }
     GridPoint round(Point p) const { return {roundOne(p.x), roundOne(p.y)}; }
-    // The corners rounded, neighbours that have become equal left out.
-    void round(const Point *corners, std::size_t count, GridRing &ring) const;
+    // The corners mapped and rounded, neighbours that have become equal left out.
+    void round(const Point *corners, std::size_t count, const Transform &map, GridRing &ring) const;
 
 private:
     // Sums and differences of such coordinates still fit; no file format takes them.
@@ -73,9 +79,9 @@ private:
         // Written out: a call of the C library for each coordinate would cost as much as everything else
         // here. Products such as 25400000 * 0.001 carry an error far below a millionth of a unit.
         const double scaled = nanometres * m_perNanometre;
-        if (!(scaled < farthest && scaled > -farthest))
+        if (!(std::fabs(scaled) < farthest))
             return static_cast<std::int64_t>(scaled < 0.0 ? -farthest : farthest);
-        return static_cast<std::int64_t>(scaled < 0.0 ? scaled - 0.5 : scaled + 0.5);
+        return static_cast<std::int64_t>(scaled + std::copysign(0.5, scaled));
     }
 
     double m_perNanometre;

@@ -86,13 +86,17 @@ std::size_t cornersOf(const std::vector<BoxedRing> &rings)
     return sum;
 }
 
-// A position with half of the corners on each side.
+// A position with about half of the corners on each side: the middle one of every few corners.
 std::int64_t middleCorner(const std::vector<BoxedRing> &rings, bool alongX)
 {
+    constexpr std::size_t positionsWanted = 1024;
+    const std::size_t step = 1 + cornersOf(rings) / positionsWanted;
     std::vector<std::int64_t> positions;
+    std::size_t next = 0; // counted from the ring's first corner
     for (const BoxedRing &ring : rings) {
-        for (const GridPoint p : ring.ring)
-            positions.push_back(alongX ? p.x : p.y);
+        for (; next < ring.ring.size(); next += step)
+            positions.push_back(alongX ? ring.ring[next].x : ring.ring[next].y);
+        next -= ring.ring.size();
     }
     const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
     std::nth_element(positions.begin(), middle, positions.end());

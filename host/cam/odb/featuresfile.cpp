@@ -57,7 +57,7 @@ public:
         setUnit(unit);
     }
 
-    FeaturesFile read(std::string_view text);
+    FeaturesFile read(LineReader &lines);
 
 private:
     void readLine(const TextLine &line);
@@ -102,15 +102,14 @@ void Reader::setUnit(LengthUnit unit)
         entry.unit = m_symbolUnit;
 }
 
-FeaturesFile Reader::read(std::string_view text)
+FeaturesFile Reader::read(LineReader &lines)
 {
     constexpr std::size_t linesPerReport = 4096;
-    LineReader lines(text);
     TextLine line;
     while (lines.next(line)) {
         readLine(line);
         if (line.number % linesPerReport == 0 && m_context.report)
-            m_context.report(static_cast<double>(lines.position()) / static_cast<double>(text.size()));
+            m_context.report(lines.share());
     }
     if (m_isInSurface)
         throw FormatError(m_file, line.number, "SE, the end of the last surface, before the end of the file");
@@ -460,10 +459,17 @@ void Reader::readSurfaceLine(const TextLine &line)
 
 } // namespace
 
+FeaturesFile readFeatures(LineReader &lines, const std::string &file, const FeaturesContext &context,
+                          LengthUnit defaultUnit)
+{
+    return Reader(file, context, defaultUnit).read(lines);
+}
+
 FeaturesFile readFeatures(std::string_view text, const std::string &file, const FeaturesContext &context,
                           LengthUnit defaultUnit)
 {
-    return Reader(file, context, defaultUnit).read(text);
+    LineReader lines(text);
+    return readFeatures(lines, file, context, defaultUnit);
 }
 
 ContourPool readContours(std::string_view text, const std::string &file, LengthUnit defaultUnit)

@@ -4,6 +4,7 @@
 #include "host/cam/geometry/featureset.h"
 #include "host/cam/geometry/shape.h"
 #include "host/cam/odb/font.h"
+#include "host/cam/odb/textfile.h"
 
 #include <functional>
 #include <map>
@@ -37,6 +38,8 @@ struct FeaturesFile
 // `file` is for messages. `defaultUnit` holds where the file states none. Throws FormatError for a record
 // that cannot be read, and passes on what the context throws, but for SymbolError, which is counted in
 // `unsupported`.
+FeaturesFile readFeatures(LineReader &lines, const std::string &file, const FeaturesContext &context,
+                          LengthUnit defaultUnit = LengthUnit::Inch);
 FeaturesFile readFeatures(std::string_view text, const std::string &file, const FeaturesContext &context,
                           LengthUnit defaultUnit = LengthUnit::Inch);
 

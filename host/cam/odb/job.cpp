@@ -141,8 +141,8 @@ FeatureSet LayerReader::readStepFeatures(const fs::path &stepFolder, bool isTop)
     }
     if (!TextFile::exists(*folder, "features")) // a component layer may have its components only
         return {};
-    const TextFile file(*folder, "features");
-    return takeFeatures(readFeatures(file.text(), file.name(), context()));
+    LineFile file(*folder, "features");
+    return takeFeatures(readFeatures(file.lines(), file.name(), context()));
 }
 
 // A standard name always means the standard symbol; the job's own symbols are looked for behind it.

@@ -4,6 +4,7 @@
 #include "host/cam/error.h"
 #include "host/cam/paths.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -30,17 +31,37 @@ std::optional<fs::path> findTextFile(const fs::path &folder, std::string_view na
     return std::nullopt;
 }
 
-std::string readWhole(const fs::path &path)
+fs::path textFilePath(const fs::path &folder, std::string_view name)
 {
-    std::filebuf file;
+    const auto path = findTextFile(folder, name);
+    if (!path)
+        throw Error((folder / fs::u8path(name.begin(), name.end())).u8string() + ": no such file");
+    return *path;
+}
+
+// Returns the file's size.
+std::size_t openFile(const fs::path &path, std::filebuf &file)
+{
     if (!file.open(path, std::ios::in | std::ios::binary))
         throw Error(path.u8string() + ": cannot be opened");
     const std::streamoff size = file.pubseekoff(0, std::ios::end);
     file.pubseekpos(0);
-    std::string bytes(size > 0 ? static_cast<std::size_t>(size) : 0, '\0');
-    const auto wanted = static_cast<std::streamsize>(bytes.size());
-    if (file.sgetn(bytes.data(), wanted) != wanted)
-        throw Error(path.u8string() + ": cannot be read to its end");
+    return size > 0 ? static_cast<std::size_t>(size) : 0;
+}
+
+// `name` is for messages.
+void readFile(std::filebuf &file, char *bytes, std::size_t count, const std::string &name)
+{
+    const auto wanted = static_cast<std::streamsize>(count);
+    if (file.sgetn(bytes, wanted) != wanted)
+        throw Error(name + ": cannot be read to its end");
+}
+
+std::string readWhole(const fs::path &path)
+{
+    std::filebuf file;
+    std::string bytes(openFile(path, file), '\0');
+    readFile(file, bytes.data(), bytes.size(), path.u8string());
     return bytes;
 }
 
@@ -54,30 +75,78 @@ bool startsWith(std::string_view bytes, unsigned char first, unsigned char secon
 
 bool LineReader::next(TextLine &line)
 {
-    if (m_position >= m_text.size())
+    std::size_t end = 0;
+    for (std::size_t searched = 0; (end = m_left.find('\n', searched)) == std::string_view::npos;) {
+        searched = m_left.size();
+        if (!readPiece())
+            break;
+    }
+    if (m_left.empty())
         return false;
-    const char *begin = m_text.data() + m_position;
-    const std::size_t left = m_text.size() - m_position;
-    const auto *end = static_cast<const char *>(std::memchr(begin, '\n', left));
-    std::size_t length = end ? static_cast<std::size_t>(end - begin) : left;
-    m_position += length + (end ? 1 : 0);
+    std::size_t length = std::min(end, m_left.size());
+    const std::size_t walked = std::min(length + 1, m_left.size());
+    const char *const begin = m_left.data();
+    m_left.remove_prefix(walked);
+    m_position += walked;
     if (length > 0 && begin[length - 1] == '\r')
         --length;
     line = {std::string_view(begin, length), ++m_number};
     return true;
 }
 
+// Puts another piece behind what is left of the one before. False at the end of the text.
+bool LineReader::readPiece()
+{
+    constexpr std::size_t pieceSize = 128 * 1024;
+    if (!m_nextPiece)
+        return false;
+    const std::size_t left = m_left.size();
+    if (left > 0 && m_left.data() != m_piece.data())
+        std::memmove(m_piece.data(), m_left.data(), left);
+    if (m_piece.size() < std::max(pieceSize, 2 * left))
+        m_piece.resize(std::max(pieceSize, 2 * left)); // at the start, and for a line longer than a piece
+    const std::size_t more = m_nextPiece(m_piece.data() + left, m_piece.size() - left);
+    m_left = std::string_view(m_piece.data(), left + more);
+    return more > 0;
+}
+
 TextFile::TextFile(const fs::path &folder, std::string_view name)
 {
-    const auto path = findTextFile(folder, name);
-    if (!path)
-        throw Error((folder / fs::u8path(name.begin(), name.end())).u8string() + ": no such file");
-    m_name = path->u8string();
-    m_text = readWhole(*path);
+    const fs::path path = textFilePath(folder, name);
+    m_name = path.u8string();
+    m_text = readWhole(path);
     if (startsWith(m_text, 0x1F, 0x8B))
         m_text = unpackGzip(m_text, m_name);
     else if (startsWith(m_text, 0x1F, 0x9D))
         m_text = unpackCompress(m_text, m_name);
+}
+
+LineFile::LineFile(const fs::path &folder, std::string_view name) : m_lines(open(folder, name)) {}
+
+LineReader LineFile::open(const fs::path &folder, std::string_view name)
+{
+    const fs::path path = textFilePath(folder, name);
+    m_name = path.u8string();
+    const std::size_t size = m_unread = openFile(path, m_file);
+    char first[2] = {};
+    const auto count = static_cast<std::size_t>(m_file.sgetn(first, 2));
+    m_file.pubseekpos(0);
+    const std::string_view start(first, count);
+    if (startsWith(start, 0x1F, 0x8B))
+        m_unpacked = unpackGzip(readWhole(path), m_name);
+    else if (startsWith(start, 0x1F, 0x9D))
+        m_unpacked = unpackCompress(readWhole(path), m_name);
+    else
+        return LineReader([this](char *bytes, std::size_t most) { return read(bytes, most); }, size);
+    return LineReader(m_unpacked);
+}
+
+std::size_t LineFile::read(char *bytes, std::size_t count)
+{
+    const std::size_t portion = std::min(count, m_unread);
+    readFile(m_file, bytes, portion, m_name);
+    m_unread -= portion;
+    return portion;
 }
 
 bool TextFile::exists(const fs::path &folder, std::string_view name)

@@ -294,6 +294,19 @@ private slots:
                  qPrintable(QString::number(areaOf(file), 'g', 12)));
     }
 
+    void hugeArcIsCutIntoLegalBoundaries()
+    {
+        JobFolder folder;
+        folder.features("$0 r1000\nA 1000 0 -1000 0 0 0 0 P 0 N\n");
+        const GdsFile file = exported(folder);
+        for (const QPolygon &polygon : file.flat())
+            QVERIFY(polygon.size() <= 4090);
+        // Half a ring of a metre, and a disc at both ends.
+        const double exact = pi * 1000.0 + 2.0 * pi * 0.25;
+        QVERIFY2(std::fabs(areaOf(file) / exact - 1.0) < 2e-4,
+                 qPrintable(QString::number(areaOf(file), 'g', 12)));
+    }
+
     void negativeFeaturesTakeFromWhatIsBefore()
     {
         JobFolder folder;

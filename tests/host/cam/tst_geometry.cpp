@@ -313,7 +313,7 @@ private slots:
         const Grid grid(1.0);
         const Point corners[] = {{0.5, -0.5}, {0.6, -0.6}, {10.0, 0.0}, {10.0, 10.4}, {0.7, -0.9}};
         GridRing ring;
-        grid.round(corners, 5, ring);
+        grid.round(corners, 5, Transform(), ring);
         const GridRing expected = {{1, -1}, {10, 0}, {10, 10}};
         QVERIFY(ring == expected);
     }

@@ -192,6 +192,47 @@ private slots:
         QVERIFY(!lines.next(line));
     }
 
+    void linesOfAFileReadInPiecesAreTheWholes_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("none") << QByteArray();
+        QTest::newRow("one") << QByteArray("x");
+        QTest::newRow("many") << QByteArray::fromStdString(numberedLines());
+        const QByteArray piece(128 * 1024 - 1, 'a'); // of the length that is read at once, with its line end
+        QTest::newRow("ends with a piece") << piece + '\n';
+        QTest::newRow("goes on behind a piece") << piece + "\nb";
+        QTest::newRow("line longer than a piece") << "1\n" + piece + piece + piece + "\r\n" + piece + "\n\n2";
+        QTest::newRow("carriage return at the end of a piece") << piece + "\r\nb\n";
+    }
+    void linesOfAFileReadInPiecesAreTheWholes()
+    {
+        QFETCH(QByteArray, bytes);
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("features", bytes));
+        LineFile file(folderPath(folder), "features");
+        const std::string text = bytes.toStdString();
+        LineReader wanted(text);
+        TextLine line, wantedLine;
+        while (wanted.next(wantedLine)) {
+            QVERIFY(file.lines().next(line));
+            QVERIFY(line.text == wantedLine.text && line.number == wantedLine.number);
+            QCOMPARE(file.lines().share(), wanted.share());
+        }
+        QVERIFY(!file.lines().next(line));
+        QCOMPARE(file.lines().share(), 1.0);
+    }
+
+    void linesOfAPackedFileAreItsTexts()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("features.gz", gzip("one\ntwo\n")));
+        LineFile file(folderPath(folder), "features");
+        TextLine line;
+        QVERIFY(file.lines().next(line) && line.text == "one");
+        QVERIFY(file.lines().next(line) && line.text == "two");
+        QVERIFY(!file.lines().next(line));
+    }
+
     void numbersAreTheNearestDoubles_data()
     {
         QTest::addColumn<QString>("text");

@@ -8,6 +8,12 @@
 #include <QFileInfo>
 #include <QThread>
 
+#include <system_error>
+#include <thread>
+
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace platform {
 
 namespace {
@@ -15,6 +21,9 @@ namespace {
 // Starting the interpreter in a window of its own takes about this long; who waits for a shown command relies
 // on it.
 const unsigned long ShownStartMilliseconds = 100;
+
+// Giving back the space of a file of this size takes about a millisecond.
+const qint64 LargeFile = 8 * 1024 * 1024;
 
 bool isSeparator(QChar c)
 {
@@ -70,6 +79,25 @@ bool matches(const QString &pattern, int p, const QString &name, int n)
     return n == name.size();
 }
 
+// The interpreter does its work in another process, at no cost to who waits in an event loop. What a large
+// file costs is giving back its space, which happens when its last user closes it: a thread of its own is
+// that user.
+void removeFile(const QFileInfo &file)
+{
+    int descriptor = -1;
+    if (file.isFile() && file.size() >= LargeFile)
+        descriptor = ::open(QFile::encodeName(file.filePath()).constData(),
+                            O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    QFile::remove(file.filePath());
+    if (descriptor < 0)
+        return;
+    try {
+        std::thread([descriptor] { ::close(descriptor); }).detach();
+    } catch (const std::system_error &) { // no thread to be had
+        ::close(descriptor);
+    }
+}
+
 } // namespace
 
 CommandLine parseCommandLine(const QString &parameters)
@@ -111,7 +139,7 @@ void deleteFiles(const QString &pattern)
     QDir dir(folder);
     for (const QFileInfo &file : dir.entryInfoList(QDir::Files | QDir::System)) {
         if (matchesWildcard(namePattern, file.fileName()))
-            QFile::remove(file.filePath());
+            removeFile(file);
     }
 }
 

@@ -1,12 +1,15 @@
 // Measures the unpacking of a job archive as the user meets it: through FileProcess::copyDirectory, with its
 // progress window and its poll loop.
 //
-//   importbench make SAMPLE FOLDER      makes a job of 300 MB in 9 000 files in FOLDER out of the files of
-//   the job SAMPLE importbench unpack ARCHIVE ROOT     unpacks ARCHIVE into the job root ROOT and prints
-//                                       seconds, peak memory in MB, longest time between two event passes in
-//                                       ms
-//   importbench repeat COUNT ARCHIVE ROOT   unpacks twice COUNT times and prints memory and handles on the
-//   way
+// importbench make SAMPLE FOLDER
+//     makes a job of 300 MB in 9 000 files in FOLDER out of the files of the job SAMPLE
+//
+// importbench unpack ARCHIVE ROOT
+//     unpacks ARCHIVE into the job root ROOT; prints seconds, peak memory in MB, longest time between two
+//     event passes in ms
+//
+// importbench repeat COUNT ARCHIVE ROOT
+//     unpacks twice COUNT times, prints memory and handles on the way
 
 #include "tests/support/fileprocessaccess.h"
 
@@ -187,7 +190,7 @@ bool repeat(int count, const QString &archive, const QString &root, bool keepsWi
         }
         if (!keepsWindows)
             qDeleteAll(window.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly));
-        if (i == 1 || i == 10 || i % (count / 5) == 0)
+        if (i == 1 || i == 10 || i % qMax(1, count / 5) == 0)
             std::printf("%5d imports, windows %s: %6.1f MB, %d handles\n", i,
                         keepsWindows ? "kept" : "deleted", double(statusNumber("VmRSS:")) / 1024,
                         openHandles());

@@ -77,9 +77,14 @@ private:
 // Refuses a plan that would write through a link that is already in the output folder, or into a file.
 void checkFoldersThere(const ExtractionPlan &plan, const fs::path &output)
 {
+    std::wstring missing; // a folder that is not there, with a "/": nothing in it needs a look
     for (const ExtractionPlan::Folder &folder : plan.folders) {
+        if (!missing.empty() && folder.path.compare(0, missing.size(), missing) == 0)
+            continue;
         const fs::path path = output / localRelativePath(folder.path);
         const fs::file_type type = fs::symlink_status(path).type();
+        if (type == fs::file_type::not_found)
+            missing = folder.path + L'/';
         if (type == fs::file_type::directory || type == fs::file_type::not_found)
             continue;
         throw BitException("\"" + utf8(folder.path) + "\": the output folder has a " +

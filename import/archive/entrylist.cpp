@@ -3,7 +3,6 @@
 #include "import/archive/archive.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace archive {
 
@@ -30,9 +29,15 @@ struct Remarks
 
     explicit Remarks(const std::wstring &text)
     {
-        std::istringstream words(std::string(text.begin(), text.end())); // all of it is ASCII
-        words >> typeFlag;
-        for (std::string word; words >> word;)
+        const std::string remarks(text.begin(), text.end()); // all of it is ASCII
+        std::size_t end = 0;
+        const auto nextWord = [&] {
+            const std::size_t begin = std::min(remarks.find_first_not_of(' ', end), remarks.size());
+            end = std::min(remarks.find(' ', begin), remarks.size());
+            return remarks.substr(begin, end - begin);
+        };
+        typeFlag = nextWord();
+        for (std::string word = nextWord(); !word.empty(); word = nextWord())
             isDamaged = isDamaged || word == "ERROR" || word == "METHOD_ERROR" || word == "PAX_error";
     }
 };

@@ -37,14 +37,15 @@ bool isSeparator(wchar_t c)
 
 std::vector<std::wstring> split(const std::wstring &path)
 {
-    std::vector<std::wstring> parts(1);
-    for (const wchar_t c : path) {
-        if (isSeparator(c))
-            parts.emplace_back();
-        else
-            parts.back() += c;
+    std::vector<std::wstring> parts;
+    parts.reserve(8); // as deep as most jobs are
+    for (auto from = path.begin();;) {
+        const auto end = std::find_if(from, path.end(), isSeparator);
+        parts.emplace_back(from, end);
+        if (end == path.end())
+            return parts;
+        from = end + 1;
     }
-    return parts;
 }
 
 std::wstring asciiUpper(std::wstring text)

@@ -100,9 +100,19 @@ private:
         const std::wstring parent = joined(parts, parts.size() - 1);
         if (parent == m_lastParent)
             return; // entries of one folder mostly follow each other
-        for (std::size_t count = 1; count < parts.size(); ++count)
+        // A planned folder has all folders above it planned.
+        std::size_t known = parts.size() - 1;
+        while (known > 0 && !isPlannedFolder(entry, joined(parts, known)))
+            --known;
+        for (std::size_t count = known + 1; count < parts.size(); ++count)
             addFolder(entry, joined(parts, count), std::nullopt);
         m_lastParent = parent;
+    }
+
+    bool isPlannedFolder(const Entry &entry, const std::wstring &path)
+    {
+        const Node *node = find(entry, path);
+        return node && node->kind == Kind::Folder;
     }
 
     void addFolder(const Entry &entry, const std::wstring &path, std::optional<std::uint64_t> modified)

@@ -21,6 +21,7 @@ private slots:
     void wildcardsMatchWithoutRegardToCase();
     void wildcardsInAFolderMatchNothing();
     void linksAreRemovedAndNotFollowed();
+    void aLargeFileIsGoneAtOnceAndItsSpaceSoon();
     void nothingElseIsRun();
 };
 
@@ -109,6 +110,27 @@ void tst_ShellStandin::linksAreRemovedAndNotFollowed()
     QVERIFY(!QFileInfo::exists("job/ABC"));
     QVERIFY(!QFileInfo("job/link").isSymLink());
     QVERIFY(QFileInfo::exists("outside/keep"));
+}
+
+void tst_ShellStandin::aLargeFileIsGoneAtOnceAndItsSpaceSoon()
+{
+    TemporaryWorkingFolder folder;
+    QVERIFY(folder.write("ABC.tar", QByteArray(20000000, 'x')));
+    QVERIFY(folder.write("other", "x"));
+    QVERIFY(QFile::link(folder.filePath("other"), "ABC_link.tar"));
+
+    deleteFiles(".\\ABC*.tar");
+
+    QCOMPARE(QDir().entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot), QStringList{"other"});
+    // As long as anybody has the file open, it takes its space.
+    const auto isHeld = [] {
+        for (const QFileInfo &open : QDir("/proc/self/fd").entryInfoList(QDir::Files | QDir::System)) {
+            if (open.symLinkTarget().contains("ABC.tar"))
+                return true;
+        }
+        return false;
+    };
+    QTRY_VERIFY(!isHeld());
 }
 
 void tst_ShellStandin::nothingElseIsRun()

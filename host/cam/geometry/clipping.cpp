@@ -1,5 +1,7 @@
-// The clipper's own types stay in this file.
+// Growth is the clipper's; its types stay in this file.
 #include "host/cam/geometry/clipping.h"
+
+#include "host/cam/geometry/arrangement.h"
 
 #include <algorithm>
 
@@ -39,24 +41,6 @@ GridPoint originOf(const std::vector<GridRing> &rings)
                          : GridPoint{(box.low.x + box.high.x) / 2, (box.low.y + box.high.y) / 2};
 }
 
-void addHoles(const clip::PolyNode &island, GridPoint origin, std::vector<GridRing> &rings)
-{
-    for (const clip::PolyNode *hole : island.Childs) {
-        rings.push_back(toRing(hole->Contour, origin));
-        makeClockwise(rings.back());
-    }
-}
-
-// Islands and their holes out of a tree of contours: an island inside a hole is an island of its own.
-void visitIslands(const clip::PolyNode &parent, const std::function<void(const clip::PolyNode &)> &visit)
-{
-    for (const clip::PolyNode *island : parent.Childs) {
-        visit(*island);
-        for (const clip::PolyNode *hole : island->Childs)
-            visitIslands(*hole, visit);
-    }
-}
-
 void emitIsland(GridRing island, std::vector<GridRing> holes, std::size_t mostCorners,
                 const std::function<void(const GridRing &)> &polygon);
 
@@ -79,7 +63,9 @@ void emitHalves(const GridRing &ring, std::size_t mostCorners,
     const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
     std::nth_element(positions.begin(), middle, positions.end());
     const std::int64_t low = alongX ? box.low.x : box.low.y;
-    const std::int64_t at = std::clamp(*middle, low + 1, low + size - 1);
+    // Not close to an end: where many corners lie there, a cut would take off a strip that has none.
+    const std::int64_t margin = std::max<std::int64_t>(1, size / 8);
+    const std::int64_t at = std::clamp(*middle, low + margin, low + size - margin);
     GridRing part;
     for (const bool keepLow : {true, false}) {
         cutRing(ring, alongX, at, keepLow, part);
@@ -96,46 +82,21 @@ void emitIsland(GridRing island, std::vector<GridRing> holes, std::size_t mostCo
     emitHalves(island, mostCorners, polygon);
 }
 
-std::vector<GridRing> toRings(const clip::PolyTree &tree, GridPoint origin)
-{
-    std::vector<GridRing> rings;
-    visitIslands(tree, [&](const clip::PolyNode &island) {
-        rings.push_back(toRing(island.Contour, origin));
-        makeCounterClockwise(rings.back());
-        addHoles(island, origin, rings);
-    });
-    return rings;
-}
-
-std::vector<GridRing> combined(clip::ClipType operation, const std::vector<GridRing> &area,
-                               const std::vector<GridRing> &rings)
-{
-    const GridPoint origin = originOf(area.empty() ? rings : area);
-    clip::Clipper clipper;
-    for (const GridRing &ring : area)
-        clipper.AddPath(toPath(ring, origin), clip::ptSubject, true);
-    for (const GridRing &ring : rings)
-        clipper.AddPath(toPath(ring, origin), clip::ptClip, true);
-    clip::PolyTree tree;
-    clipper.Execute(operation, tree, clip::pftPositive, clip::pftPositive);
-    return toRings(tree, origin);
-}
-
 } // namespace
 
 std::vector<GridRing> cleaned(const std::vector<GridRing> &rings)
 {
-    return combined(clip::ctUnion, rings, {});
+    return combined(BooleanOperation::Union, rings, {});
 }
 
 std::vector<GridRing> united(const std::vector<GridRing> &area, const std::vector<GridRing> &rings)
 {
-    return combined(clip::ctUnion, area, rings);
+    return combined(BooleanOperation::Union, area, rings);
 }
 
 std::vector<GridRing> subtracted(const std::vector<GridRing> &area, const std::vector<GridRing> &rings)
 {
-    return combined(clip::ctDifference, area, rings);
+    return combined(BooleanOperation::Difference, area, rings);
 }
 
 std::vector<GridRing> grown(const std::vector<GridRing> &rings, double distance)
@@ -145,9 +106,12 @@ std::vector<GridRing> grown(const std::vector<GridRing> &rings, double distance)
     clip::ClipperOffset offset(miterLimit);
     for (const GridRing &ring : rings)
         offset.AddPath(toPath(ring, origin), clip::jtMiter, clip::etClosedPolygon);
-    clip::PolyTree tree;
-    offset.Execute(tree, distance);
-    return toRings(tree, origin);
+    clip::Paths paths;
+    offset.Execute(paths, distance);
+    std::vector<GridRing> result;
+    for (const clip::Path &path : paths)
+        result.push_back(toRing(path, origin));
+    return cleaned(result);
 }
 
 void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,

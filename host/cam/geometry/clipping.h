@@ -9,8 +9,9 @@
 
 namespace cam {
 
-// The union of rings where their winding numbers sum up to more than 0: islands counter-clockwise, holes
-// clockwise, none of them touching itself.
+// The union of rings where their winding numbers sum up to more than 0: islands counter-clockwise, each
+// followed by its holes, clockwise. No two edges lie upon each other; a ring may meet itself in single
+// corners.
 std::vector<GridRing> cleaned(const std::vector<GridRing> &rings);
 
 // The same of `area` and `rings`, and of `area` without `rings`; each counts by itself.

@@ -33,7 +33,7 @@ std::wstring withoutEnding(const std::wstring &name)
 
 bool isTaken(const fs::path &path)
 {
-    return fs::symlink_status(path).type() != fs::file_type::not_found;
+    return statusOfItself(path).type() != fs::file_type::not_found;
 }
 
 // Gives the files of a plan, which the back end decodes in the plan's order, to the file writer.
@@ -82,7 +82,7 @@ void checkFoldersThere(const ExtractionPlan &plan, const fs::path &output)
         if (!missing.empty() && folder.path.compare(0, missing.size(), missing) == 0)
             continue;
         const fs::path path = output / localRelativePath(folder.path);
-        const fs::file_type type = fs::symlink_status(path).type();
+        const fs::file_type type = statusOfItself(path).type();
         if (type == fs::file_type::not_found)
             missing = folder.path + L'/';
         if (type == fs::file_type::directory || type == fs::file_type::not_found)
@@ -203,7 +203,7 @@ void extractGZip(const InArchive &archive, const std::vector<Entry> &entries, co
     const std::wstring baseName = withoutEnding(lastPart(archiveFile));
     const std::wstring name = memberFileName(entries[0].path, baseName, output);
     const fs::path place = output / localRelativePath(name);
-    if (fs::is_directory(fs::symlink_status(place)))
+    if (fs::is_directory(statusOfItself(place)))
         throw BitException("\"" + utf8(name) + "\": the output folder has a folder of this name");
     std::error_code notThere;
     if (fs::equivalent(place, localPath(archiveFile), notThere))

@@ -1,5 +1,9 @@
 #include "import/archive/localpath.h"
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace archive {
 
 namespace {
@@ -104,6 +108,44 @@ std::filesystem::path localRelativePath(const std::wstring &path)
     return std::filesystem::path(path).make_preferred();
 }
 
+std::wstring longForm(const std::filesystem::path &path)
+{
+    const std::size_t usualLength = 240; // and room for a short file name in a folder
+    const std::wstring text = path.wstring();
+    if (text.size() < usualLength || text.compare(0, 4, L"\\\\?\\") == 0)
+        return text;
+    return text.compare(0, 2, L"\\\\") == 0 ? L"\\\\?\\UNC" + text.substr(1) : L"\\\\?\\" + text;
+}
+
+namespace {
+
+// Whether the folder at `path` is a link: a junction or what else has a tag that stands for another name.
+// Folders that are kept elsewhere (in a cloud, compressed) have tags too, but not such ones. Wine gives no
+// tag.
+bool isLinkedFolder(const std::wstring &path)
+{
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    const DWORD taggedFolder = FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY;
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & taggedFolder) != taggedFolder)
+        return false;
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW(path.c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE)
+        return true; // nobody can tell
+    FindClose(search);
+    const DWORD standsForAnotherName = 0x20000000;
+    return found.dwReserved0 == 0 || (found.dwReserved0 & standsForAnotherName) != 0;
+}
+
+} // namespace
+
+std::filesystem::file_status statusOfItself(const std::filesystem::path &path)
+{
+    if (isLinkedFolder(longForm(path)))
+        return std::filesystem::file_status(std::filesystem::file_type::unknown);
+    return std::filesystem::symlink_status(path);
+}
+
 #else
 
 std::filesystem::path localPath(const std::wstring &path)
@@ -123,6 +165,11 @@ std::filesystem::path localRelativePath(const std::wstring &path)
             appendUtf8(bytes, isText(c) ? c : '?');
     }
     return bytes;
+}
+
+std::filesystem::file_status statusOfItself(const std::filesystem::path &path)
+{
+    return std::filesystem::symlink_status(path);
 }
 
 #endif

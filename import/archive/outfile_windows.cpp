@@ -1,6 +1,7 @@
 #include "import/archive/outfile.h"
 
 #include "import/archive/archive.h"
+#include "import/archive/localpath.h"
 
 #include <system_error>
 
@@ -16,16 +17,6 @@ FILETIME fileTime(std::uint64_t ticks)
     time.dwLowDateTime = DWORD(ticks);
     time.dwHighDateTime = DWORD(ticks >> 32);
     return time;
-}
-
-// The form of an absolute path that may be longer than the usual 260 characters.
-std::wstring longForm(const std::filesystem::path &path)
-{
-    const std::size_t usualLength = 240; // and room for a short file name in a folder
-    const std::wstring text = path.wstring();
-    if (text.size() < usualLength || text.compare(0, 4, L"\\\\?\\") == 0)
-        return text;
-    return text.compare(0, 2, L"\\\\") == 0 ? L"\\\\?\\UNC" + text.substr(1) : L"\\\\?\\" + text;
 }
 
 [[noreturn]] void fail(const char *what, const std::filesystem::path &path)

@@ -1,6 +1,7 @@
 #include "import/archive/stagingfolder.h"
 
 #include "import/archive/archive.h"
+#include "import/archive/localpath.h"
 
 #include <chrono>
 #include <system_error>
@@ -70,12 +71,12 @@ void StagingFolder::commit()
 
 void StagingFolder::place(const fs::path &from, const fs::path &to)
 {
-    const fs::file_status there = fs::symlink_status(to);
+    const fs::file_status there = statusOfItself(to);
     if (there.type() == fs::file_type::not_found) {
         move(from, to);
         return;
     }
-    const bool comesFolder = fs::is_directory(fs::symlink_status(from));
+    const bool comesFolder = fs::is_directory(statusOfItself(from));
     if (comesFolder && fs::is_directory(there)) {
         std::vector<fs::path> names;
         for (const fs::directory_entry &entry : fs::directory_iterator(from))

@@ -3,12 +3,11 @@
 // before the start and reads after the end.
 #pragma once
 
-#include "plugin/export_macro.h"
 #include "run/progressvalue.h"
 
 #include <string>
 
-class FILE_PROCESS_EXPORT UnzipProgress : public ORVEX::COMMON::progress_value<void>
+class UnzipProgress : public ORVEX::COMMON::progress_value<void>
 {
 public:
     UnzipProgress();

@@ -32,8 +32,11 @@ status=0
 case $(basename "$program") in
 tst_*)
     report=$temporary/report.txt
-    "${runner[@]}" "$WINE" "$program" "$@" -o "$(windows_path "$report"),txt" || status=$?
+    # Not straight to this script's output: what Wine leaves running (its desktop, its server) would keep it open, and
+    # ctest would wait for that.
+    "${runner[@]}" "$WINE" "$program" "$@" -o "$(windows_path "$report"),txt" > "$temporary/output.txt" 2>&1 || status=$?
     [ -e "$report" ] || touch "$report"
+    [ "$status" -eq 0 ] || cat "$temporary/output.txt"
     tr -d '\r' < "$report"
     if [ "$status" -eq 0 ] && ! grep -qE '^Totals: [0-9]+ passed, 0 failed' "$report"; then
         echo "run-under-wine.sh: $program ended with exit code 0 but without reporting its totals" >&2

@@ -15,6 +15,7 @@
 
 #include <chrono>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 
 using namespace layer_column;

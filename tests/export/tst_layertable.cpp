@@ -14,6 +14,8 @@
 #include <QHeaderView>
 #include <QScrollBar>
 
+#include <stdexcept>
+
 using namespace layer_column;
 using recording_host::layer;
 

@@ -24,6 +24,7 @@
 #include <cstdio>
 #include <memory>
 #include <random>
+#include <stdexcept>
 #include <thread>
 
 using namespace layer_column;

@@ -8,6 +8,8 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <memory>
+
 class TestUnzipProgress : public QObject
 {
     Q_OBJECT

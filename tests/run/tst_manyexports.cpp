@@ -7,6 +7,7 @@
 #include <QPixmapCache>
 
 #include <chrono>
+#include <stdexcept>
 #include <thread>
 
 using recording_host::ExportCall;

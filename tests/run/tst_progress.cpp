@@ -6,6 +6,8 @@
 #include <QtTest>
 
 #include <atomic>
+#include <chrono>
+#include <stdexcept>
 #include <thread>
 #include <type_traits>
 

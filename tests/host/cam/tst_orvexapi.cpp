@@ -12,6 +12,7 @@
 
 #include <sqlite3.h>
 
+#include <limits>
 #include <thread>
 
 using namespace ORVEX;

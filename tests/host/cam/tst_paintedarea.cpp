@@ -10,6 +10,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <stdexcept>
 
 using namespace cam;
 

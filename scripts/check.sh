@@ -18,9 +18,10 @@ if git grep -nE '\b(Qt::(SkipEmptyParts|endl|hex|dec)|QRandomGenerator|QString::
     complain "Qt 5.9 does not have these."
 fi
 
-for script in scripts/*.sh .ci/run; do
+for script in scripts/*.sh scripts/windows/*.sh .ci/run; do
     bash -n "$script" || complain "$script does not parse."
-    [ -x "$script" ] || complain "$script is not executable."
+    # wine.sh is sourced by the others.
+    [ -x "$script" ] || [ "$script" = scripts/windows/wine.sh ] || complain "$script is not executable."
 done
 
 [ $failed -eq 0 ] && echo "Static checks passed."

@@ -32,6 +32,7 @@ main() {
     [ -z "$tests" ] || run_tests "${arguments[@]}"
     [ -z "$package" ] || scripts/windows/package.sh "$build"
     [ -z "$compare" ] || scripts/windows/compare.sh "$build"
+    [ -z "$tests" ] || grep -E 'tests passed|Total Test time' "$build/tests.txt" | sed 's/^/[windows] /'
 }
 
 build_programs() {
@@ -50,7 +51,7 @@ run_tests() {
     "$WINESERVER" -k || true # one that was started without the X server has no desktop
     trap '"$WINESERVER" -k || true' EXIT
     xvfb-run -a -s "-screen 0 1280x1024x24" \
-        ctest --test-dir "$build" --output-on-failure --parallel "$(nproc)" "$@"
+        ctest --test-dir "$build" --output-on-failure --parallel "$(nproc)" "$@" | tee "$build/tests.txt"
 }
 
 say() { printf '[windows] %s\n' "$*"; }

@@ -1,21 +1,28 @@
 #!/usr/bin/env bash
 # Imports and exports the same jobs with the Linux and the Windows workbench, and compares the files byte by byte.
 #
-#   scripts/windows/compare.sh BUILD [ARCHIVE.tgz ...]       (the samples when no archive is given)
+#   scripts/windows/compare.sh BUILD [ARCHIVE.tgz ...]
+#
+# Without an archive it takes the samples, and the archives in ../shared/data if there are any.
 set -euo pipefail
 
 build=$(cd "$1" && pwd)
 shift
 here=$(cd "$(dirname "$0")" && pwd)
-project=$here/../..
+project=$(cd "$here/../.." && pwd)
 say() { printf '[windows] %s\n' "$*"; }
 
 archives=()
 for archive in "$@"; do archives+=("$(cd "$(dirname "$archive")" && pwd)/$(basename "$archive")"); done
-[ ${#archives[@]} -gt 0 ] || archives=("$build"/samples/*.tgz)
+if [ ${#archives[@]} -eq 0 ]; then
+    shopt -s nullglob
+    archives=("$build"/samples/*.tgz "$project"/../shared/data/*.tgz)
+    shopt -u nullglob
+fi
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/file_process_compare.XXXXXX")
 trap 'rm -rf "$scratch"' EXIT
 
+say "comparing the exports of ${archives[*]##*/}"
 say "exporting on Linux"
 "$project/scripts/run.sh" --batch --jobs "$scratch/linux/jobs" --out "$scratch/linux/out" "${archives[@]}" \
     > "$scratch/linux.txt" || { cat "$scratch/linux.txt"; exit 1; }
@@ -26,6 +33,8 @@ say "exporting under Wine"
 for part in jobs out; do
     diff -rq "$scratch/linux/$part" "$scratch/windows/$part" || { say "error: the $part differ"; exit 1; }
 done
-count=$(find "$scratch/windows/out" -type f | wc -l)
-[ "$count" -gt 0 ] || { say "error: nothing was exported"; exit 1; }
-say "$count exported files are the same on Linux and under Wine, byte by byte"
+for ending in gds gerber; do
+    count=$(find "$scratch/windows/out" -name "*.$ending" -size +0 | wc -l)
+    [ "$count" -gt 0 ] || { say "error: no .$ending file was exported"; exit 1; }
+    say "$count .$ending files of ${#archives[@]} archives are the same on Linux and under Wine, byte by byte"
+done

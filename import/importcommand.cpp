@@ -7,6 +7,9 @@
 
 #include <QDebug>
 #include <QFileDialog>
+#include <QPointer>
+
+#include <glog/logging.h>
 
 namespace {
 
@@ -32,7 +35,14 @@ QString jobName(const QString &path)
 
 void FileProcess::on_ImportACT_clicked()
 {
-    auto *dialog = new QFileDialog(m_importParent, QString(), QString(), QString());
+    // The progress window keeps the user from asking now, but not other plug-ins.
+    if (s_isUnpacking) {
+        LOG(ERROR) << "An archive is being unpacked; the import was ignored";
+        return;
+    }
+    // Whatever handles events below may destroy this object and its windows.
+    const QPointer<FileProcess> self(this);
+    const QPointer<QFileDialog> dialog = new QFileDialog(m_importParent, QString(), QString(), QString());
     dialog->setWindowTitle(tr("Import"));
     dialog->setNameFilter(tr("ODB++") + "(*.tgz);;" + "gds file(*.gds);;gerber274x(*.gerber)");
     dialog->setFileMode(QFileDialog::AnyFile);
@@ -44,7 +54,7 @@ void FileProcess::on_ImportACT_clicked()
         dialog->setDirectory(platform::toLocal(m_config.jobPath));
     }
     dialog->setViewMode(QFileDialog::Detail);
-    if (dialog->exec() != QDialog::Accepted)
+    if (dialog->exec() != QDialog::Accepted || !self || !dialog)
         return;
 
     const QStringList files = dialog->selectedFiles();
@@ -56,8 +66,12 @@ void FileProcess::on_ImportACT_clicked()
             continue;
         }
         QString name = jobName(file);
-        if (copyDirectory(file, name, true)) {
+        const bool isUnpacked = copyDirectory(file, name, true);
+        if (!self)
+            return;
+        if (isUnpacked) {
             qDebug() << name;
+            m_filePath = file; // another import may have come in between
             sendPath2Mangager();
         }
     }

@@ -12,9 +12,17 @@
 #include <QFile>
 #include <QHBoxLayout>
 #include <QMessageBox>
+#include <QPointer>
 #include <QProgressBar>
 #include <QRegExp>
+#include <QScopedValueRollback>
 #include <QThread>
+
+#include <glog/logging.h>
+
+#include <system_error>
+
+bool FileProcess::s_isUnpacking = false;
 
 namespace {
 
@@ -31,10 +39,22 @@ QString withoutEnding(const QString &path)
     return path.left(path.lastIndexOf('.'));
 }
 
+// The parent may delete them whenever events are handled.
 struct ProgressWindow
 {
-    QWidget *window;
-    QProgressBar *bar;
+    QPointer<QWidget> window;
+    QPointer<QProgressBar> bar;
+
+    void show() const
+    {
+        if (window)
+            window->show();
+    }
+    void close() const
+    {
+        if (window)
+            window->close();
+    }
 };
 
 // A window without a frame, above all others, with a bar that only shows that something is going on. It stays
@@ -68,19 +88,32 @@ QMessageBox::StandardButton ask(const QString &title, const QString &text,
 }
 
 // Keeps the user interface alive until the job has ended (true) or reports a failure (false).
-bool waitFor(UnzipProgress &job, QProgressBar *bar)
+bool waitFor(UnzipProgress &job, const QPointer<QProgressBar> &bar)
 {
     bool isFinished = job.isFinish();
     while (!isFinished) {
         const double value = job.get_value();
         if (value < 0.0)
             return false;
-        bar->setValue(int(value));
+        if (bar)
+            bar->setValue(int(value));
         QApplication::processEvents();
         QThread::msleep(PollMilliseconds);
         isFinished = job.isFinish();
     }
     return true;
+}
+
+// False when the system has no thread for the job.
+bool start(UnzipProgress &job)
+{
+    try {
+        job.do_process();
+        return true;
+    } catch (const std::system_error &error) {
+        LOG(ERROR) << "the unpacking cannot be started: " << error.what();
+        return false;
+    }
 }
 
 } // namespace
@@ -95,15 +128,19 @@ bool FileProcess::copyDirectory(QString source, QString &name, bool)
     const QString tarFile = name + ".tar";
     const QString jobDir = jobRoot + name;
     const ProgressWindow progress = makeProgressWindow(m_importParent);
+    const QPointer<FileProcess> self(this); // whatever handles events below may destroy this object
 
     bool overwrite = false;
     if (isFolder(jobDir)) {
         overwrite = ask(tr("Information"),
                         tr("The job with the same name already exists, do you want to overwrite it?"),
                         QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+        if (!self)
+            return false;
     }
 
-    progress.window->show();
+    progress.show();
+    const QScopedValueRollback<bool> unpacking(s_isUnpacking, true);
     UnzipProgress job;
     UnzipProgress::sourcePath = QString(source).replace(QRegExp("/"), "\\").toStdWString();
     UnzipProgress::tarName = tarFile.toStdWString();
@@ -112,16 +149,17 @@ bool FileProcess::copyDirectory(QString source, QString &name, bool)
     const std::string deleteCommand =
         std::string("/c del ") + jobRoot.toStdString() + name.toStdString() + std::string("*.tar");
     UnzipProgress::removeCmd = deleteCommand;
-    job.do_process();
 
-    if (!waitFor(job, progress.bar)) {
-        progress.window->close();
+    if (!start(job) || !waitFor(job, progress.bar)) {
+        progress.close();
         ask(tr("Error"), tr("The job unzipped failed, please check your files!"), QMessageBox::Yes);
         return false;
     }
 
-    progress.window->close();
+    progress.close();
     name = QString::fromStdWString(UnzipProgress::tarName);
+    if (!self) // the host has unloaded the plug-in: the job stays as it was unpacked
+        return true;
     mysystem("cmd", deleteCommand);
     if (!isFolder(rootFolder))
         return true;

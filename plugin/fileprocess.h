@@ -13,13 +13,13 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QWidget>
 
 #include <string>
 
 class Export;
 class QAction;
 class QToolBar;
-class QWidget;
 
 class FILE_PROCESS_EXPORT FileProcess : public QObject, public FileProInterface
 {
@@ -74,9 +74,12 @@ private:
     bool copyDirectory(QString source, QString &name, bool);
     void mysystem(const std::string &file, const std::string &parameters);
 
+    // An archive is being unpacked. The jobs' parameters are shared by all objects, and so is this.
+    static bool s_isUnpacking;
+
     QPointer<Export> m_exportDlg; // the dialog created last; it deletes itself when it is closed
     QString m_filePath;
-    QWidget *m_importParent = nullptr;
+    QPointer<QWidget> m_importParent;
     QWidget *m_parentWidget = nullptr;
     QAction *m_importAction = nullptr;
     QAction *m_exportAction = nullptr;

@@ -6,6 +6,7 @@
 
 #include "export/exportjobinfo.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QDir>
 #include <QLibrary>
@@ -56,6 +57,7 @@ private slots:
     void dialogOutlivesItsModule();
     void exportRunsAfterTheUnloading();
     void unloadingDuringARunIsSafe();
+    void unloadingWhileTheImportAsksForFilesIsSafe();
     void moduleCanBeLoadedAgain();
     void loadingManyTimesIsSafe();
 
@@ -152,6 +154,21 @@ void tst_ModuleUnload::unloadingDuringARunIsSafe()
     dialog->findChild<QPushButton *>("OKButton")->click();
     QVERIFY(isUnloaded);
     QCOMPARE(recording_host::state().exports.size(), size_t(2));
+}
+
+void tst_ModuleUnload::unloadingWhileTheImportAsksForFilesIsSafe()
+{
+    auto *plugin = qobject_cast<FileProInterface *>(m_loader->instance());
+    QWidget window;
+    const std::unique_ptr<QAction> action(plugin->InitImportTool(&window));
+    bool isUnloaded = false;
+    ModalResponder responder;
+    responder.expect([this, &isUnloaded](QWidget *dialog) {
+        isUnloaded = m_loader->unload();
+        dialog->close();
+    });
+    action->trigger();
+    QVERIFY(isUnloaded);
 }
 
 void tst_ModuleUnload::moduleCanBeLoadedAgain()

@@ -8,11 +8,14 @@
 #include "plugin/fileprocess.h"
 #include "tests/export/opendialog.h"
 #include "tests/export/wheel.h"
+#include "tests/import/archivebuilder.h"
 #include "tests/support/exportdialogs.h"
 #include "tests/support/temporaryworkingfolder.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QContextMenuEvent>
+#include <QDir>
 #include <QFileDialog>
 #include <QMenu>
 #include <QMessageBox>
@@ -69,6 +72,7 @@ public:
 
     int stepsInBetween = 0;
     int dialogsOpened = 0;
+    int filesTaken = 0;
 
 private:
     int below(int end) { return int(m_random() % unsigned(end)); }
@@ -115,7 +119,8 @@ private:
             if (!window->isVisible())
                 continue;
             if (auto *box = qobject_cast<QMessageBox *>(window)) {
-                box->done(QMessageBox::Ok);
+                const QList<QAbstractButton *> buttons = box->buttons();
+                box->done(box->standardButton(buttons[below(buttons.size())]));
                 return true;
             }
             if (auto *chooser = qobject_cast<QFileDialog *>(window)) {
@@ -128,13 +133,29 @@ private:
 
     void answerChooser(QFileDialog *chooser)
     {
-        // Only the test's own folder is ever chosen.
-        if (chooser->fileMode() == QFileDialog::Directory && oneIn(2)) {
+        // Only the test's own folder and files are ever chosen.
+        const bool choosesFolder = chooser->fileMode() == QFileDialog::Directory;
+        if (choosesFolder && oneIn(2)) {
             chooser->setDirectory(m_folder);
             chooser->findChild<QLineEdit *>("fileNameEdit")->setText(m_folder);
             static_cast<QDialog *>(chooser)->accept();
+        } else if (!choosesFolder && !oneIn(4)) {
+            chooser->findChild<QLineEdit *>("fileNameEdit")->setText(someImportFiles());
+            static_cast<QDialog *>(chooser)->accept();
         }
-        chooser->reject();
+        if (chooser->isVisible()) // nothing chosen
+            chooser->reject();
+    }
+
+    // One or two of the files in "mail", in quotes as the dialog shows several.
+    QString someImportFiles()
+    {
+        const QString mail = m_folder + "/mail/";
+        const QStringList names = QDir(mail).entryList(QDir::Files);
+        QString files = '"' + mail + names[below(names.size())] + '"';
+        if (oneIn(3))
+            files += " \"" + mail + names[below(names.size())] + '"';
+        return files;
     }
 
     void randomStep()
@@ -222,6 +243,8 @@ private:
     // A request for the job context is answered at once, later or never.
     void answer(const PluginMetaData &data)
     {
+        if (data.msgType == 10000401)
+            ++filesTaken;
         if (data.msgType != 10000402 || !oneIn(4))
             return;
         ExportJobInfo job = someJob();
@@ -408,6 +431,18 @@ unsigned numberFrom(const char *variable, unsigned otherwise)
     return isNumber ? number : otherwise;
 }
 
+// Whole, refused and damaged archives, and a file that is passed on.
+void writeImportFiles(const TemporaryWorkingFolder &folder)
+{
+    const QByteArray job = TarBuilder().folder("Job1/").file("Job1/matrix/matrix", "rows").bytes();
+    folder.write("mail/Job1.tgz", gzip(job, "Job1.tar"));
+    folder.write("mail/Job2.tgz", gzip(job));
+    folder.write("mail/Job3.tgz", gzip(TarBuilder().file("Job3/x", QByteArray(3000000, 'x')).bytes()));
+    folder.write("mail/out.tgz", gzip(TarBuilder().file("../evil", "x").bytes()));
+    folder.write("mail/cut.tgz", gzip(job).chopped(20));
+    folder.write("mail/layer.gds", "a layer");
+}
+
 } // namespace
 
 class tst_Sequence : public QObject
@@ -449,6 +484,7 @@ void tst_Sequence::anyOrderIsSurvived()
     } quiet;
 
     TemporaryWorkingFolder folder;
+    writeImportFiles(folder);
     recording_host::reset();
     std::atomic<int> running{0};
     std::atomic<bool> hasOverlapped{false};
@@ -464,7 +500,7 @@ void tst_Sequence::anyOrderIsSurvived()
     };
     {
         RestlessHost host(seed, folder.path());
-        const int steps = int(numberFrom("FILE_PROCESS_STEPS", 1500));
+        const int steps = int(numberFrom("FILE_PROCESS_STEPS", 1000));
         for (int i = 0; i < steps; ++i)
             host.step();
         host.rest();
@@ -483,8 +519,10 @@ void tst_Sequence::anyOrderIsSurvived()
             QTest::qWait(1);
         }
         QVERIFY(openExportDialogs().isEmpty());
-        std::printf("seed %u: %d steps, %d more in between, %d dialogs, %zu exports\n", seed, steps,
-                    host.stepsInBetween, host.dialogsOpened, state().exports.size());
+        QVERIFY(host.filesTaken > steps / 500);
+        std::printf("seed %u: %d steps, %d more in between, %d dialogs, %zu exports, %d files taken in\n",
+                    seed, steps, host.stepsInBetween, host.dialogsOpened, state().exports.size(),
+                    host.filesTaken);
     }
 }
 

@@ -437,6 +437,16 @@ void TestArchive::entriesDoNotGoThroughALinkThatIsThere()
     const QString reason = tarRefusal(TarBuilder().file("ABC/x", "x").bytes());
     QVERIFY2(reason.contains("link"), qPrintable(reason));
     QCOMPARE(treeOf(path("elsewhere")), Tree());
+    // Nor through one that is deeper in a job that is there.
+    std::filesystem::remove(localPath(outText()) / "ABC");
+    QVERIFY(writeFile(out() + "/ABC/old", "old"));
+    std::filesystem::create_directory_symlink(path("elsewhere").toStdString(),
+                                              (out() + "/ABC/steps").toStdString());
+    const QString deeper =
+        tarRefusal(TarBuilder().file("ABC/new/x", "x").file("ABC/steps/pcb/x", "x").bytes());
+    QVERIFY2(deeper.contains("ABC/steps") && deeper.contains("link"), qPrintable(deeper));
+    QCOMPARE(treeOf(path("elsewhere")), Tree());
+    QCOMPARE(tree().keys(), (QStringList{"ABC/", "ABC/old", "ABC/steps"}));
 }
 
 void TestArchive::aLinkThatIsThereIsReplacedByAFile()

@@ -1,11 +1,14 @@
 // Damaged archives: whatever is changed, the import ends with the right content or not at all.
 
 #include "import/archive/archive.h"
+#include "import/archive/localpath.h"
 #include "tests/import/archivebuilder.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <filesystem>
 #include <memory>
 
 using namespace archive;
@@ -39,9 +42,12 @@ private slots:
     void init();
     void everyTruncationOfTheGzipFileFails();
     void everyTruncationOfTheTarFailsOrIsWhole();
+    void everyTruncationOfASmallTarFailsOrIsWhole();
     void everyChangedByteOfTheGzipFrameFailsOrIsHarmless();
     void everyChangedByteOfTheGzipFileFailsOrIsHarmless();
     void everyChangedByteOfAHeaderIsNoticed();
+    void everyChangedByteWithARightChecksumStaysInTheFolder_data();
+    void everyChangedByteWithARightChecksumStaysInTheFolder();
     void sizesThatLieAreNoticed_data();
     void sizesThatLieAreNoticed();
 
@@ -51,7 +57,7 @@ private:
     {
         const QString out = m_folder->filePath("out");
         if (!tree.isEmpty()) {
-            QDir(out).removeRecursively();
+            std::filesystem::remove_all(localPath(out.toStdWString())); // Qt leaves names that are no UTF-8
             QDir().mkpath(out);
         }
         QFile::remove(
@@ -104,6 +110,21 @@ void TestCorruption::everyTruncationOfTheTarFailsOrIsWhole()
             QVERIFY2(length > whole.size() - 1024 && tree == wanted, qPrintable(QString::number(length)));
         else
             QVERIFY(tree.isEmpty());
+    }
+}
+
+// Without an exception: one of the two empty records at the end is enough, a tar without any is refused.
+void TestCorruption::everyTruncationOfASmallTarFailsOrIsWhole()
+{
+    const QByteArray whole = TarBuilder().folder("ABC/").file("ABC/x", "content").bytes();
+    Tree wanted;
+    QVERIFY(unpacks(BitFormat::Tar, whole, wanted));
+    Tree tree = wanted;
+    for (int length = 0; length < whole.size(); ++length) {
+        const bool isUnpacked = unpacks(BitFormat::Tar, whole.left(length), tree);
+        QVERIFY2(tree == (isUnpacked ? wanted : Tree()), qPrintable(QString::number(length)));
+        if (length <= whole.size() - 1024)
+            QVERIFY2(!isUnpacked, qPrintable(QString::number(length)));
     }
 }
 
@@ -171,6 +192,45 @@ void TestCorruption::everyChangedByteOfAHeaderIsNoticed()
             else
                 QVERIFY(tree.isEmpty());
         }
+    }
+}
+
+void TestCorruption::everyChangedByteWithARightChecksumStaysInTheFolder_data()
+{
+    QTest::addColumn<int>("header"); // its place in the tar
+    QTest::addColumn<int>("value");
+    // A dot, a slash, and the mark of a number in base-256.
+    for (const int header : {0, 1024}) {
+        for (const int value : {0x2e, 0x2f, 0x80})
+            QTest::newRow(qPrintable(QString("header at %1, 0x%2").arg(header).arg(value, 2, 16)))
+                << header << value;
+    }
+}
+
+// Whatever a header says when its checksum is right: nothing but the output folder changes, and nothing of
+// the unpacking's own stays there.
+void TestCorruption::everyChangedByteWithARightChecksumStaysInTheFolder()
+{
+    QFETCH(int, header);
+    QFETCH(int, value);
+    const QByteArray whole = TarBuilder()
+                                 .file("ABC/file", "content")
+                                 .hardLink("ABC/hard", "ABC/file")
+                                 .folder("ABC/steps/")
+                                 .bytes();
+    QCOMPARE(whole.mid(header + 257, 5), QByteArray("ustar"));
+    Tree tree{{"something", ""}};
+    for (int at = 0; at < 512; ++at) {
+        QByteArray changed = whole.mid(header, 512);
+        changed[at] = char(value);
+        TarBuilder::setChecksum(changed);
+        const bool isUnpacked =
+            unpacks(BitFormat::Tar, QByteArray(whole).replace(header, 512, changed), tree);
+        QVERIFY2(isUnpacked || tree.isEmpty(), qPrintable(QString::number(at)));
+        for (const QString &path : tree.keys())
+            QVERIFY2(!path.startsWith(".unpack"), qPrintable(path));
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+                 (QStringList{"ABC.tar", "out"}));
     }
 }
 

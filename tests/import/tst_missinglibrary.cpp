@@ -7,6 +7,7 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"
+#include "tests/support/withoutoverride.h"
 
 #include <QTest>
 
@@ -23,6 +24,7 @@ private slots:
     void theSearchBeginsBesideTheModule();
     void theErrorNamesTheLibrary();
     void anUnreadableLibraryIsAnError();
+    void aFileThatIsNoLibraryIsAnError();
     void anotherLibraryIsAnError();
     void theImportFailsAsWithABrokenArchive();
 
@@ -48,6 +50,22 @@ void TestMissingLibrary::theErrorNamesTheLibrary()
 }
 
 void TestMissingLibrary::anUnreadableLibraryIsAnError()
+{
+    const TemporaryWorkingFolder folder;
+    QVERIFY(folder.write("7z.so", "whatever it is"));
+    QVERIFY(QFile::setPermissions(folder.filePath("7z.so"), QFile::Permissions()));
+    searchFolders() = {folder.path().toStdString()};
+    const WithoutOverride plainUser;
+    QVERIFY(!QFile(folder.filePath("7z.so")).open(QIODevice::ReadOnly));
+    try {
+        archive::Bit7zLibrary library(L"7z.dll");
+        QFAIL("the library was read");
+    } catch (const archive::BitException &error) {
+        QVERIFY2(std::string(error.what()).find("ermission") != std::string::npos, error.what());
+    }
+}
+
+void TestMissingLibrary::aFileThatIsNoLibraryIsAnError()
 {
     const TemporaryWorkingFolder folder;
     QVERIFY(folder.write("7z.so", "this is no library"));

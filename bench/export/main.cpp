@@ -1,11 +1,13 @@
 // Measures exports against programs that read and write the same file: GDSII against KLayout's strm2gds,
 // Gerber against gerbv. Each measured run is a process of its own, from start to end; the programs alternate,
-// and medians are printed.
+// and medians are printed. Then, how often the exports report, and how their time grows with the clearances
+// of a plane.
 //
 //   exportbench compare WORK JOB STEP LAYER... [ROUNDS=n] [STRM2GDS=path]
 //   exportbench export ROOT JOB STEP LAYER FILE      one export through the library's own call
 #include "bench/export/measuring.h"
 #include "bench/export/panel.h"
+#include "bench/export/responding.h"
 #include "host/cam/jobroot.h"
 #include "run/orvexapi.h"
 
@@ -64,39 +66,105 @@ void compare(const Case &what, const Settings &settings, bool isGds)
         isGds ? std::vector<std::string>{settings.strm2gds, ours.string(), theirs.string()}
               : std::vector<std::string>{"gerbv", "-x", "rs274x", "-o", theirs.string(), ours.string()};
     const std::string libraries = isGds ? fs::path(settings.strm2gds).parent_path().string() : std::string();
-    std::vector<double> ourSeconds, peerSeconds, ourMemory, peerMemory;
+    std::vector<double> ourSeconds, peerSeconds, ourMemory, peerMemory, ourProcessor, peerProcessor;
+    bool hasPeer = true; // gerbv 2.9 crashes when it writes what it has read from any step and repeat
     for (int round = 0; round < settings.rounds; ++round) {
+        // Both write a new file, so that both are given memory in the same state for it.
+        fs::remove(ours);
+        fs::remove(theirs);
         const bench::Run mine = bench::run(export_);
         const bench::Run other = bench::run(peer, libraries);
-        if (!mine.succeeded || !other.succeeded) {
-            std::printf("%-28s %-6s %s failed\n", what.title.c_str(), isGds ? "GDSII" : "Gerber",
-                        mine.succeeded ? peer.front().c_str() : "the export");
+        if (!mine.succeeded) {
+            std::printf("%-28s %-6s the export failed\n", what.title.c_str(), isGds ? "GDSII" : "Gerber");
             return;
         }
+        hasPeer = hasPeer && other.succeeded;
         ourSeconds.push_back(mine.seconds);
         ourMemory.push_back(mine.megabytes);
+        ourProcessor.push_back(mine.processor);
+        peerProcessor.push_back(other.processor);
         peerSeconds.push_back(other.seconds);
         peerMemory.push_back(other.megabytes);
     }
     const double seconds = bench::median(ourSeconds), theirSeconds = bench::median(peerSeconds);
     const double memory = bench::median(ourMemory);
-    std::printf("%-28s %-6s %7.3f %7.1f %7.1f %6.2f  %8.3f %7.1f %7.1f %6.2f\n", what.title.c_str(),
-                isGds ? "GDSII" : "Gerber", seconds, what.featuresMegabytes / seconds, memory,
-                memory / what.featuresMegabytes, theirSeconds, megabytes(ours) / theirSeconds,
-                bench::median(peerMemory), seconds / theirSeconds);
+    std::printf("%-28s %-6s %7.3f %7.1f %7.1f %6.2f", what.title.c_str(), isGds ? "GDSII" : "Gerber", seconds,
+                what.featuresMegabytes / seconds, memory, memory / what.featuresMegabytes);
+    if (hasPeer)
+        std::printf("  %8.3f %7.1f %7.1f %6.2f %6.2f\n", theirSeconds, megabytes(ours) / theirSeconds,
+                    bench::median(peerMemory), seconds / theirSeconds,
+                    bench::median(ourProcessor) / bench::median(peerProcessor));
+    else
+        std::printf("  the peer failed\n");
     std::fflush(stdout);
+}
+
+// What an export of nothing holds: the program and the libraries that it is linked to.
+double emptyMegabytes(const Settings &settings)
+{
+    bench::writePlane(settings.work / "empty", 0);
+    fs::resize_file(settings.work / "empty" / "steps" / "pcb" / "layers" / "plane" / "features", 0);
+    return bench::run({settings.self, "export", settings.work.string(), "empty", "pcb", "plane",
+                       (settings.work / "empty.gds").string()})
+        .megabytes;
 }
 
 void printHead(const Settings &settings)
 {
     std::printf(
         "Medians of %d alternating runs, each a process from start to end. MB are 1e6 bytes; /F is the most "
-        "memory held\nas a multiple of the features file (programs alone take about 10 MB). The peers read "
-        "and "
-        "write the file that\nthe export made: strm2gds for GDSII, gerbv -x rs274x for Gerber.\n\n",
-        settings.rounds);
-    std::printf("%-28s %-6s %7s %7s %7s %6s  %8s %7s %7s %6s\n", "layer", "format", "s", "MB/s", "MB", "/F",
-                "peer s", "MB/s", "MB", "ratio");
+        "memory held\nas a multiple of the features file; an export of nothing holds %.1f MB. The peers read "
+        "and write the file that the\nexport made: strm2gds for GDSII, gerbv -x rs274x for Gerber. The last "
+        "column is the ratio of processor time.\n\n",
+        settings.rounds, emptyMegabytes(settings));
+    std::printf("%-28s %-6s %7s %7s %7s %6s  %8s %7s %7s %6s %6s\n", "layer", "format", "s", "MB/s", "MB",
+                "/F", "peer s", "MB/s", "MB", "ratio", "cpu");
+}
+
+void printResponding(const std::vector<Case> &cases, const Settings &settings)
+{
+    std::printf(
+        "\nThe longest time between two reports of progress (processor time, as all times here), and the "
+        "largest step.\n\n%-28s %-6s %-8s %8s %8s %7s\n",
+        "layer", "format", "", "s", "gap ms", "step %");
+    for (const Case &what : cases) {
+        for (const bool isNegative : {false, true}) {
+            for (const bool isGds : {true, false}) {
+                const bench::Responding found = bench::measureResponding(
+                    what.root / what.job, what.step, what.layer,
+                    settings.work / (isGds ? "ours.gds" : "ours.gerber"), isNegative);
+                std::printf("%-28s %-6s %-8s %8.3f %8.1f %7.2f\n", what.title.c_str(),
+                            isGds ? "GDSII" : "Gerber", isNegative ? "negated" : "", found.seconds,
+                            found.longestGap * 1e3, found.largestStep);
+                std::fflush(stdout);
+            }
+        }
+    }
+}
+
+void printGrowth(const Settings &settings)
+{
+    std::printf(
+        "\nProcessor time for a plane with negative pads, and for each thousand of them.\n\n%-10s %10s %10s "
+        "%10s %10s\n",
+        "pads", "GDSII s", "ms/1000", "Gerber s", "ms/1000");
+    for (const std::size_t count : {25'000, 50'000, 100'000, 200'000}) {
+        bench::writePlane(settings.work / "plane", count);
+        double seconds[2] = {};
+        for (const bool isGds : {true, false}) {
+            std::vector<double> runs;
+            for (int round = 0; round < settings.rounds; ++round)
+                runs.push_back(
+                    bench::run({settings.self, "export", settings.work.string(), "plane", "pcb", "plane",
+                                (settings.work / (isGds ? "ours.gds" : "ours.gerber")).string()})
+                        .processor);
+            seconds[isGds ? 0 : 1] = bench::median(runs);
+        }
+        std::printf("%-10zu %10.3f %10.2f %10.3f %10.2f\n", count, seconds[0],
+                    seconds[0] * 1e6 / static_cast<double>(count), seconds[1],
+                    seconds[1] * 1e6 / static_cast<double>(count));
+        std::fflush(stdout);
+    }
 }
 
 int compareAll(const std::vector<std::string> &words, const std::string &self)
@@ -135,6 +203,8 @@ int compareAll(const std::vector<std::string> &words, const std::string &self)
         compare(what, settings, true);
         compare(what, settings, false);
     }
+    printResponding(cases, settings);
+    printGrowth(settings);
     return 0;
 }
 

@@ -44,6 +44,10 @@ Run run(const std::vector<std::string> &command, const std::string &libraries)
     wait4(child, &status, 0, &usage);
     const auto after = std::chrono::steady_clock::now();
     result.seconds = std::chrono::duration<double>(after - before).count();
+    const auto secondsOf = [](const timeval &time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+    };
+    result.processor = secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime);
     result.megabytes = static_cast<double>(usage.ru_maxrss) * 1024.0 / 1e6;
     result.succeeded = WIFEXITED(status) && WEXITSTATUS(status) == 0;
     return result;

@@ -9,6 +9,7 @@ namespace bench {
 struct Run
 {
     double seconds = 0.0;   // from start to end, as a person waits for it
+    double processor = 0.0; // seconds of processor time, the system's included
     double megabytes = 0.0; // the most memory it held, in units of 1e6 bytes
     bool succeeded = false;
 };

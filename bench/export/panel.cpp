@@ -191,4 +191,19 @@ std::size_t writeNestedPanel(const LayerSource &source, const fs::path &target, 
     return text.count * perSide * perSide;
 }
 
+void writePlane(const fs::path &target, std::size_t count)
+{
+    const std::size_t perSide = side(count);
+    const std::string size = std::to_string(static_cast<double>(perSide) * 0.6 + 0.4);
+    std::string text = "UNITS=MM\n$0 r400\nS P 0\nOB 0 0 I\nOS " + size + " 0\nOS " + size + " " + size +
+                       "\nOS 0 " + size + "\nOE\nSE\n";
+    for (std::size_t i = 0; i < count; ++i)
+        text += "P " + std::to_string(0.5 + static_cast<double>(i % perSide) * 0.6) + " " +
+                std::to_string(0.5 + static_cast<double>(i / perSide) * 0.6) + " 0 N 0 0\n";
+    fs::remove_all(target);
+    write(target / "matrix" / "matrix", matrix({"PCB"}, "plane"));
+    write(target / "steps" / "pcb" / "stephdr", "UNITS=MM\n");
+    write(target / "steps" / "pcb" / "layers" / "plane" / "features", text);
+}
+
 } // namespace bench

@@ -25,4 +25,8 @@ std::size_t writeFlatPanel(const LayerSource &source, const std::filesystem::pat
 std::size_t writeNestedPanel(const LayerSource &source, const std::filesystem::path &target,
                              std::size_t featureCount);
 
+// Writes to `target` a job of one step, "pcb", with one layer, "plane": a surface with `count` round
+// clearances as negative pads.
+void writePlane(const std::filesystem::path &target, std::size_t count);
+
 } // namespace bench

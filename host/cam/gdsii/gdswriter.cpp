@@ -8,6 +8,7 @@
 #include "host/cam/geometry/drawing.h"
 #include "host/cam/geometry/neighbourhood.h"
 #include "host/cam/geometry/surfacepolygons.h"
+#include "host/cam/geometry/work.h"
 #include "host/cam/outputfile.h"
 
 #include <algorithm>
@@ -109,36 +110,6 @@ void writeGds(const LayerImage &image, const ExportOptions &options)
 }
 
 namespace {
-
-// What a feature costs, in lines.
-double workOf(const FeatureSet &features, const Feature &feature)
-{
-    constexpr double edgesPerLine = 4.0;
-    if (feature.kind != FeatureKind::Surface)
-        return 1.0;
-    const Surface &surface = features.surfaces[feature.index];
-    std::size_t edges = 0;
-    for (std::uint32_t i = 0; i < surface.contourCount; ++i)
-        edges += features.contours[surface.firstContour + i].edgeCount;
-    return 1.0 + static_cast<double>(edges) / edgesPerLine;
-}
-
-double workOf(const FeatureSet &features)
-{
-    double sum = 0.0;
-    for (const Feature &feature : features.order)
-        sum += workOf(features, feature);
-    return sum;
-}
-
-// The same of a step with everything that is nested in it, copy by copy.
-double workOf(const LayerImage &image, std::uint32_t step)
-{
-    double sum = workOf(image.steps[step].features);
-    for (const StepRepeat &repeat : image.steps[step].repeats)
-        sum += static_cast<double>(repeat.nx) * repeat.ny * workOf(image, repeat.step);
-    return sum;
-}
 
 double unitOf(const ExportOptions &options)
 {
@@ -261,6 +232,7 @@ std::vector<bool> Writer::findPainted(const FeatureSet &features, FeatureDrawing
             negativeBoxes.push_back(boxes[i]);
     }
     const Neighbourhood negatives(negativeBoxes);
+    report(0.0);
     std::vector<bool> isPainted(count);
     for (std::uint32_t i = 0; i < count; ++i)
         isPainted[i] = features.order[i].polarity == Polarity::Negative || negatives.mayTouch(boxes[i]);
@@ -406,7 +378,8 @@ void Writer::takePolygons(std::uint32_t step, const Transform &map, StoredPolygo
         if (features.negativeCount == 0) {
             std::vector<GridRing> rings;
             drawing.rings(i, rings);
-            emitArea(std::move(rings), mostCorners, take, [this](double) { report(0.0); });
+            const double work = workOf(features, features.order[i]);
+            emitArea(std::move(rings), mostCorners, take, [&](double share) { report(work * share); });
         } else {
             painted.paint(i, features.order[i].polarity, drawing.box(i), drawing.corners(i));
         }
@@ -429,7 +402,7 @@ void Writer::writeNegative()
 {
     constexpr double takingShare = 0.3; // of the work
     const auto top = static_cast<std::uint32_t>(m_image.steps.size() - 1);
-    const double taking = 1.0 + workOf(m_image, top);
+    const double taking = 1.0 + workOf(m_image, m_image.top());
     m_workInAll = taking / takingShare;
     StoredPolygons polygons;
     takePolygons(top, m_map, polygons);
@@ -438,6 +411,8 @@ void Writer::writeNegative()
 
     PaintedArea painted(polygons, mostCorners);
     const auto paint = [&](std::uint32_t i, Polarity polarity) {
+        if (i % 1024 == 0)
+            report(0.0);
         GridBox box;
         box.add(polygons[i]);
         painted.paint(i, polarity, box, polygons[i].size());
@@ -461,8 +436,11 @@ void Writer::addNegativeBase(StoredPolygons &polygons)
     contourRings(m_image.profile, m_map, m_symbols.grid(), base);
     if (base.empty()) {
         GridBox extent;
-        for (std::uint32_t i = 0; i < polygons.size(); ++i)
+        for (std::uint32_t i = 0; i < polygons.size(); ++i) {
+            if (i % 1024 == 0)
+                report(0.0);
             extent.add(polygons[i]);
+        }
         if (extent.isEmpty())
             return;
         base.push_back(

@@ -35,6 +35,7 @@ public:
 private:
     bool isLow(GridPoint p) const { return (m_alongX ? p.x : p.y) <= m_at; }
     Crossing crossing(GridPoint a, GridPoint b) const;
+    std::size_t cornersFrom(std::size_t first) const;
     GridRing joinFrom(std::size_t first, std::vector<bool> &isUsed) const;
 
     bool m_alongX;
@@ -120,10 +121,25 @@ void putCorners(GridRing &ring, const GridRing &source, std::size_t first, std::
         ring.insert(ring.end(), source.data() + first, source.data() + last);
 }
 
+// The most corners that joinFrom() may put together.
+std::size_t Cutter::cornersFrom(std::size_t first) const
+{
+    std::size_t sum = 0;
+    std::size_t at = first;
+    do {
+        const Crossing &from = m_crossings[at];
+        const Crossing &to = m_crossings[from.next];
+        sum += 2 + to.edge - from.edge + (to.edge > from.edge ? 0 : from.ring->size());
+        at = to.partner;
+    } while (at != first);
+    return sum;
+}
+
 // Along the chain that starts at `first`, back along the line, along the chain there, until it closes.
 GridRing Cutter::joinFrom(std::size_t first, std::vector<bool> &isUsed) const
 {
     GridRing ring;
+    ring.reserve(cornersFrom(first));
     std::size_t at = first;
     do {
         const Crossing &from = m_crossings[at];
@@ -142,7 +158,6 @@ GridRing Cutter::joinFrom(std::size_t first, std::vector<bool> &isUsed) const
     } while (at != first);
     while (ring.size() > 1 && ring.back() == ring.front())
         ring.pop_back();
-    ring.shrink_to_fit();
     return ring;
 }
 

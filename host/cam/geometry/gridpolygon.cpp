@@ -13,10 +13,26 @@ void GridBox::add(const GridBox &other)
     add(other.high);
 }
 
+// A ring's corners lie near each other: hardly one of them moves a bound, and branches that are foreseen cost
+// less than a minimum that waits for the one before.
 void GridBox::add(const GridRing &ring)
 {
-    for (const GridPoint p : ring)
-        add(p);
+    if (ring.empty())
+        return;
+    add(ring.front());
+    GridPoint least = low, most = high;
+    for (const GridPoint p : ring) {
+        if (p.x < least.x)
+            least.x = p.x;
+        else if (p.x > most.x)
+            most.x = p.x;
+        if (p.y < least.y)
+            least.y = p.y;
+        else if (p.y > most.y)
+            most.y = p.y;
+    }
+    low = least;
+    high = most;
 }
 
 void Grid::round(const Point *corners, std::size_t count, const Transform &map, GridRing &ring) const

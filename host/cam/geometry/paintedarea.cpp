@@ -82,6 +82,8 @@ Piece Resolver::wholePlane()
 {
     Piece piece;
     for (std::uint32_t i = 0; i < m_items.size(); ++i) {
+        if (i % 1024 == 0)
+            m_report(0.0);
         const PaintedArea::Item &item = m_items[i];
         piece.box.add(item.box);
         if (item.corners <= pieceCorners / 4) {
@@ -105,12 +107,15 @@ void Resolver::resolve(Piece piece, double from, double to)
 {
     if (piece.corners == 0)
         return;
+    m_report(from);
     const std::int64_t width = piece.box.high.x - piece.box.low.x;
     const std::int64_t height = piece.box.high.y - piece.box.low.y;
     if (piece.corners > pieceCorners && std::max(width, height) >= 4) {
         const bool alongX = width >= height;
         const std::int64_t at = middleOf(piece, alongX);
+        m_report(from);
         Piece low = part(piece, alongX, at, true);
+        m_report(from);
         Piece high = part(piece, alongX, at, false);
         // Where nearly all small items reach both sides a cut only doubles the work.
         const std::size_t ofLarge = cornersOfLarge(piece);

@@ -3,6 +3,7 @@
 
 #include "host/cam/geometry/clipping.h"
 #include "host/cam/geometry/flatten.h"
+#include "host/cam/geometry/work.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,8 +22,8 @@ constexpr std::size_t mostRegionCorners = 1000000;
 constexpr int polygonPen = -2;
 constexpr int unknownPen = -1;
 
-// How often progress is reported, in features.
-constexpr std::uint64_t reportInterval = 1024;
+// How often progress is reported while features are walked.
+constexpr std::uint32_t reportInterval = 1024;
 
 // How far below the full share painting may report: closing the file comes after it.
 constexpr double paintingShare = 0.99;
@@ -30,14 +31,6 @@ constexpr double paintingShare = 0.99;
 // Nanometres by which rounding the distance between copies may set the last one off. Panels in inches are
 // seldom whole nanometres; a twentieth of a micrometre is half of what arcs may stray.
 constexpr double mostStepError = 50.0;
-
-std::uint64_t featureCount(const LayerImage &image, const StepImage &step)
-{
-    std::uint64_t count = step.features.order.size();
-    for (const StepRepeat &repeat : step.repeats)
-        count += featureCount(image, image.steps[repeat.step]) * repeat.nx * repeat.ny;
-    return count;
-}
 
 Transform placementOf(const StepRepeat &repeat, std::uint32_t column, std::uint32_t row)
 {
@@ -70,7 +63,7 @@ Painter::Painter(const LayerImage &image, const ExportOptions &options, GerberSt
                  ApertureTable &apertures)
     : m_image(image), m_options(options), m_stream(stream), m_apertures(apertures),
       m_drawn(image, grid, mostRegionCorners), m_export(exportTransform(options, image.datum)),
-      m_total(featureCount(image, image.top()))
+      m_workInAll(workOf(image, image.top()))
 {
 }
 
@@ -202,11 +195,11 @@ bool Painter::paintAsBlock(const StepRepeat &repeat, const Transform &place)
         return false;
     Context here = context(child.features, placement(repeat).then(map).then(Transform::translation(shift)),
                            m_options.resize, m_options.negative);
-    const std::uint64_t before = m_done;
+    m_copies = static_cast<double>(columns) * rows;
     m_stream.beginRepeat(columns, rows, step);
     paintFeatures(here, true);
     m_stream.endRepeat();
-    m_done = before + child.features.order.size() * columns * rows;
+    m_copies = 1.0;
     return true;
 }
 
@@ -216,6 +209,8 @@ void Painter::paintFeatures(Context &context, bool isStep)
 {
     for (std::uint32_t item = 0; item < context.features.order.size(); ++item) {
         const Feature &feature = context.features.order[item];
+        const double work = isStep ? workOf(context.features, feature) : 0.0;
+        m_edgeWork = feature.kind == FeatureKind::Surface ? work : 0.0;
         switch (feature.kind) {
         case FeatureKind::Line:
             paintLine(context, feature, item);
@@ -231,14 +226,30 @@ void Painter::paintFeatures(Context &context, bool isStep)
             break;
         }
         if (isStep)
-            countFeature();
+            advance(feature.kind == FeatureKind::Surface ? m_edgeWork : work);
     }
 }
 
-void Painter::countFeature()
+void Painter::advance(double more)
 {
-    if (++m_done % reportInterval == 0)
-        m_options.report(paintingShare * static_cast<double>(m_done) / static_cast<double>(m_total));
+    m_workDone += more * m_copies;
+    if (m_workDone - m_workReported < std::min(reportInterval * m_copies, m_workInAll / 256.0))
+        return;
+    m_workReported = m_workDone;
+    report();
+}
+
+// Slits add edges to a surface's own: no more than its work is counted.
+void Painter::advanceAnEdge()
+{
+    const double more = std::min(m_edgeWork, 1.0 / edgesPerLine);
+    m_edgeWork -= more;
+    advance(more);
+}
+
+void Painter::report()
+{
+    m_options.report(paintingShare * std::min(1.0, m_workDone / m_workInAll));
 }
 
 int Painter::penCode(Context &context, std::uint32_t symbol, Polarity polarity)
@@ -442,6 +453,8 @@ void Painter::region(const GridOutline &outline)
     m_stream.beginRegion();
     m_stream.moveTo(outline.start);
     for (const GridEdge &edge : outline.edges) {
+        if (m_edgeWork > 0.0)
+            advanceAnEdge();
         if (edge.kind == EdgeKind::Line)
             m_stream.lineTo(edge.end);
         else
@@ -511,8 +524,11 @@ void Painter::clearOutside(const ContourPool &contours)
     GridBox frame;
     forEachStep([this, &frame](const StepImage &step, const Transform &place) {
         FeatureDrawing drawing(m_drawn, step.features, place.then(m_export), m_options.resize);
-        for (std::uint32_t item = 0; item < step.features.order.size(); ++item)
+        for (std::uint32_t item = 0; item < step.features.order.size(); ++item) {
+            if (item % reportInterval == 0)
+                report();
             frame.add(drawing.box(item));
+        }
     });
     std::vector<GridRing> rings;
     contourRings(contours, m_export, grid, rings);
@@ -538,6 +554,8 @@ GridBox Painter::positiveExtent()
         FeatureDrawing drawing(m_drawn, step.features, place.then(m_export), m_options.resize);
         std::vector<GridRing> rings;
         for (std::uint32_t item = 0; item < step.features.order.size(); ++item) {
+            if (item % reportInterval == 0)
+                report();
             if (step.features.order[item].polarity == Polarity::Negative)
                 continue;
             rings.clear();

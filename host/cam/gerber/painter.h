@@ -37,7 +37,7 @@ public:
     GridBox positiveExtent();
     void paintBox(const GridBox &box);
     bool hasNegativeFeatures() const;
-    bool isEmpty() const { return m_total == 0; }
+    bool isEmpty() const { return m_workInAll == 0.0; }
 
 private:
     enum class PadForm : std::uint8_t { Nothing, Flash, Region, Features, Polygons };
@@ -109,7 +109,11 @@ private:
     void regions(const ContourPool &contours, std::size_t first, std::size_t count, const Transform &map);
     void region(const GridOutline &outline);
     void region(const GridRing &ring);
-    void countFeature();
+
+    // `more` work has been done on each of the copies that are painted at once; reports now and then.
+    void advance(double more);
+    void advanceAnEdge();
+    void report();
 
     const LayerImage &m_image;
     const ExportOptions &m_options;
@@ -117,8 +121,11 @@ private:
     ApertureTable &m_apertures;
     DrawnSymbols m_drawn;
     Transform m_export;
-    std::uint64_t m_total = 0; // features to paint
-    std::uint64_t m_done = 0;
+    double m_workInAll = 0.0;
+    double m_workDone = 0.0;
+    double m_workReported = 0.0;
+    double m_copies = 1.0;   // that are painted at once
+    double m_edgeWork = 0.0; // left of the surface that is painted
 };
 
 } // namespace cam

@@ -104,12 +104,20 @@ void Reader::setUnit(LengthUnit unit)
 
 FeaturesFile Reader::read(LineReader &lines)
 {
-    constexpr std::size_t linesPerReport = 4096;
+    // Often enough for a host, in small files as in large ones.
+    constexpr std::size_t linesPerReport = 4096, linesPerLook = 32;
+    constexpr double shareOfReport = 0.01;
+    double reported = 0.0;
     TextLine line;
     while (lines.next(line)) {
         readLine(line);
-        if (line.number % linesPerReport == 0 && m_context.report)
-            m_context.report(lines.share());
+        if (line.number % linesPerLook != 0 || !m_context.report)
+            continue;
+        const double share = lines.share();
+        if (line.number % linesPerReport != 0 && share < reported + shareOfReport)
+            continue;
+        m_context.report(share);
+        reported = share;
     }
     if (m_isInSurface)
         throw FormatError(m_file, line.number, "SE, the end of the last surface, before the end of the file");

@@ -21,7 +21,8 @@ struct FeaturesContext
     std::function<std::uint32_t(std::string_view name, SymbolUnit unit)> symbolIndex;
     // The font `name`; throws Error when the job has none of that name.
     std::function<const Font &(std::string_view name)> font;
-    // Takes the share of the text that has been read, 0 to 1, every few thousand lines; may throw to cancel.
+    // Takes the share of the text that has been read, 0 to 1, every few thousand lines and
+    // at least every few hundredths; may throw to cancel.
     std::function<void(double)> report;
 };
 

@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+#include <algorithm>
+
 using namespace cam;
 
 namespace {
@@ -185,9 +187,29 @@ private slots:
         ReadingNotes notes;
         std::vector<double> shares;
         Job(folder.path()).readLayer("pcb", "top", notes, [&](double share) { shares.push_back(share); });
-        QVERIFY(shares.size() >= 5);
         QVERIFY(std::is_sorted(shares.begin(), shares.end()));
         QCOMPARE(shares.back(), 1.0);
+    }
+
+    // Small files are read in no time, and still a host sees them move.
+    void readingReportsInSmallSteps_data()
+    {
+        QTest::addColumn<int>("lineCount");
+        QTest::newRow("4,000 lines") << 4'000;
+        QTest::newRow("100,000 lines") << 100'000;
+    }
+    void readingReportsInSmallSteps()
+    {
+        QFETCH(int, lineCount);
+        JobFolder folder;
+        folder.features("$0 r100\n" + QByteArray("L 0 0 1 0 0 P 0\n").repeated(lineCount));
+        ReadingNotes notes;
+        double last = 0.0, largest = 0.0;
+        Job(folder.path()).readLayer("pcb", "top", notes, [&](double share) {
+            largest = std::max(largest, share - last);
+            last = share;
+        });
+        QVERIFY2(largest <= 0.02, qPrintable(QString::number(largest)));
     }
 };
 

@@ -151,6 +151,8 @@ private slots:
     void emptyLayerIsAFileWithoutImage();
     void equalLayersMakeEqualFiles();
     void progressRisesToOne();
+    void progressMovesInSmallSteps_data();
+    void progressMovesInSmallSteps();
     void cancelledExportLeavesNoFile();
     void folderThatIsMissingIsAnError();
 };
@@ -658,6 +660,56 @@ void GerberWriterTest::progressRisesToOne()
     QVERIFY(std::is_sorted(shares.begin(), shares.end()));
     QCOMPARE(shares.front(), 0.0);
     QCOMPARE(shares.back(), 1.0);
+}
+
+void GerberWriterTest::progressMovesInSmallSteps_data()
+{
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<bool>("negative");
+    for (const QString what : {"pads", "panel", "surface with holes"}) {
+        QTest::newRow(qPrintable(what)) << what << false;
+        QTest::newRow(qPrintable(what + ", negated")) << what << true;
+    }
+}
+
+void GerberWriterTest::progressMovesInSmallSteps()
+{
+    QFETCH(QString, what);
+    QFETCH(bool, negative);
+    LayerImage image = emptyLayer();
+    cam::FeatureSet &features = image.steps[0].features;
+    if (what == "surface with holes") {
+        const cam::Point corners[] = {{0, 0}, {1e8, 0}, {1e8, 1e8}, {0, 1e8}};
+        features.contours.addPolygon(corners, 4, false);
+        for (int i = 0; i < 2000; ++i)
+            features.contours.addCircle({1e6 + i % 50 * 1.9e6, 1e6 + i / 50 * 1.9e6}, 5e5, true);
+        features.add(cam::Surface{0, 2001}, cam::Polarity::Positive);
+    } else {
+        for (int i = 0; i < 3000; ++i)
+            addPad(features, symbol(image, "r100"), at(i, 0), i % 7 != 0);
+    }
+    if (what == "panel") {
+        cam::StepImage panel;
+        panel.name = "panel";
+        cam::StepRepeat repeat;
+        repeat.nx = repeat.ny = 20;
+        repeat.dx = repeat.dy = 5e9;
+        panel.repeats.push_back(repeat);
+        image.steps.push_back(std::move(panel));
+    }
+    double last = 0.0, largest = 0.0;
+    bool isRising = true;
+    cam::ExportOptions how = options();
+    how.negative = negative;
+    how.report = [&](double share) {
+        isRising = isRising && share >= last;
+        largest = std::max(largest, share - last);
+        last = share;
+    };
+    const WrittenFile file(image, how);
+    QVERIFY(isRising);
+    QVERIFY2(largest <= 0.02, qPrintable(QString::number(largest)));
+    QCOMPARE(last, 1.0);
 }
 
 void GerberWriterTest::cancelledExportLeavesNoFile()

@@ -118,6 +118,14 @@ void GerberStream::lineTo(GridPoint end)
 void GerberStream::arcTo(GridPoint end, GridPoint center, bool clockwise)
 {
     const GridPoint from = m_at;
+    if (from == end) // gerbv takes some full circles for arcs of no length
+        arcTo({2 * center.x - from.x, 2 * center.y - from.y}, center, clockwise);
+    arcFromHere(end, center, clockwise);
+}
+
+void GerberStream::arcFromHere(GridPoint end, GridPoint center, bool clockwise)
+{
+    const GridPoint from = m_at;
     interpolate(clockwise ? Interpolation::Clockwise : Interpolation::CounterClockwise);
     coordinates(end);
     number('I', center.x - from.x);

@@ -33,7 +33,7 @@ public:
     void aperture(int code);
     void moveTo(GridPoint at);
     void lineTo(GridPoint end);
-    // From the current point about `center`; one that ends where it starts is a full circle.
+    // From the current point about `center`; one that ends where it starts is a full circle, in two halves.
     void arcTo(GridPoint end, GridPoint center, bool clockwise);
     void flash(GridPoint at);
 
@@ -46,6 +46,7 @@ public:
 private:
     enum class Interpolation { Unknown, Line, Clockwise, CounterClockwise };
 
+    void arcFromHere(GridPoint end, GridPoint center, bool clockwise);
     void interpolate(Interpolation kind);
     void coordinates(GridPoint at);
     void number(char letter, std::int64_t value);

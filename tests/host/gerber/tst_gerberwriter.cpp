@@ -292,7 +292,8 @@ void GerberWriterTest::arcThatEndsWhereItStartsIsAFullCircle()
     LayerImage image = emptyLayer();
     const cam::Arc arc{at(1000, 0), at(1000, 0), at(0, 0), symbol(image, "r100"), false};
     image.steps[0].features.add(arc, cam::Polarity::Positive);
-    QCOMPARE(WrittenFile(image).body(), QString("%LPD*% D10* X1000000Y0D02* G03* Y0I-1000000J0D01*"));
+    QCOMPARE(WrittenFile(image).body(),
+             QString("%LPD*% D10* X1000000Y0D02* G03* X-1000000I-1000000J0D01* X1000000I1000000J0D01*"));
 }
 
 void GerberWriterTest::equalPadsShareAnAperture()
@@ -376,8 +377,9 @@ void GerberWriterTest::everyRegionSaysHowItStarts()
         addSurface(set, first);
     }
     // The mode would still hold; gerbv forgets it at the region's start.
-    QCOMPARE(WrittenFile(image).body(), QString("%LPD*% G36* X100000Y0D02* G03* Y0I-100000J0D01* G37* "
-                                                "G36* X1100000Y0D02* G03* Y0I-100000J0D01* G37*"));
+    QCOMPARE(WrittenFile(image).body(),
+             QString("%LPD*% G36* X100000Y0D02* G03* X-100000I-100000J0D01* X100000I100000J0D01* G37* "
+                     "G36* X1100000Y0D02* G03* X900000I-100000J0D01* X1100000I100000J0D01* G37*"));
 }
 
 void GerberWriterTest::holeOfASurfaceIsReachedByASlit()

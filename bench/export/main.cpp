@@ -5,6 +5,7 @@
 //
 //   exportbench compare WORK JOB STEP LAYER... [ROUNDS=n] [STRM2GDS=path]
 //   exportbench export ROOT JOB STEP LAYER FILE      one export through the library's own call
+//   exportbench progress JOB STEP LAYER FILE [negated]   how often one export reports
 #include "bench/export/measuring.h"
 #include "bench/export/panel.h"
 #include "bench/export/responding.h"
@@ -143,6 +144,15 @@ void printResponding(const std::vector<Case> &cases, const Settings &settings)
     }
 }
 
+int printProgress(const std::vector<std::string> &words)
+{
+    const bench::Responding found =
+        bench::measureResponding(words[0], words[1], words[2], words[3], words.size() == 5);
+    std::printf("%.3f s, at most %.1f ms between two reports (before %.1f %%), steps of at most %.2f %%\n",
+                found.seconds, found.longestGap * 1e3, found.gapBefore, found.largestStep);
+    return 0;
+}
+
 void printGrowth(const Settings &settings)
 {
     std::printf(
@@ -217,6 +227,8 @@ int main(int count, char **values)
     try {
         if (words.size() == 6 && words[0] == "export")
             return exportLayer({words.begin() + 1, words.end()});
+        if ((words.size() == 5 || (words.size() == 6 && words[5] == "negated")) && words[0] == "progress")
+            return printProgress({words.begin() + 1, words.end()});
         if (words.size() >= 5 && words[0] == "compare")
             return compareAll({words.begin() + 1, words.end()}, fs::canonical("/proc/self/exe").string());
     } catch (const std::exception &error) {
@@ -224,6 +236,7 @@ int main(int count, char **values)
         return 1;
     }
     std::fprintf(stderr, "usage: exportbench compare WORK JOB STEP LAYER... [ROUNDS=n] [STRM2GDS=path]\n"
-                         "       exportbench export ROOT JOB STEP LAYER FILE\n");
+                         "       exportbench export ROOT JOB STEP LAYER FILE\n"
+                         "       exportbench progress JOB STEP LAYER FILE [negated]\n");
     return 2;
 }

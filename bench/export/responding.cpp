@@ -32,7 +32,10 @@ Responding measureResponding(const std::filesystem::path &job, const std::string
     double last = start, lastShare = 0.0;
     const auto report = [&](double share) {
         const double now = processorSeconds();
-        result.longestGap = std::max(result.longestGap, now - last);
+        if (now - last > result.longestGap) {
+            result.longestGap = now - last;
+            result.gapBefore = 100.0 * share;
+        }
         result.largestStep = std::max(result.largestStep, 100.0 * (share - lastShare));
         last = now;
         lastShare = share;

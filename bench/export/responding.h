@@ -10,6 +10,7 @@ struct Responding
 {
     double seconds = 0.0;     // of processor time, for the whole export
     double longestGap = 0.0;  // seconds of processor time between two reports
+    double gapBefore = 0.0;   // percent that were reported at the end of that time
     double largestStep = 0.0; // percent
 };
 

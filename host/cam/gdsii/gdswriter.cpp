@@ -136,6 +136,7 @@ void Writer::write()
         writeSteps();
     }
     m_records.endLibrary();
+    m_options.report(1.0); // the last that a cancel can stop: nothing has taken the old file's place yet
     m_file.commit();
     m_options.report(1.0);
 }

@@ -8,11 +8,17 @@
 #include <QStringList>
 #include <QTextStream>
 
+#include <algorithm>
+
 namespace crosscheck {
 
 namespace {
 
 constexpr double inch = 25.4e6; // nanometres
+// The programs draw so many pixels for one, in both directions: gerbv moves the ends of strokes, and rounds
+// their widths, to whole pixels of its own; KLayout darkens half of one around every shape.
+constexpr int finer = 4;
+constexpr double drawnPixel = pixel / finer;
 constexpr int timeout = 300000; // milliseconds
 
 Complaints run(const QString &program, const QStringList &arguments)
@@ -49,12 +55,12 @@ Complaints drawGerber(const std::vector<Picture> &pictures)
     for (const Picture &picture : pictures) {
         const Window &window = picture.window;
         // A hair more than the size: gerbv cuts fractions of a pixel off.
-        const double hair = pixel / 10.0;
+        const double hair = drawnPixel / 10.0;
         const QString origin = inches(window.left) + 'x' + inches(window.bottom);
         const QString size = inches(window.width * pixel + hair) + 'x' + inches(window.height * pixel + hair);
-        const QString said =
-            run("gerbv", {"-a", "-x", "png", "-D", QString::number(inch / pixel), "-B", "0", "-b", "#ffffff",
-                          "-f", "#000000ff", "-O", origin, "-W", size, "-o", picture.png, picture.file});
+        const QString said = run("gerbv", {"-a", "-x", "png", "-D", QString::number(inch / drawnPixel), "-B",
+                                           "0", "-b", "#ffffff", "-f", "#000000ff", "-O", origin, "-W", size,
+                                           "-o", picture.png, picture.file});
         if (!said.isEmpty())
             complaints += picture.file + ": " + said + '\n';
     }
@@ -70,11 +76,11 @@ Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile
         const Window &window = picture.window;
         const QStringList fields = {picture.file,
                                     picture.png,
-                                    QString::number(window.width),
-                                    QString::number(window.height),
+                                    QString::number(window.width * finer),
+                                    QString::number(window.height * finer),
                                     QString::number(window.left / 1000.0, 'f', 3),
                                     QString::number(window.bottom / 1000.0, 'f', 3),
-                                    QString::number(pixel / 1000.0, 'f', 3)};
+                                    QString::number(drawnPixel / 1000.0, 'f', 3)};
         list.write(fields.join('\t').toUtf8() + '\n');
     }
     list.close();
@@ -86,13 +92,19 @@ Bitmap read(const Picture &picture)
 {
     const QImage image = QImage(picture.png).convertToFormat(QImage::Format_Grayscale8);
     const Window &window = picture.window;
-    if (image.width() != window.width || image.height() != window.height)
+    if (image.width() != window.width * finer || image.height() != window.height * finer)
         return {};
     Bitmap bitmap(window.width, window.height);
+    std::vector<int> brightness(static_cast<std::size_t>(window.width)); // sums over finer x finer pixels
     for (int y = 0; y < window.height; ++y) {
-        const uchar *row = image.constScanLine(window.height - 1 - y);
+        std::fill(brightness.begin(), brightness.end(), 0);
+        for (int i = 0; i < finer; ++i) {
+            const uchar *row = image.constScanLine((window.height - 1 - y) * finer + i);
+            for (int x = 0; x < window.width * finer; ++x)
+                brightness[static_cast<std::size_t>(x / finer)] += row[x];
+        }
         for (int x = 0; x < window.width; ++x) {
-            if (row[x] < 128)
+            if (brightness[static_cast<std::size_t>(x)] < 128 * finer * finer)
                 bitmap.set(x, y);
         }
     }

@@ -23,12 +23,11 @@ using Complaints = QString;
 
 // A picture each with gerbv, antialiased: without that it flattens curves by one and a half pixels.
 Complaints drawGerber(const std::vector<Picture> &pictures);
-// All pictures with one run of KLayout. It darkens every pixel that a shape touches, half a pixel around the
-// shape. `listFile`: where the list of pictures for its script is put.
+// All pictures with one run of KLayout. `listFile`: where the list of pictures for its script is put.
 Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile);
 
-// Reads a picture; dark pixels are the ones nearer to black. An empty bitmap when it cannot be read or has
-// another size.
+// Reads a picture, which is finer than its window; dark pixels are the ones nearer to black. An empty bitmap
+// when it cannot be read or has another size.
 Bitmap read(const Picture &picture);
 
 } // namespace crosscheck

@@ -59,11 +59,18 @@ const Variant variants[] = {{"as it is"},
                             {"mirrored, rotated by 30, negated", 30.0, true, 1.0, 1.0, true}};
 
 constexpr int windowSide = 1500;  // pixels, of the windows onto large boards
-constexpr int largestSide = 8000; // pixels, of the windows that cover all of a layer
+constexpr int largestSide = 3000; // pixels, of the windows that cover all of a layer
 
 bool isFull()
 {
     return qgetenv("FILE_PROCESS_CROSSCHECK") == "full";
+}
+
+// FILE_PROCESS_CROSSCHECK_LAYER names the only layer to be looked at.
+bool isWanted(const std::string &layer)
+{
+    const QByteArray only = qgetenv("FILE_PROCESS_CROSSCHECK_LAYER");
+    return only.isEmpty() || cam::lowerCase(layer) == cam::lowerCase(only.toStdString());
 }
 
 // A job folder, unpacked where it was an archive.
@@ -246,13 +253,16 @@ std::vector<Check> CrossCheckTest::checks(const JobSource &source, const QString
                                  "/layers/" + QString::fromStdString(cam::lowerCase(layer.name));
             if (!QFile::exists(path) || layer.type == "GDS")
                 continue;
+            const std::size_t here = turn++; // the same window with and without the others
+            if (!isWanted(layer.name))
+                continue;
             cam::ReadingNotes notes;
             const auto image =
                 std::make_shared<const cam::LayerImage>(job.readLayer(step, layer.name, notes));
             if (!notes.unsupported.empty())
                 throw cam::Error("unsupported: " + notes.unsupported.begin()->first);
             addChecks(checks, image, variant.options(),
-                      source.isOwn && isPlain && step == job.matrix().steps.front(), turn++);
+                      source.isOwn && isPlain && step == job.matrix().steps.front(), here);
         }
     }
     return checks;

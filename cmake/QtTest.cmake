@@ -1,10 +1,10 @@
-# add_qt_test(NAME tst_x SOURCES a.cpp b.cpp LIBRARIES lib... [TIMEOUT seconds] [OFFSCREEN])
+# add_qt_test(NAME tst_x SOURCES a.cpp b.cpp LIBRARIES lib... [TIMEOUT seconds])
 #
 # One Qt Test program and the ctest entry that runs it. It needs no display, except on Windows: there a test that makes
 # windows (its first source starts it with QTEST_MAIN) gets real ones, one such test at a time, because only one
-# program can have the focus. OFFSCREEN takes that back for one that makes too many.
+# program can have the focus.
 function(add_qt_test)
-    cmake_parse_arguments(arg "OFFSCREEN" "NAME;TIMEOUT" "SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(arg "" "NAME;TIMEOUT" "SOURCES;LIBRARIES" ${ARGN})
     add_executable(${arg_NAME} ${arg_SOURCES})
     target_link_libraries(${arg_NAME} PRIVATE ${arg_LIBRARIES} Qt5::Test)
     add_test(NAME ${arg_NAME} COMMAND ${arg_NAME})
@@ -18,7 +18,7 @@ function(add_qt_test)
     endif()
     list(GET arg_SOURCES 0 main_source)
     file(STRINGS ${main_source} makes_windows REGEX "^QTEST_MAIN")
-    if(makes_windows AND NOT arg_OFFSCREEN)
+    if(makes_windows)
         set_tests_properties(${arg_NAME} PROPERTIES
             ENVIRONMENT "FILE_PROCESS_TEST_WINDOWS=1" RESOURCE_LOCK windows)
     endif()

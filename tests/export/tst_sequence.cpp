@@ -62,7 +62,11 @@ public:
         ++m_depth;
         randomStep();
         QApplication::processEvents();
-        QApplication::sendPostedEvents(); // first come, first served: what is queued may still name what goes
+        // In the order of their coming: a delegate closes an editor whose Return was pressed by a queued call
+        // that names the editor by a bare pointer. Deletions before it, which no event loop makes, would
+        // leave it dangling (Windows' dispatcher may return from processEvents() without having sent any
+        // posted event).
+        QApplication::sendPostedEvents();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         --m_depth;
     }

@@ -21,6 +21,7 @@ temporary=$(mktemp -d "${TMPDIR:-/tmp}/file_process.XXXXXX")
 trap 'rm -rf "$temporary"' EXIT
 WINETEMP=$(windows_path "$temporary")
 export WINETEMP WINETMP=$WINETEMP
+export QTEST_FUNCTION_TIMEOUT=${QTEST_FUNCTION_TIMEOUT:-900000} # milliseconds; ctest has a limit of its own
 
 runner=()
 if [ "${FILE_PROCESS_TEST_WINDOWS:-0}" = 1 ]; then

@@ -196,7 +196,8 @@ void tst_ExportedNames::theListIsComplete()
                              "readCfgFile",
                              "CheckDir",
                              "copyDirectory",
-                             "mysystem"})
+                             "mysystem",
+                             "s_isUnpacking"})
         expected << QString("FileProcess::%1").arg(name);
 
     QStringList exported;

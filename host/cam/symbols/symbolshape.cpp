@@ -498,7 +498,7 @@ std::vector<Stretch> stretchesOfBar(double halfLength, double gap, bool cutInMid
 bool hasGapAt(const StandardSymbol &symbol, unsigned eighth)
 {
     const unsigned count = static_cast<unsigned>(symbol.size[3]);
-    const unsigned first = static_cast<unsigned>(symbol.size[2] / 45.0);
+    const unsigned first = static_cast<unsigned>(std::fmod(symbol.size[2], 360.0) / 45.0);
     for (unsigned i = 0; i < count; ++i) {
         if ((first + i * (8u / count)) % 8u == eighth % 8u)
             return true;

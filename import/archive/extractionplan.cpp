@@ -184,11 +184,11 @@ private:
                 steps.back() += c;
         }
         for (const std::wstring &step : steps) {
-            if (step.empty() || step == L".")
-                continue;
             const Node *reached = at.empty() ? nullptr : find(entry, joined(at, at.size()));
             if (reached && reached->kind == Kind::SymbolicLink)
                 refuse(entry, shown + "passes through another link");
+            if (step.empty() || step == L".")
+                continue;
             if (step == L"..") {
                 if (at.size() <= 1)
                     refuse(entry, shown + "leads out of the job");

@@ -179,6 +179,10 @@ void TestExtractionPlan::linksThatLeadOutAreRefused_data()
                             << "a";
     QTest::newRow("through another link") << "ABC/a"
                                           << "l/x";
+    QTest::newRow("another link with a dot behind it") << "ABC/a"
+                                                       << "l/.";
+    QTest::newRow("another link with a slash behind it") << "ABC/a"
+                                                         << "l/";
     QTest::newRow("up after another link") << "ABC/d/a"
                                            << "../l/../x";
 }

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds what the Windows programs need and Debian has no Windows package of: 7-Zip's 7z.dll, glog, SQLite,
 # Clipper and Qt 5, from the distribution's own source packages. Everything lands in one cache folder and is built
-# once; an interrupted run goes on where it stopped.
+# once; after an interruption the components that are complete stay, and the one that was being made starts afresh.
 #
 #   scripts/windows/dependencies.sh          FILE_PROCESS_WINDOWS_DEPS names the folder (default: the user's cache)
 set -euo pipefail
@@ -18,11 +18,11 @@ main() {
     exec 9>"$deps/lock"
     flock -n 9 || { say "another run is filling $deps; waiting for it"; flock 9; }
     prefer_posix_compilers
-    component 7zip    7zip                   build_7zip
-    component glog    google-glog            build_glog
-    component sqlite  sqlite3                build_sqlite
-    component clipper libpolyclipping        build_clipper
-    component qt      qtbase-opensource-src  build_qt
+    component 7zip    1 7zip                   build_7zip
+    component glog    1 google-glog            build_glog
+    component sqlite  1 sqlite3                build_sqlite
+    component clipper 1 libpolyclipping        build_clipper
+    component qt      2 qtbase-opensource-src  build_qt
     say "dependencies complete in $deps"
 }
 
@@ -64,21 +64,35 @@ build_clipper() {
     install -m 644 "$1/cpp/clipper.hpp" "$prefix/include/polyclipping"
 }
 
-# Left out is what the programs do not use. Accessibility and tablet events are off because Debian's tarball lacks two
-# bundled headers they need; processor extensions beyond the base, because MinGW's stack alignment breaks AVX code.
+# Left out is what the programs do not use, and MinGW's stack alignment breaks: processor extensions beyond the base.
+# Accessibility and tablet events are off because Debian's tarball lacks two bundled headers they need.
 build_qt() {
+    local options=() feature
+    for feature in "${unused_qt_features[@]}"; do options+=("-no-feature-$feature"); done
     mkdir -p "$1/../out" && cd "$1/../out"
-    [ -e configured ] || run "Qt: configure" "$1/configure" -opensource -confirm-license -release -shared \
-        -xplatform win32-g++ -device-option CROSS_COMPILE=$host- \
-        -prefix "$prefix" -no-opengl -no-angle -no-icu -no-dbus -no-openssl -no-sql-sqlite \
-        -no-feature-sql -no-feature-network -no-feature-xml -no-feature-concurrent -no-feature-accessibility \
-        -no-feature-tabletevent -no-feature-printer -nomake examples -nomake tests -no-pch \
-        -qt-zlib -qt-pcre -qt-libpng -no-libjpeg -qt-freetype -qt-harfbuzz \
-        -no-ssse3 -no-sse4.1 -no-sse4.2 -no-avx -no-avx2 -no-avx512
-    touch configured
-    run "Qt: compile (15 to 30 minutes on two cores)" make -j"$jobs"
+    run "Qt: configure" env MAKEFLAGS=-j"$jobs" "$1/configure" -opensource -confirm-license -release -shared \
+        -xplatform win32-g++ -device-option CROSS_COMPILE=$host- -prefix "$prefix" \
+        -no-opengl -no-angle -no-icu -no-dbus -no-openssl -no-sql-sqlite -no-libjpeg -no-gif -no-ico \
+        -qt-zlib -qt-pcre -qt-libpng -qt-freetype -qt-harfbuzz -nomake examples -nomake tests -pch \
+        -no-ssse3 -no-sse4.1 -no-sse4.2 -no-avx -no-avx2 -no-avx512 "${options[@]}"
+    run "Qt: compile (10 to 30 minutes on two cores)" make -j"$jobs"
     run "Qt: install" make install
 }
+
+unused_qt_features=(
+    # whole modules
+    sql network xml concurrent printer
+    # see above
+    accessibility tabletevent
+    # Core
+    etw hijricalendar islamiccivilcalendar jalalicalendar sharedmemory statemachine systemsemaphore timezone
+    concatenatetablesproxymodel transposeproxymodel
+    # Gui
+    movie pdf picture sessionmanager systemtrayicon textmarkdownreader textmarkdownwriter textodfwriter vulkan
+    # Widgets
+    calendarwidget colordialog columnview commandlinkbutton datawidgetmapper dial fontcombobox fontdialog graphicseffect
+    graphicsview keysequenceedit lcdnumber mdiarea scroller splashscreen syntaxhighlighter textbrowser undocommand wizard
+)
 
 # Qt's make files call the compilers by their bare names, and those are another flavour on some machines.
 prefer_posix_compilers() {
@@ -92,12 +106,11 @@ prefer_posix_compilers() {
 
 # --- how a component is made ------------------------------------------------------------------------------------------
 
-# component NAME PACKAGE BUILDER: makes NAME from the source package PACKAGE unless that very version is there already.
-# BUILDER gets the folder of the unpacked sources. Change RECIPE when a builder changes what it makes.
-RECIPE=1
+# component NAME RECIPE PACKAGE BUILDER: makes NAME from the source package PACKAGE unless it is there already.
+# BUILDER gets the folder of the unpacked sources. Count RECIPE up when a builder changes what it makes.
 component() {
-    local name=$1 package=$2 builder=$3 stamp=$deps/stamps/$1
-    if [ -e "$stamp" ] && grep -qx "recipe $RECIPE" "$stamp"; then
+    local name=$1 recipe=$2 package=$3 builder=$4 stamp=$deps/stamps/$1
+    if [ -e "$stamp" ] && grep -qx "recipe $recipe" "$stamp"; then
         say "$name: there ($(head -n 1 "$stamp"))"
         return
     fi
@@ -105,14 +118,13 @@ component() {
     fetch_source "$package"
     local version tree=$deps/build/$name
     version=$(cat "$deps/sources/$package/version")
-    if [ "$(cat "$tree/unpacked" 2>/dev/null)" != "$version" ]; then
-        say "$name: unpack $package $version"
-        rm -rf "$tree" && mkdir -p "$tree/tree"
-        tar -C "$tree/tree" --strip-components=1 -xf "$(find "$deps/sources/$package" -name '*.orig.tar.*' ! -name '*.asc')"
-        echo "$version" > "$tree/unpacked"
-    fi
+    say "$name: unpack $package $version"
+    # Never on top of an interrupted build: a compiler that was killed leaves object files that look complete.
+    rm -rf "$tree" && mkdir -p "$tree/tree"
+    tar -C "$tree/tree" --strip-components=1 -xf "$(find "$deps/sources/$package" -name '*.orig.tar.*' ! -name '*.asc')"
     (log=$deps/logs/$name.log; : > "$log"; "$builder" "$tree/tree")
-    printf '%s\nrecipe %s\n' "$package $version" "$RECIPE" > "$stamp"
+    printf '%s\nrecipe %s\n' "$package $version" "$recipe" > "$stamp.new"
+    mv "$stamp.new" "$stamp"
     rm -rf "$tree"
     say "$name: done in $(minutes $((SECONDS - started)))"
 }
@@ -163,7 +175,8 @@ run() {
     shift
     say "$label"
     printf '\n== %s\n' "$*" >> "$log"
-    "$@" >> "$log" 2>&1 9>&- < /dev/null &
+    # It keeps the lock: when this script alone is killed, the next run waits for what it left running.
+    "$@" >> "$log" 2>&1 < /dev/null &
     local pid=$!
     trap 'kill '"$pid"' 2>/dev/null' EXIT
     while kill -0 "$pid" 2>/dev/null; do

@@ -18,8 +18,8 @@ namespace platform {
 
 namespace {
 
-// At least what starting the interpreter in a window of its own takes. The poll that has to see a failed import
-// before its clean-up ends relies on it, also on a machine that is busy with other things.
+// At least what starting the interpreter in a window of its own takes. The poll that has to see a failed
+// import before its clean-up ends relies on it, also on a machine that is busy with other things.
 const unsigned long ShownStartMilliseconds = 250;
 
 // Giving back the space of a file of this size takes about a millisecond.

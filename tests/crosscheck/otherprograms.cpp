@@ -19,7 +19,7 @@ constexpr double inch = 25.4e6; // nanometres
 // their widths, to whole pixels of its own; KLayout darkens half of one around every shape.
 constexpr int finer = 4;
 constexpr double drawnPixel = pixel / finer;
-constexpr int timeout = 300000; // milliseconds
+constexpr int timeout = 1800000; // milliseconds; KLayout draws all pictures of a board at once
 
 Complaints run(const QString &program, const QStringList &arguments)
 {

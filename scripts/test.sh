@@ -13,6 +13,7 @@ echo "Configuring ($preset)"
 cmake --preset "$preset" >"/tmp/file_process_configure.$$" 2>&1 || { cat "/tmp/file_process_configure.$$"; exit 1; }
 rm -f "/tmp/file_process_configure.$$"
 echo "Building"
-cmake --build --preset "$preset"
+# FILE_PROCESS_TARGETS: only these (then ctest has to be told, too)
+cmake --build --preset "$preset" ${FILE_PROCESS_TARGETS:+--target $FILE_PROCESS_TARGETS}
 echo "Testing"
 ctest --test-dir "build/$preset" --output-on-failure --parallel "$(nproc)" "$@" | tee "build/$preset/tests.txt"

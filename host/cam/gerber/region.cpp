@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 
 namespace cam {
 
@@ -116,6 +117,14 @@ bool runsThrough(GridPoint from, const GridEdge &arc, GridPoint at)
     return upTo <= swept;
 }
 
+// Nearer points than that are not worth an arc between them: rounded, it may seem to go nowhere, or all
+// around.
+bool areNear(GridPoint a, GridPoint b)
+{
+    constexpr std::int64_t nanometres = 10;
+    return std::abs(a.x - b.x) <= nanometres && std::abs(a.y - b.y) <= nanometres;
+}
+
 // Makes the leftmost point of a hole its start; an arc that bulges to the left is split there.
 void startAtLeftmost(GridOutline &hole)
 {
@@ -133,7 +142,8 @@ void startAtLeftmost(GridOutline &hole)
         if (edge.kind == EdgeKind::Line)
             continue;
         const GridPoint tip = {edge.center.x - roundToNanometre(radiusOf(from, edge.center)), edge.center.y};
-        if (tip.x < leftmost.x && tip != from && tip != edge.end && runsThrough(from, edge, tip)) {
+        if (tip.x < leftmost.x && !areNear(tip, from) && !areNear(tip, edge.end) &&
+            runsThrough(from, edge, tip)) {
             leftmost = tip;
             best = i;
             isOnArc = true;

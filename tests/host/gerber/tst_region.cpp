@@ -91,6 +91,7 @@ private slots:
     void fullCircleStaysOneArc();
     void oneHoleIsReachedByOneSlit();
     void slitMeetsAnArc();
+    void arcOfOneNanometreIsNotMade();
     void holesInARowAreLinkedToEachOther();
     void holesAreReachedThroughOtherHoles_data();
     void holesAreReachedThroughOtherHoles();
@@ -179,6 +180,27 @@ void RegionTest::slitMeetsAnArc()
     QCOMPARE(slitCount(outline), 2);
     const double expected = circle(20000) - 2 * circle(2000);
     QVERIFY(std::fabs(signedArea(outline) - expected) < 1e-4 * expected); // ends of arcs are whole nanometres
+}
+
+// Rounded, the arc's circle reaches a nanometre beyond the arc's own end.
+void RegionTest::arcOfOneNanometreIsNotMade()
+{
+    const GridPoint leftEnd = {45843948, 30670245}, center = {46097952, 30670245};
+    GridOutline rounded;
+    rounded.start = leftEnd;
+    for (const GridPoint corner : {GridPoint{45843948, 31000000}, GridPoint{47000000, 31000000},
+                                   GridPoint{47000000, 30416240}, GridPoint{46097952, 30416240}})
+        rounded.edges.push_back({corner, {}, EdgeKind::Line});
+    rounded.edges.push_back({leftEnd, center, EdgeKind::ArcClockwise});
+    const GridOutline outline = slit(square(45e6, 30e6, 3e6), {rounded});
+    QVERIFY(isClosed(outline));
+    int arcs = 0;
+    for (std::size_t i = 0; i < outline.edges.size(); ++i)
+        arcs += outline.edges[i].kind == EdgeKind::Line ? 0 : 1;
+    QCOMPARE(arcs, 1);
+    const double radius = 254005.0;
+    const double clear = 1156052.0 * 583760.0 - radius * radius + circle(2.0 * radius) / 4.0;
+    QVERIFY(std::fabs(signedArea(outline) - (9e12 - clear)) < 1e-5 * clear);
 }
 
 void RegionTest::holesInARowAreLinkedToEachOther()

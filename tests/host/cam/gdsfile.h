@@ -51,7 +51,7 @@ public:
     }
 
     int version = 0;
-    QString libraryName;
+    QString nameOfLibrary;
     QVector<int> date;
     double userUnit = 0.0; // of a database unit
     double metres = 0.0;   // of a database unit
@@ -172,7 +172,7 @@ private:
         for (int i = 0; i < 12; ++i)
             date.append(signedWord(m_at + 4 + 2 * i));
         expect(0x0206, "LIBNAME");
-        libraryName = text();
+        nameOfLibrary = text();
         expect(0x0305, "UNITS");
         userUnit = real(m_at + 4);
         metres = real(m_at + 12);

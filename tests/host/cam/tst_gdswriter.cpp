@@ -62,7 +62,7 @@ private slots:
         folder.features("");
         const GdsFile file = exported(folder);
         QCOMPARE(file.version, 600);
-        QCOMPARE(file.libraryName, QString("board"));
+        QCOMPARE(file.nameOfLibrary, QString("board"));
         QCOMPARE(file.date, (QVector<int>{2024, 2, 29, 13, 14, 15, 2024, 2, 29, 13, 14, 15}));
         QCOMPARE(file.tops(), QStringList{"pcb"});
         QVERIFY(std::fabs(file.userUnit - 0.001) < 1e-18 && std::fabs(file.metres - 1e-9) < 1e-24);

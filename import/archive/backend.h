@@ -20,7 +20,7 @@ enum class Property : std::uint32_t {
     IsFolder = 6,
     Size = 7,
     Modified = 12,
-    Comment = 28,         // of a tar entry: its unknown extended-header lines
+    Comment = 28,         // what is not known of a tar entry's extended header; of a tar: its global header
     PhysicalSize = 44,    // of the archive
     Characteristics = 47, // of a tar entry: type flag and remarks
     PosixMode = 53,

@@ -26,6 +26,8 @@ struct Remarks
 {
     std::string typeFlag;
     bool isDamaged = false;
+    bool isGnu = false;     // its header is in GNU's old form
+    bool hasPrefix = false; // its name stands in two fields
 
     explicit Remarks(const std::wstring &text)
     {
@@ -37,8 +39,11 @@ struct Remarks
             return remarks.substr(begin, end - begin);
         };
         typeFlag = nextWord();
-        for (std::string word = nextWord(); !word.empty(); word = nextWord())
+        for (std::string word = nextWord(); !word.empty(); word = nextWord()) {
             isDamaged = isDamaged || word == "ERROR" || word == "METHOD_ERROR" || word == "PAX_error";
+            isGnu = isGnu || word == "GNU";
+            hasPrefix = hasPrefix || word == "PREFIX";
+        }
     }
 };
 
@@ -48,6 +53,9 @@ std::string flawOf(const InArchive &archive, std::uint32_t index, std::uint64_t 
     const Remarks remarks(valueOr(archive.entryProperty(index, Property::Characteristics), std::wstring()));
     if (remarks.isDamaged)
         return "its header is damaged";
+    // What stands there is a time, in an incremental backup, and the 7-Zip library takes it for a folder.
+    if (remarks.isGnu && remarks.hasPrefix)
+        return "its header, of GNU's own form, has text where other forms have the begin of the name";
     const std::uint64_t kind = mode & ModeKindMask;
     if (kind != 0 && kind != ModeRegular && kind != ModeFolder && kind != ModeLink)
         return "it is a device, a pipe or a socket";
@@ -56,10 +64,24 @@ std::string flawOf(const InArchive &archive, std::uint32_t index, std::uint64_t 
     static const std::string known = "0 1 2 5 7 D S [00]";
     if (!remarks.typeFlag.empty() && known.find(remarks.typeFlag) == std::string::npos)
         return "its type \"" + remarks.typeFlag + "\" is not known";
+    if (remarks.typeFlag != "D" && valueOr(archive.entryProperty(index, Property::IsFolder), false) &&
+        valueOr(archive.entryProperty(index, Property::Size), std::uint64_t(0)) > 0)
+        return "it is a folder with a size, after which some programs expect content and others do not";
     if (valueOr(archive.entryProperty(index, Property::Comment), std::wstring()).find(L"GNU.sparse.") !=
         std::wstring::npos)
         return "it is a sparse file in the extended form that 7-Zip does not read";
     return {};
+}
+
+// Whether a tar's global extended header says something about its entries that the 7-Zip library, which shows
+// a record of it a line in the archive's comment, does not apply to them.
+bool changesEntries(const std::wstring &globalHeader)
+{
+    for (const wchar_t *record : {L"\npath=", L"\nlinkpath=", L"\nsize=", L"\nGNU.sparse."}) {
+        if (globalHeader.find(record) != std::wstring::npos)
+            return true;
+    }
+    return false;
 }
 
 // A path as archives write it. On Windows 7-Zip has put "\" for every "/"; a "\" that stands in the archive
@@ -115,6 +137,8 @@ std::vector<Entry> readEntries(const InArchive &archive, const BitInFormat &form
         throw BitException("the archive ends before its end marker");
     if (errors & (IsNotArchive | HeadersError))
         throw BitException("the archive's headers are damaged");
+    if (isTar && changesEntries(valueOr(archive.archiveProperty(Property::Comment), std::wstring())))
+        throw BitException("the archive has a global header that changes the names or sizes of its entries");
 
     std::vector<Entry> entries;
     const std::uint32_t count = archive.entryCount();

@@ -43,6 +43,11 @@ private slots:
     void hardLinksAreMade();
     void symbolicLinksAreMadeWhereThePlatformAllows();
     void namesThatAreNoUtf8KeepTheirBytes();
+    void globalHeadersThatChangeEntriesAreRefused_data();
+    void globalHeadersThatChangeEntriesAreRefused();
+    void textForTheNamesBeginInAGnuHeaderIsRefused();
+    void aFolderWithASizeIsRefused_data();
+    void aFolderWithASizeIsRefused();
     void otherTypesAreRefused_data();
     void otherTypesAreRefused();
     void nothingIsWrittenWhenOneNameIsBad_data();
@@ -320,6 +325,60 @@ void TestArchive::extendedSparseFilesAreRefused()
                                           .file("GNUSparseFile.0/ABC", "1\n1024\n512\n")
                                           .bytes());
     QVERIFY2(reason.contains("sparse"), qPrintable(reason));
+    QCOMPARE(tree(), Tree());
+}
+
+// Archivers disagree about the names and sizes in these.
+void TestArchive::globalHeadersThatChangeEntriesAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("key");
+    QTest::addColumn<QByteArray>("value");
+    QTest::newRow("name") << QByteArray("path") << QByteArray("XYZ");
+    QTest::newRow("link") << QByteArray("linkpath") << QByteArray("XYZ");
+    QTest::newRow("size") << QByteArray("size") << QByteArray("0");
+    QTest::newRow("sparse") << QByteArray("GNU.sparse.major") << QByteArray("1");
+}
+
+void TestArchive::globalHeadersThatChangeEntriesAreRefused()
+{
+    QFETCH(QByteArray, key);
+    QFETCH(QByteArray, value);
+    const QString reason =
+        tarRefusal(TarBuilder()
+                       .extended({{"comment", "x"}, {key, value}}, TarBuilder::GlobalExtended)
+                       .file("ABC/x", "x")
+                       .bytes());
+    QVERIFY2(reason.contains("global header"), qPrintable(reason));
+    QCOMPARE(tree(), Tree());
+}
+
+void TestArchive::textForTheNamesBeginInAGnuHeaderIsRefused()
+{
+    QByteArray header = TarBuilder::header(TarBuilder::File, "x", TarBuilder::octal(0));
+    header.replace(257, 8, QByteArray("ustar  \0", 8));
+    header.replace(345, 3, "ABC");
+    TarBuilder::setChecksum(header);
+    const QString reason = tarRefusal(TarBuilder().file("ABC/y", "y").raw(header).bytes());
+    QVERIFY2(reason.contains("GNU's own form"), qPrintable(reason));
+    QCOMPARE(tree(), Tree());
+}
+
+void TestArchive::aFolderWithASizeIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("entry");
+    QTest::newRow("folder") << TarBuilder::header(TarBuilder::Folder, "ABC/steps/", TarBuilder::octal(5));
+    // How the oldest archives wrote one: a file without the later fields whose name ends in a slash.
+    QByteArray old = TarBuilder::header(TarBuilder::Type('\0'), "ABC/steps/", TarBuilder::octal(5));
+    old.replace(257, 255, QByteArray(255, '\0'));
+    TarBuilder::setChecksum(old);
+    QTest::newRow("file in an old archive") << old + QByteArray(512, 'x');
+}
+
+void TestArchive::aFolderWithASizeIsRefused()
+{
+    QFETCH(QByteArray, entry);
+    const QString reason = tarRefusal(TarBuilder().raw(entry).file("ABC/x", "x").bytes());
+    QVERIFY2(reason.contains("a folder with a size"), qPrintable(reason));
     QCOMPARE(tree(), Tree());
 }
 

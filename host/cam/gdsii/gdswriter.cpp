@@ -34,21 +34,42 @@ struct StepVariant
 constexpr int geometryType = 0;
 constexpr int profileType = 1;
 
-// Draws whole polygons that are kept already: the base of a negative, and what is taken from it.
+// Draws whole polygons that are kept already: the base of a negative, and what is taken from it. There may be
+// millions: they are kept in blocks, so that neither growing nor going away makes a pause.
 class StoredPolygons : public PaintSource
 {
 public:
-    std::uint32_t add(GridRing ring)
+    std::uint32_t add(const GridRing &ring)
     {
-        m_rings.push_back(std::move(ring));
-        return static_cast<std::uint32_t>(m_rings.size() - 1);
+        if (m_blocks.empty() || m_blocks.back().capacity() - m_blocks.back().size() < ring.size()) {
+            m_blocks.emplace_back();
+            m_blocks.back().reserve(std::max(blockSize, ring.size()));
+        }
+        std::vector<GridPoint> &block = m_blocks.back();
+        m_places.push_back({m_blocks.size() - 1, static_cast<std::uint32_t>(block.size()),
+                            static_cast<std::uint32_t>(ring.size())});
+        block.insert(block.end(), ring.begin(), ring.end());
+        return static_cast<std::uint32_t>(m_places.size() - 1);
     }
-    void rings(std::uint32_t item, std::vector<GridRing> &rings) override { rings.push_back(m_rings[item]); }
-    const GridRing &operator[](std::uint32_t item) const { return m_rings[item]; }
-    std::size_t size() const { return m_rings.size(); }
+    void rings(std::uint32_t item, std::vector<GridRing> &rings) override { rings.push_back(ring(item)); }
+    GridRing ring(std::uint32_t item) const
+    {
+        const Place &place = m_places[item];
+        const auto begin = m_blocks[place.block].begin() + place.begin;
+        return {begin, begin + place.size};
+    }
+    std::size_t size() const { return m_places.size(); }
 
 private:
-    std::vector<GridRing> m_rings;
+    static constexpr std::size_t blockSize = 65536; // points
+    struct Place
+    {
+        std::size_t block;
+        std::uint32_t begin;
+        std::uint32_t size;
+    };
+    std::vector<std::vector<GridPoint>> m_blocks;
+    std::deque<Place> m_places;
 };
 
 class Writer
@@ -415,8 +436,9 @@ void Writer::writeNegative()
         if (i % 1024 == 0)
             report(0.0);
         GridBox box;
-        box.add(polygons[i]);
-        painted.paint(i, polarity, box, polygons[i].size());
+        const GridRing ring = polygons.ring(i);
+        box.add(ring);
+        painted.paint(i, polarity, box, ring.size());
     };
     for (std::uint32_t i = takenCount; i < polygons.size(); ++i)
         paint(i, Polarity::Positive);
@@ -440,7 +462,7 @@ void Writer::addNegativeBase(StoredPolygons &polygons)
         for (std::uint32_t i = 0; i < polygons.size(); ++i) {
             if (i % 1024 == 0)
                 report(0.0);
-            extent.add(polygons[i]);
+            extent.add(polygons.ring(i));
         }
         if (extent.isEmpty())
             return;

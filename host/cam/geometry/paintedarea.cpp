@@ -48,7 +48,7 @@ std::size_t cornersOfLarge(const Piece &piece)
 class Resolver
 {
 public:
-    Resolver(PaintSource &source, const std::vector<PaintedArea::Item> &items, std::size_t mostCorners,
+    Resolver(PaintSource &source, const std::deque<PaintedArea::Item> &items, std::size_t mostCorners,
              const std::function<void(const GridRing &)> &polygon, const std::function<void(double)> &report)
         : m_source(source), m_items(items), m_mostCorners(mostCorners), m_polygon(polygon), m_report(report)
     {
@@ -60,14 +60,14 @@ private:
     Piece wholePlane();
     void resolve(Piece piece, double from, double to);
     std::int64_t middleOf(const Piece &piece, bool alongX) const;
-    Piece part(const Piece &piece, bool alongX, std::int64_t at, bool keepLow) const;
-    void cutLarge(Piece &piece, bool alongX, std::int64_t at, Piece &low, Piece &high) const;
+    Piece part(const Piece &piece, bool alongX, std::int64_t at, bool keepLow, double share) const;
+    void cutLarge(Piece &piece, bool alongX, std::int64_t at, Piece &low, Piece &high, double share) const;
     void resolveWhole(Piece &piece);
     void collect(Piece &piece, std::vector<std::pair<std::uint32_t, std::vector<GridRing>>> &drawn);
     void clipTo(const GridBox &box, std::vector<GridRing> &rings) const;
 
     PaintSource &m_source;
-    const std::vector<PaintedArea::Item> &m_items;
+    const std::deque<PaintedArea::Item> &m_items;
     std::size_t m_mostCorners;
     const std::function<void(const GridRing &)> &m_polygon;
     const std::function<void(double)> &m_report;
@@ -114,13 +114,12 @@ void Resolver::resolve(Piece piece, double from, double to)
         const bool alongX = width >= height;
         const std::int64_t at = middleOf(piece, alongX);
         m_report(from);
-        Piece low = part(piece, alongX, at, true);
-        m_report(from);
-        Piece high = part(piece, alongX, at, false);
+        Piece low = part(piece, alongX, at, true, from);
+        Piece high = part(piece, alongX, at, false, from);
         // Where nearly all small items reach both sides a cut only doubles the work.
         const std::size_t ofLarge = cornersOfLarge(piece);
         if (low.corners + high.corners + ofLarge < piece.corners + piece.corners / 2) {
-            cutLarge(piece, alongX, at, low, high);
+            cutLarge(piece, alongX, at, low, high, from);
             piece = Piece();
             const double middle = (from + to) / 2.0;
             resolve(std::move(low), from, middle);
@@ -132,19 +131,20 @@ void Resolver::resolve(Piece piece, double from, double to)
     m_report(to);
 }
 
-// A position that has half of the corners on each side.
+// A position that has about half of the corners on each side.
 std::int64_t Resolver::middleOf(const Piece &piece, bool alongX) const
 {
     std::vector<std::int64_t> positions;
-    for (const std::uint32_t i : piece.small) {
-        const GridBox &box = m_items[i].box;
+    const std::size_t step = 1 + piece.small.size() / 65536; // of so many any sample has the middle
+    for (std::size_t n = 0; n < piece.small.size(); n += step) {
+        const GridBox &box = m_items[piece.small[n]].box;
         positions.push_back(alongX ? (box.low.x + box.high.x) / 2 : (box.low.y + box.high.y) / 2);
     }
     // A large item's corners count as often as as many small items would.
     constexpr std::size_t cornersPerPosition = 16;
     for (const LargeItem &large : piece.large) {
         for (const BoxedRing &boxed : large.rings) {
-            for (std::size_t i = 0; i < boxed.ring.size(); i += cornersPerPosition)
+            for (std::size_t i = 0; i < boxed.ring.size(); i += cornersPerPosition * step)
                 positions.push_back(alongX ? boxed.ring[i].x : boxed.ring[i].y);
         }
     }
@@ -158,13 +158,17 @@ std::int64_t Resolver::middleOf(const Piece &piece, bool alongX) const
     return std::clamp(*middle, low + margin, high - margin);
 }
 
-Piece Resolver::part(const Piece &piece, bool alongX, std::int64_t at, bool keepLow) const
+// The small items that reach one side. `share` of the work is done meanwhile.
+Piece Resolver::part(const Piece &piece, bool alongX, std::int64_t at, bool keepLow, double share) const
 {
     Piece part;
     part.box = piece.box;
     (alongX ? (keepLow ? part.box.high.x : part.box.low.x) : (keepLow ? part.box.high.y : part.box.low.y)) =
         at;
+    std::size_t looked = 0;
     for (const std::uint32_t i : piece.small) {
+        if (looked++ % 65536 == 0)
+            m_report(share);
         if (!m_items[i].box.touches(part.box))
             continue;
         part.small.push_back(i);
@@ -174,10 +178,14 @@ Piece Resolver::part(const Piece &piece, bool alongX, std::int64_t at, bool keep
 }
 
 // Rings on one side go there as they are; only what crosses the line is cut.
-void Resolver::cutLarge(Piece &piece, bool alongX, std::int64_t at, Piece &low, Piece &high) const
+void Resolver::cutLarge(Piece &piece, bool alongX, std::int64_t at, Piece &low, Piece &high,
+                        double share) const
 {
     GridRing part;
+    std::size_t looked = 0;
     for (LargeItem &large : piece.large) {
+        if (looked++ % 1024 == 0)
+            m_report(share);
         LargeItem lowItem, highItem;
         lowItem.order = highItem.order = large.order;
         for (BoxedRing &whole : large.rings) {

@@ -8,6 +8,7 @@
 #include "host/cam/geometry/featureset.h"
 #include "host/cam/geometry/gridpolygon.h"
 
+#include <deque>
 #include <functional>
 #include <vector>
 
@@ -50,7 +51,7 @@ public:
 private:
     PaintSource &m_source;
     std::size_t m_mostCorners;
-    std::vector<Item> m_items; // in painting order
+    std::deque<Item> m_items; // in painting order; grows without a pause
 };
 
 } // namespace cam

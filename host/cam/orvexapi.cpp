@@ -11,7 +11,6 @@
 #include "host/cam/paths.h"
 #include "host/cam/settings.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include <glog/logging.h>
@@ -115,11 +114,7 @@ bool layer_export(const std::string &job, const std::string &step, const std::st
                                                  is_scale, is_profile_top, angle, axis, x_scale, y_scale);
         options.report = [&](double share) { setValue(readingShare + (100.0 - readingShare) * share); };
         cam::ReadingNotes notes;
-        double furthest = 0.0; // each nested step is read from 0 to 1
-        const auto reportReading = [&](double share) {
-            furthest = std::max(furthest, share);
-            setValue(readingShare * furthest);
-        };
+        const auto reportReading = [&](double share) { setValue(readingShare * share); };
         const cam::LayerImage image = openJob(job).readLayer(step, layer, notes, reportReading);
         logNotes(notes.simplified, name, "drawn in a simpler form");
         if (logNotes(notes.unsupported, name, "not supported: nothing is exported"))

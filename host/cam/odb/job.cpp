@@ -49,6 +49,7 @@ private:
     const fs::path &m_job;
     ReadingNotes &m_notes;
     const std::function<void(double)> &m_report;
+    double m_furthest = 0.0; // what was reported last
     LayerImage m_image;
     std::map<std::pair<std::string, SymbolUnit>, std::uint32_t> m_symbols;
     std::map<std::string, std::uint32_t> m_steps;
@@ -69,7 +70,10 @@ FeaturesContext LayerReader::context()
     FeaturesContext context;
     context.symbolIndex = [this](std::string_view name, SymbolUnit unit) { return symbolIndex(name, unit); };
     context.font = [this](std::string_view name) -> const Font & { return font(name); };
-    context.report = m_report;
+    context.report = [this](double share) { // each nested step is read from 0 to 1
+        m_furthest = std::max(m_furthest, share);
+        m_report(m_furthest);
+    };
     return context;
 }
 

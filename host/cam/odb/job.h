@@ -29,9 +29,9 @@ public:
     const Matrix &matrix() const { return m_matrix; }
 
     // Everything of one layer of one step, with the steps nested in it; the names without regard to case.
-    // `report` takes the share that is done, 0 to 1, and may throw to cancel. Throws Error when the job has
-    // no such step or layer, or the step no folder for the layer, FormatError for what cannot be read. What
-    // cannot be drawn is left out of the image and counted in `notes`.
+    // `report` takes the share that is done, 0 to 1 and never less than before, and may throw to cancel.
+    // Throws Error when the job has no such step or layer, or the step no folder for the layer, FormatError
+    // for what cannot be read. What cannot be drawn is left out of the image and counted in `notes`.
     LayerImage readLayer(
         const std::string &step, const std::string &layer, ReadingNotes &notes,
         const std::function<void(double)> &report = [](double) {}) const;

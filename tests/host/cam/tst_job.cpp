@@ -191,6 +191,20 @@ private slots:
         QCOMPARE(shares.back(), 1.0);
     }
 
+    void readingNestedStepsNeverReportsLessThanBefore()
+    {
+        JobFolder folder;
+        const QByteArray features = "$0 r100\n" + QByteArray("L 0 0 1 0 0 P 0\n").repeated(5'000);
+        folder.features(features);
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\n}\n");
+        folder.features(features, "top", "panel");
+        ReadingNotes notes;
+        std::vector<double> shares;
+        Job(folder.path()).readLayer("panel", "top", notes, [&](double share) { shares.push_back(share); });
+        QVERIFY(shares.size() > 100); // both steps report
+        QVERIFY(std::is_sorted(shares.begin(), shares.end()));
+    }
+
     // Small files are read in no time, and still a host sees them move.
     void readingReportsInSmallSteps_data()
     {

@@ -45,7 +45,7 @@ make_archive() {
 
 # A new folder for one run. What the last run left to the disk is not the next one's burden, and nothing is deleted
 # between the runs: ext4 without a journal passes over every recently deleted inode whenever it makes a file, which took
-# 5 times as long as the unpacking itself.
+# 5 times as long as the unpacking itself. For five minutes after this measurement the next one meets that too.
 fresh_folder() {
     mkdir -p "$work/out"
     sync

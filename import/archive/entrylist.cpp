@@ -64,7 +64,10 @@ std::string flawOf(const InArchive &archive, std::uint32_t index, std::uint64_t 
     static const std::string known = "0 1 2 5 7 D S [00]";
     if (!remarks.typeFlag.empty() && known.find(remarks.typeFlag) == std::string::npos)
         return "its type \"" + remarks.typeFlag + "\" is not known";
-    if (remarks.typeFlag != "D" && valueOr(archive.entryProperty(index, Property::IsFolder), false) &&
+    // An entry of type 5 has no content, whatever its size. One that is a folder by the slash at its name's
+    // end is another matter.
+    if (remarks.typeFlag != "5" && remarks.typeFlag != "D" &&
+        valueOr(archive.entryProperty(index, Property::IsFolder), false) &&
         valueOr(archive.entryProperty(index, Property::Size), std::uint64_t(0)) > 0)
         return "it is a folder with a size, after which some programs expect content and others do not";
     if (valueOr(archive.entryProperty(index, Property::Comment), std::wstring()).find(L"GNU.sparse.") !=

@@ -11,7 +11,7 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "$1" && pwd)
 rounds=${2:-7}
-work=${3:-$build}/import-bench
+work=$(realpath "${3:-$build}")/import-bench
 bench=$build/bin/importbench
 export QT_QPA_PLATFORM=offscreen
 

@@ -115,10 +115,9 @@ void printHead(const Settings &settings)
 {
     std::printf(
         "Medians of %d alternating runs, each a process from start to end. MB are 1e6 bytes; /F is the most "
-        "memory held\nas a multiple of the features file, own/F without the %.1f MB that an export of "
-        "nothing "
-        "holds. The peers read\nand write the file that the export made: strm2gds for GDSII, gerbv -x rs274x "
-        "for Gerber. The last column is the ratio\nof processor time.\n\n",
+        "memory held\nas a multiple of the features file, own/F without the %.1f MB of an export of nothing. "
+        "The peers read and write\nthe file that the export made: strm2gds for GDSII, gerbv -x rs274x for "
+        "Gerber. The last column is the ratio of\nprocessor time.\n\n",
         settings.rounds, settings.emptyMegabytes);
     std::printf("%-28s %-6s %7s %7s %7s %6s %6s  %8s %7s %7s %6s %6s\n", "layer", "format", "s", "MB/s", "MB",
                 "/F", "own/F", "peer s", "MB/s", "MB", "ratio", "cpu");

@@ -19,7 +19,7 @@ constexpr double inch = 25.4e6; // nanometres
 // their widths, to whole pixels of its own; KLayout darkens half of one around every shape.
 constexpr int finer = 4;
 constexpr double drawnPixel = pixel / finer;
-constexpr int timeout = 1800000; // milliseconds; KLayout draws all pictures of a board at once
+constexpr int timeout = 2 * 60 * 60 * 1000; // milliseconds; KLayout draws all pictures of a board at once
 
 Complaints run(const QString &program, const QStringList &arguments)
 {
@@ -41,6 +41,17 @@ Complaints run(const QString &program, const QStringList &arguments)
     return text.trimmed();
 }
 
+// The window with the margin around it.
+Window drawnWindow(const Picture &picture)
+{
+    Window window = picture.window;
+    window.left -= picture.margin * pixel;
+    window.bottom -= picture.margin * pixel;
+    window.width += 2 * picture.margin;
+    window.height += 2 * picture.margin;
+    return window;
+}
+
 // Inches to a fortieth of a pixel: gerbv takes 20 characters for both coordinates of an origin.
 QString inches(double nanometres)
 {
@@ -53,7 +64,7 @@ Complaints drawGerber(const std::vector<Picture> &pictures)
 {
     Complaints complaints;
     for (const Picture &picture : pictures) {
-        const Window &window = picture.window;
+        const Window window = drawnWindow(picture);
         // A hair more than the size: gerbv cuts fractions of a pixel off.
         const double hair = drawnPixel / 10.0;
         const QString origin = inches(window.left) + 'x' + inches(window.bottom);
@@ -73,7 +84,7 @@ Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile
     if (!list.open(QIODevice::WriteOnly))
         return listFile + " cannot be written";
     for (const Picture &picture : pictures) {
-        const Window &window = picture.window;
+        const Window window = drawnWindow(picture);
         const QStringList fields = {picture.file,
                                     picture.png,
                                     QString::number(window.width * finer),
@@ -91,15 +102,17 @@ Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile
 Bitmap read(const Picture &picture)
 {
     const QImage image = QImage(picture.png).convertToFormat(QImage::Format_Grayscale8);
-    const Window &window = picture.window;
-    if (image.width() != window.width * finer || image.height() != window.height * finer)
+    const Window drawn = drawnWindow(picture);
+    if (image.width() != drawn.width * finer || image.height() != drawn.height * finer)
         return {};
+    const Window &window = picture.window;
+    const int margin = picture.margin * finer; // in drawn pixels, the same at the top and at the bottom
     Bitmap bitmap(window.width, window.height);
     std::vector<int> brightness(static_cast<std::size_t>(window.width)); // sums over finer x finer pixels
     for (int y = 0; y < window.height; ++y) {
         std::fill(brightness.begin(), brightness.end(), 0);
         for (int i = 0; i < finer; ++i) {
-            const uchar *row = image.constScanLine((window.height - 1 - y) * finer + i);
+            const uchar *row = image.constScanLine(margin + (window.height - 1 - y) * finer + i) + margin;
             for (int x = 0; x < window.width * finer; ++x)
                 brightness[static_cast<std::size_t>(x / finer)] += row[x];
         }

@@ -16,10 +16,15 @@ struct Picture
     QString file;
     Window window;
     QString png;
+    int margin = 0; // pixels drawn around the window, and left out when the picture is read
 };
 
 // What a program had to say, if it was more than it says about a good file.
 using Complaints = QString;
+
+// gerbv leaves an arc out when both of its ends lie outside of the picture, even if a part of it does not:
+// its pictures need this margin, half a millimetre.
+constexpr int gerbvMargin = 50;
 
 // A picture each with gerbv, antialiased: without that it flattens curves by one and a half pixels.
 Complaints drawGerber(const std::vector<Picture> &pictures);

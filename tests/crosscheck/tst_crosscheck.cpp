@@ -230,7 +230,7 @@ void CrossCheckTest::addChecks(std::vector<Check> &checks,
         const QString png = base + '_' + QString::number(checks.size());
         checks.push_back(
             {QString::fromStdString(image->top().name + '/' + image->layer),
-             {base + ".gerber", window, png + "_gerber.png"},
+             {base + ".gerber", window, png + "_gerber.png", crosscheck::gerbvMargin},
              {base + ".gds", window, png + "_gds.png"},
              crosscheck::rasterize(*image, options, window),
              [image, options, window] {

@@ -3,6 +3,7 @@
 #include "import/archive/archive.h"
 #include "platform/paths.h"
 #include "platform/shell.h"
+#include "platform/thread.h"
 #include "plugin/gbktext.h"
 
 #include <QDebug>
@@ -100,6 +101,7 @@ double UnzipProgress::get_value()
 
 void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)
 {
+    platform::workInBackground();
     const auto fail = [progress] {
         google::LogMessage(LoggedFile, LoggedLine, google::GLOG_ERROR).stream()
             << gbk("解压文件异常！ 异常位置：") << LoggedFile << " : " << LoggedLine;

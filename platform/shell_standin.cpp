@@ -2,6 +2,7 @@
 
 #include "platform/paths.h"
 #include "platform/shell.h"
+#include "platform/thread.h"
 
 #include <QDir>
 #include <QFile>
@@ -92,7 +93,10 @@ void removeFile(const QFileInfo &file)
     if (descriptor < 0)
         return;
     try {
-        std::thread([descriptor] { ::close(descriptor); }).detach();
+        std::thread([descriptor] {
+            workInBackground();
+            ::close(descriptor);
+        }).detach();
     } catch (const std::system_error &) { // no thread to be had
         ::close(descriptor);
     }

@@ -2,6 +2,7 @@
 
 #include "import/archive/archive.h"
 #include "import/archive/outfile.h"
+#include "platform/thread.h"
 
 #include <algorithm>
 #include <atomic>
@@ -26,7 +27,10 @@ public:
     {
         std::vector<std::thread> helpers;
         for (std::size_t i = 1; i < ThreadCount; ++i)
-            helpers.emplace_back(&Copier::work, this);
+            helpers.emplace_back([this] {
+                platform::workInBackground();
+                work();
+            });
         work();
         for (std::thread &helper : helpers)
             helper.join();

@@ -1,5 +1,7 @@
 #include "import/archive/filewriter.h"
 
+#include "platform/thread.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -137,6 +139,7 @@ void FileWriter::queuePiece(bool isLast)
 
 void FileWriter::run()
 {
+    platform::workInBackground();
     std::unique_lock<std::mutex> lock(m_mutex);
     for (;;) {
         m_queued.wait(lock, [this] { return m_stop || !m_queue.empty(); });

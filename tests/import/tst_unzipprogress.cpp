@@ -4,6 +4,7 @@
 #include "tests/import/archivebuilder.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/temporaryworkingfolder.h"
+#include "tests/support/threadpriority.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -21,6 +22,7 @@ private slots:
     void aNewJobHasNotStarted();
     void aFinishedJobReportsOneHundred();
     void aRunningJobIsNotFinished();
+    void theWorkStepsBackForTheUserInterface();
     void destroyingAJobWaitsForIt();
     void theResultsAreInTheStatics();
     void aStoredMemberNameReplacesTheTarName();
@@ -94,6 +96,16 @@ void TestUnzipProgress::aRunningJobIsNotFinished()
     QTRY_COMPARE(job.get_value(), -1.0);
     QVERIFY(!job.isFinish());
     QTRY_VERIFY(job.isFinish());
+}
+
+void TestUnzipProgress::theWorkStepsBackForTheUserInterface()
+{
+    prepare("no archive");
+    const LogCapture log;
+    QCOMPARE(run(), -1.0);
+    QVERIFY(!log.lines().empty());
+    for (const LogLine &line : log.lines())
+        QVERIFY2(line.threadPriority < threadPriority(), qPrintable(QString::number(line.threadPriority)));
 }
 
 void TestUnzipProgress::destroyingAJobWaitsForIt()

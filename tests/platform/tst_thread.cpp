@@ -1,30 +1,11 @@
 // Threads that step back.
 
 #include "platform/thread.h"
+#include "tests/support/threadpriority.h"
 
 #include <QtTest>
 
 #include <thread>
-
-#ifdef Q_OS_WIN
-#include <windows.h>
-#else
-#include <sys/resource.h>
-#endif
-
-namespace {
-
-// Of the calling thread: the greater the more important.
-int priority()
-{
-#ifdef Q_OS_WIN
-    return GetThreadPriority(GetCurrentThread());
-#else
-    return -getpriority(PRIO_PROCESS, 0);
-#endif
-}
-
-} // namespace
 
 class tst_Thread : public QObject
 {
@@ -37,14 +18,14 @@ private slots:
 
 void tst_Thread::onlyTheCallingThreadStepsBack()
 {
-    const int before = priority();
+    const int before = threadPriority();
     int inBackground = before;
     std::thread([&inBackground] {
         platform::workInBackground();
-        inBackground = priority();
+        inBackground = threadPriority();
     }).join();
     QVERIFY2(inBackground < before, qPrintable(QString::number(inBackground)));
-    QCOMPARE(priority(), before);
+    QCOMPARE(threadPriority(), before);
 }
 
 void tst_Thread::onceIsEnough()
@@ -52,9 +33,9 @@ void tst_Thread::onceIsEnough()
     int once = 0, twice = 0;
     std::thread([&once, &twice] {
         platform::workInBackground();
-        once = priority();
+        once = threadPriority();
         platform::workInBackground();
-        twice = priority();
+        twice = threadPriority();
     }).join();
     QCOMPARE(twice, once);
 }

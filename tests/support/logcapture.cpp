@@ -1,5 +1,7 @@
 #include "tests/support/logcapture.h"
 
+#include "tests/support/threadpriority.h"
+
 std::vector<LogLine> LogCapture::lines() const
 {
     std::lock_guard<std::mutex> lock(m_mutex);
@@ -20,5 +22,5 @@ void LogCapture::send(google::LogSeverity severity, const char * /*fullFileName*
                       int line, const google::LogMessageTime & /*time*/, const char *message, size_t length)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
-    m_lines.push_back({severity, baseFileName, line, std::string(message, length)});
+    m_lines.push_back({severity, baseFileName, line, std::string(message, length), threadPriority()});
 }

@@ -12,7 +12,8 @@ struct LogLine
     google::LogSeverity severity = google::GLOG_INFO;
     std::string file; // the source file name as logged, without folders
     int line = 0;
-    std::string message; // raw bytes, without the line end
+    std::string message;    // raw bytes, without the line end
+    int threadPriority = 0; // of the thread that logged it
 };
 
 class LogCapture : public google::LogSink

@@ -22,8 +22,9 @@ struct Picture
 // What a program had to say, if it was more than it says about a good file.
 using Complaints = QString;
 
-// gerbv leaves an arc out when both of its ends lie outside of the picture, even if a part of it does not:
-// its pictures need this margin, half a millimetre.
+// gerbv leaves an arc out when the box around its two ends, with the width of the line, lies outside of the
+// picture, even if the arc bulges into it. This margin, half a millimetre, brings small arcs back; a larger
+// one would show as pixels off an edge.
 constexpr int gerbvMargin = 50;
 
 // A picture each with gerbv, antialiased: without that it flattens curves by one and a half pixels.

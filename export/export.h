@@ -104,7 +104,6 @@ private:
     void chooseText(int row, int column, const QString &text);
 
     // run/exportrun.cpp
-    static bool isAnyRunning();
     void setRunning(bool running);
     void readRunFields();
     void collectLayerParams();

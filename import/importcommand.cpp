@@ -4,12 +4,11 @@
 #include "plugin/fileprocess.h"
 
 #include "platform/paths.h"
+#include "run/backgroundturn.h"
 
 #include <QDebug>
 #include <QFileDialog>
 #include <QPointer>
-
-#include <glog/logging.h>
 
 namespace {
 
@@ -35,11 +34,9 @@ QString jobName(const QString &path)
 
 void FileProcess::on_ImportACT_clicked()
 {
-    // The progress window keeps the user from asking now, but not other plug-ins.
-    if (s_isUnpacking) {
-        LOG(ERROR) << "An archive is being unpacked; the import was ignored";
+    // The progress windows keep the user from asking now, but not other plug-ins.
+    if (!BackgroundTurn::isFreeFor("the import"))
         return;
-    }
     // Whatever handles events below may destroy this object and its windows.
     const QPointer<FileProcess> self(this);
     const QPointer<QFileDialog> dialog = new QFileDialog(m_importParent, QString(), QString(), QString());

@@ -5,6 +5,7 @@
 
 #include "import/unzipprogress.h"
 #include "platform/paths.h"
+#include "run/backgroundturn.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -15,14 +16,11 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QRegExp>
-#include <QScopedValueRollback>
 #include <QThread>
 
 #include <glog/logging.h>
 
 #include <system_error>
-
-bool FileProcess::s_isUnpacking = false;
 
 namespace {
 
@@ -139,8 +137,10 @@ bool FileProcess::copyDirectory(QString source, QString &name, bool)
             return false;
     }
 
+    const BackgroundTurn turn("An archive is being unpacked", "the import");
+    if (!turn.isMine())
+        return false;
     progress.show();
-    const QScopedValueRollback<bool> unpacking(s_isUnpacking, true);
     UnzipProgress job;
     UnzipProgress::sourcePath = QString(source).replace(QRegExp("/"), "\\").toStdWString();
     UnzipProgress::tarName = tarFile.toStdWString();

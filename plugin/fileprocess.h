@@ -74,9 +74,6 @@ private:
     bool copyDirectory(QString source, QString &name, bool);
     void mysystem(const std::string &file, const std::string &parameters);
 
-    // An archive is being unpacked. The jobs' parameters are shared by all objects, and so is this.
-    static bool s_isUnpacking;
-
     QPointer<Export> m_exportDlg; // the dialog created last; it deletes itself when it is closed
     QString m_filePath;
     QPointer<QWidget> m_importParent;

@@ -4,6 +4,7 @@
 
 #include "export/layercolumns.h"
 #include "platform/paths.h"
+#include "run/backgroundturn.h"
 #include "run/exporttime.h"
 #include "run/progress.h"
 
@@ -24,7 +25,6 @@
 
 #include <glog/logging.h>
 
-#include <algorithm>
 #include <system_error>
 
 namespace {
@@ -44,13 +44,10 @@ void Export::on_OKButton_clicked()
     // A closed dialog is deleted as soon as events are processed, and a run processes them.
     if (m_isClosing)
         return;
-    // Another dialog may have opened meanwhile: the jobs share their parameters, so one run has to wait its
-    // turn.
-    if (isAnyRunning()) {
-        google::LogMessage("Export", __LINE__, google::GLOG_ERROR).stream()
-            << "An export is running; OK was ignored";
+    // Another dialog may have opened meanwhile, or an import may have begun.
+    const BackgroundTurn turn("An export is running", "OK");
+    if (!turn.isMine())
         return;
-    }
     setRunning(true);
     readRunFields();
     collectLayerParams();
@@ -61,15 +58,6 @@ void Export::on_OKButton_clicked()
     m_progressDialog = nullptr;
     fillTimeCells();
     setRunning(false);
-}
-
-bool Export::isAnyRunning()
-{
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    return std::any_of(windows.begin(), windows.end(), [](const QWidget *window) {
-        const auto *dialog = qobject_cast<const Export *>(window);
-        return dialog && dialog->m_isRunning;
-    });
 }
 
 void Export::setRunning(bool running)

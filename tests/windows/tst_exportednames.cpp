@@ -196,8 +196,7 @@ void tst_ExportedNames::theListIsComplete()
                              "readCfgFile",
                              "CheckDir",
                              "copyDirectory",
-                             "mysystem",
-                             "s_isUnpacking"})
+                             "mysystem"})
         expected << QString("FileProcess::%1").arg(name);
 
     QStringList exported;

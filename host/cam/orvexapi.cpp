@@ -39,6 +39,13 @@ bool logNotes(const std::map<std::string, std::size_t> &notes, const std::string
     return !notes.empty();
 }
 
+// Descriptions of the format leave room here: nothing is wrong, but whoever compares pictures should know.
+void logReadings(const std::map<std::string, std::size_t> &readings, const std::string &layer)
+{
+    for (const auto &[reading, count] : readings)
+        LOG(WARNING) << "layer_export " << layer << ": " << reading;
+}
+
 double finite(double value, const char *name)
 {
     if (!std::isfinite(value))
@@ -117,6 +124,7 @@ bool layer_export(const std::string &job, const std::string &step, const std::st
         const auto reportReading = [&](double share) { setValue(readingShare * share); };
         const cam::LayerImage image = openJob(job).readLayer(step, layer, notes, reportReading);
         logNotes(notes.simplified, name, "drawn in a simpler form");
+        logReadings(notes.readings, name);
         if (logNotes(notes.unsupported, name, "not supported: nothing is exported"))
             throw cam::Error("the layer has records or symbols that cannot be drawn");
         if (type == export_type::gds)

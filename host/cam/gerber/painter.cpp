@@ -258,11 +258,11 @@ int Painter::penCode(Context &context, std::uint32_t symbol, Polarity polarity)
     if (code != unknownPen)
         return code;
     const Symbol &source = m_image.symbols[symbol];
+    if (source.standard && source.standard->kind == SymbolKind::Null)
+        return code = 0;
     const bool isRound = source.standard && source.standard->kind == SymbolKind::Round;
     if (!isRound || !context.keepsCircles)
         return code = polygonPen;
-    if (source.standard->size[0] <= 0.0)
-        return code = 0;
     const auto aperture = apertureOf(*source.standard, context.growthOf(polarity), context.map);
     return code = aperture ? m_apertures.code(*aperture) : 0;
 }

@@ -41,7 +41,7 @@ private:
     std::uint32_t readStep(const std::string &name, bool isTop);
     FeatureSet readStepFeatures(const fs::path &stepFolder, bool isTop);
     std::uint32_t symbolIndex(std::string_view name, SymbolUnit unit);
-    std::unique_ptr<FeatureSet> readOwnSymbol(const fs::path &folder, const std::string &name);
+    std::unique_ptr<FeatureSet> readOwnSymbol(const std::string &name);
     const Font &font(std::string_view name);
     FeatureSet takeFeatures(FeaturesFile &&file);
     FeaturesContext context();
@@ -149,7 +149,8 @@ FeatureSet LayerReader::readStepFeatures(const fs::path &stepFolder, bool isTop)
     return takeFeatures(readFeatures(file.lines(), file.name(), context()));
 }
 
-// A standard name always means the standard symbol; the job's own symbols are looked for behind it.
+// A standard name always means the standard symbol; the job's own symbols are looked for behind it. Only a
+// name that as a standard one would draw nothing may well be the job's own.
 std::uint32_t LayerReader::symbolIndex(std::string_view name, SymbolUnit unit)
 {
     const std::pair<std::string, SymbolUnit> key(name, unit);
@@ -162,10 +163,16 @@ std::uint32_t LayerReader::symbolIndex(std::string_view name, SymbolUnit unit)
     try {
         symbol.standard = parseStandardSymbol(name, unit);
     } catch (const SymbolError &) {
-        const auto folder = findFolder(m_job, "symbols", name);
-        if (!folder || !TextFile::exists(*folder, "features"))
+        symbol.features = readOwnSymbol(key.first);
+        if (!symbol.features)
             throw;
-        symbol.features = readOwnSymbol(*folder, key.first);
+    }
+    if (symbol.standard && symbol.standard->hasNoSize) {
+        symbol.features = readOwnSymbol(key.first);
+        if (symbol.features)
+            symbol.standard.reset();
+        else
+            ++m_notes.readings["symbol " + key.first + ": a size is not positive, it draws nothing"];
     }
     const auto index = static_cast<std::uint32_t>(m_image.symbols.size());
     m_image.symbols.push_back(std::move(symbol));
@@ -173,11 +180,15 @@ std::uint32_t LayerReader::symbolIndex(std::string_view name, SymbolUnit unit)
     return index;
 }
 
-std::unique_ptr<FeatureSet> LayerReader::readOwnSymbol(const fs::path &folder, const std::string &name)
+// Null when the job has none of that name.
+std::unique_ptr<FeatureSet> LayerReader::readOwnSymbol(const std::string &name)
 {
+    const auto folder = findFolder(m_job, "symbols", name);
+    if (!folder || !TextFile::exists(*folder, "features"))
+        return nullptr;
     if (!m_openSymbols.insert(name).second)
-        throw Error(folder.u8string() + ": the symbol " + name + " is drawn with itself");
-    const TextFile file(folder, "features");
+        throw Error(folder->u8string() + ": the symbol " + name + " is drawn with itself");
+    const TextFile file(*folder, "features");
     FeaturesContext context = this->context();
     context.report = [](double) {};
     auto features =

@@ -11,11 +11,13 @@
 
 namespace cam {
 
-// What a reading met that it could not draw, or drew in a simpler form: name to count.
+// What a reading met that it could not draw, or drew in a simpler form, or that may be read in more than one
+// way: name to count.
 struct ReadingNotes
 {
     std::map<std::string, std::size_t> unsupported;
     std::map<std::string, std::size_t> simplified;
+    std::map<std::string, std::size_t> readings; // the name says how it was read
 };
 
 class Job

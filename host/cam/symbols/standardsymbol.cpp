@@ -20,8 +20,8 @@ enum class Tail : std::uint8_t {
     Words             // any words: they draw nothing
 };
 
-// Parameters: l a length, d a length that must be positive or zero and is not larger than the one before,
-// a an angle, n a count; in capitals: optional.
+// Parameters: s an outer size, l another length, d a length that is not larger than the one before, a an
+// angle, n a count; in capitals: optional. Only an outer size may be negative.
 struct Family
 {
     std::string_view name;
@@ -31,36 +31,36 @@ struct Family
 };
 
 constexpr Family families[] = {
-    {"r", SymbolKind::Round, "l", Tail::Nothing},
-    {"s", SymbolKind::Square, "l", Tail::Nothing},
-    {"rect", SymbolKind::Rectangle, "ll", Tail::RoundedChamfered},
-    {"oval", SymbolKind::Oval, "ll", Tail::Nothing},
-    {"di", SymbolKind::Diamond, "ll", Tail::Nothing},
-    {"oct", SymbolKind::Octagon, "lll", Tail::Nothing},
-    {"donut_r", SymbolKind::RoundDonut, "ld", Tail::Nothing},
-    {"donut_s", SymbolKind::SquareDonut, "ld", Tail::Rounded},
-    {"donut_sr", SymbolKind::SquareRoundDonut, "ld", Tail::Nothing},
-    {"donut_rc", SymbolKind::RectangleDonut, "lll", Tail::Rounded},
-    {"donut_o", SymbolKind::OvalDonut, "lll", Tail::Nothing},
-    {"hex_l", SymbolKind::HorizontalHexagon, "lll", Tail::Nothing},
-    {"hex_s", SymbolKind::VerticalHexagon, "lll", Tail::Nothing},
-    {"bfr", SymbolKind::Butterfly, "l", Tail::Nothing},
-    {"bfs", SymbolKind::SquareButterfly, "l", Tail::Nothing},
-    {"tri", SymbolKind::Triangle, "ll", Tail::Nothing},
-    {"oval_h", SymbolKind::HalfOval, "ll", Tail::Nothing},
-    {"thr", SymbolKind::RoundedThermal, "ldanl", Tail::Nothing},
-    {"ths", SymbolKind::RoundThermal, "ldanl", Tail::Nothing},
-    {"s_ths", SymbolKind::SquareThermal, "ldanl", Tail::Rounded},
-    {"s_tho", SymbolKind::OpenSquareThermal, "ldanl", Tail::Nothing},
-    {"s_thr", SymbolKind::LineThermal, "ldanl", Tail::Nothing},
-    {"sr_ths", SymbolKind::SquareRoundThermal, "ldanl", Tail::Nothing},
-    {"rc_ths", SymbolKind::RectangleThermal, "llanll", Tail::Rounded},
-    {"rc_tho", SymbolKind::OpenRectangleThermal, "llanll", Tail::Nothing},
-    {"o_ths", SymbolKind::OvalThermal, "llanll", Tail::Nothing},
-    {"oblong_ths", SymbolKind::OblongThermal, "llanll", Tail::Ends},
-    {"el", SymbolKind::Ellipse, "ll", Tail::Nothing},
+    {"r", SymbolKind::Round, "s", Tail::Nothing},
+    {"s", SymbolKind::Square, "s", Tail::Nothing},
+    {"rect", SymbolKind::Rectangle, "ss", Tail::RoundedChamfered},
+    {"oval", SymbolKind::Oval, "ss", Tail::Nothing},
+    {"di", SymbolKind::Diamond, "ss", Tail::Nothing},
+    {"oct", SymbolKind::Octagon, "ssl", Tail::Nothing},
+    {"donut_r", SymbolKind::RoundDonut, "sd", Tail::Nothing},
+    {"donut_s", SymbolKind::SquareDonut, "sd", Tail::Rounded},
+    {"donut_sr", SymbolKind::SquareRoundDonut, "sd", Tail::Nothing},
+    {"donut_rc", SymbolKind::RectangleDonut, "ssl", Tail::Rounded},
+    {"donut_o", SymbolKind::OvalDonut, "ssl", Tail::Nothing},
+    {"hex_l", SymbolKind::HorizontalHexagon, "ssl", Tail::Nothing},
+    {"hex_s", SymbolKind::VerticalHexagon, "ssl", Tail::Nothing},
+    {"bfr", SymbolKind::Butterfly, "s", Tail::Nothing},
+    {"bfs", SymbolKind::SquareButterfly, "s", Tail::Nothing},
+    {"tri", SymbolKind::Triangle, "ss", Tail::Nothing},
+    {"oval_h", SymbolKind::HalfOval, "ss", Tail::Nothing},
+    {"thr", SymbolKind::RoundedThermal, "sdanl", Tail::Nothing},
+    {"ths", SymbolKind::RoundThermal, "sdanl", Tail::Nothing},
+    {"s_ths", SymbolKind::SquareThermal, "sdanl", Tail::Rounded},
+    {"s_tho", SymbolKind::OpenSquareThermal, "sdanl", Tail::Nothing},
+    {"s_thr", SymbolKind::LineThermal, "sdanl", Tail::Nothing},
+    {"sr_ths", SymbolKind::SquareRoundThermal, "sdanl", Tail::Nothing},
+    {"rc_ths", SymbolKind::RectangleThermal, "ssanll", Tail::Rounded},
+    {"rc_tho", SymbolKind::OpenRectangleThermal, "ssanll", Tail::Nothing},
+    {"o_ths", SymbolKind::OvalThermal, "ssanll", Tail::Nothing},
+    {"oblong_ths", SymbolKind::OblongThermal, "ssanll", Tail::Ends},
+    {"el", SymbolKind::Ellipse, "ss", Tail::Nothing},
     {"moire", SymbolKind::Moire, "llnlla", Tail::Nothing},
-    {"hole", SymbolKind::Hole, "l", Tail::Words},
+    {"hole", SymbolKind::Hole, "s", Tail::Words},
     {"null", SymbolKind::Null, "N", Tail::Nothing},
 };
 
@@ -85,14 +85,15 @@ public:
 
     bool atEnd() const { return m_at == m_name.size(); }
 
-    // The number at the reading position, without sign; the text behind it must be the end or an "x".
-    double number()
+    // The number at the reading position; the text behind it must be the end or an "x".
+    double number(bool mayBeNegative = false)
     {
         const char *first = m_name.data() + m_at;
         const char *last = m_name.data() + m_name.size();
+        const char *digits = first + (mayBeNegative && first != last && *first == '-');
         double value = 0.0;
         const auto end = std::from_chars(first, last, value, std::chars_format::fixed);
-        const bool startsRight = first != last && (isDigit(*first) || *first == '.');
+        const bool startsRight = digits != last && (isDigit(*digits) || *digits == '.');
         if (!startsRight || end.ec != std::errc() || (end.ptr != last && *end.ptr != 'x'))
             refuse(m_name, "expected a number at \"" + std::string(m_name.substr(m_at)) + "\"");
         m_at = static_cast<std::size_t>(end.ptr - m_name.data());
@@ -110,6 +111,8 @@ public:
     double parameter(char kind)
     {
         switch (kind) {
+        case 's':
+            return length(true);
         case 'l':
         case 'L':
         case 'd':
@@ -122,11 +125,11 @@ public:
         }
     }
 
-    double length()
+    double length(bool mayBeNegative = false)
     {
-        const double value = number() * m_lengthUnit;
+        const double value = number(mayBeNegative) * m_lengthUnit;
         // A hundred metres: beyond it the last digits of a double are no longer far below a nanometre.
-        if (value > 1e11)
+        if (std::fabs(value) > 1e11)
             refuse(m_name, "expected a length below 100 metres");
         return value;
     }
@@ -286,11 +289,16 @@ StandardSymbol parseStandardSymbol(std::string_view name, SymbolUnit unit)
         if (i > 0)
             reader.separator();
         symbol.size[i] = reader.parameter(kind);
-        if (kind == 'd' && symbol.size[i] > symbol.size[i - 1])
+        if (kind == 's' && symbol.size[i] <= 0.0)
+            symbol.hasNoSize = true;
+        if (kind == 'd' && !symbol.hasNoSize && symbol.size[i] > symbol.size[i - 1])
             refuse(name, "expected an inner size that is not larger than the outer one");
     }
     readTail(reader, symbol, family->tail, name);
-    checkSizes(symbol, name);
+    if (symbol.hasNoSize)
+        symbol.kind = SymbolKind::Null;
+    else
+        checkSizes(symbol, name);
     return symbol;
 }
 

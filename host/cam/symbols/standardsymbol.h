@@ -63,13 +63,16 @@ struct StandardSymbol
     EndStyle ends = EndStyle::Straight;
     // Bit 0: top right, bit 1: top left, bit 2: bottom left, bit 3: bottom right corner has the style.
     std::uint8_t cornerMask = 0;
+    // The name gives a size of zero or less ("r-13.1234", "rect0x5"): kind is Null.
+    bool hasNoSize = false;
     double cornerSize = 0.0; // nanometres: the radius, or how much of each side a chamfer takes
     // In the order of the name's numbers: lengths in nanometres, angles in degrees, counts plain.
     std::array<double, 8> size{};
 };
 
 // `name` in lower case without unit suffix, its lengths in `unit`. Throws SymbolError, naming `name`, for
-// anything that is not a standard symbol or whose numbers make no shape.
+// anything that is not a standard symbol or whose numbers make no shape. An outer size of zero or less is no
+// error: nothing can be meant by it, and there is nothing to draw.
 StandardSymbol parseStandardSymbol(std::string_view name, SymbolUnit unit);
 
 // The symbol about its own origin, in nanometres, with true arcs (an ellipse, which has none, as a polygon

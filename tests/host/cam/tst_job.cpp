@@ -151,6 +151,23 @@ private slots:
         QCOMPARE(notes.unsupported.at("symbol nosuchsymbol"), std::size_t(2));
     }
 
+    // Some tools name the symbols that they make by a counter.
+    void ownSymbolGoesBeforeAStandardOneWithoutASize()
+    {
+        JobFolder folder;
+        folder.features("$0 s-1\n$1 s-2\nP 1 1 0 P 0 0\nP 2 1 1 P 0 0\n");
+        folder.write("symbols/s-1/features", "$0 r5\nP 0 0 0 P 0 0\n");
+        ReadingNotes notes;
+        const LayerImage image = Job(folder.path()).readLayer("pcb", "top", notes);
+        const FeatureSet &top = image.top().features;
+        QVERIFY(image.symbols[top.pads[0].symbol].features);
+        QVERIFY(!image.symbols[top.pads[1].symbol].features);
+        QVERIFY(notes.unsupported.empty());
+        QCOMPARE(notes.readings.size(), std::size_t(1));
+        QCOMPARE(notes.readings.begin()->first,
+                 std::string("symbol s-2: a size is not positive, it draws nothing"));
+    }
+
     void sameNameInTwoUnitsMakesTwoSymbols()
     {
         JobFolder folder;

@@ -245,6 +245,22 @@ private slots:
         QVERIFY(board.files().isEmpty());
     }
 
+    void symbolWithoutASizeIsLoggedOnceAndDrawsNothing()
+    {
+        Board board;
+        board.features("$0 r200\n$1 r-13.1234\nP 1 1 1 P 0 0\nP 2 1 1 P 0 0\nP 3 1 0 P 0 0\n");
+        LogCapture log;
+        QVERIFY(board.call.run());
+        const auto lines = log.lines();
+        QCOMPARE(std::count_if(lines.begin(), lines.end(),
+                               [](const LogLine &line) {
+                                   return QString::fromStdString(line.message)
+                                       .contains(
+                                           "symbol r-13.1234: a size is not positive, it draws nothing");
+                               }),
+                 1);
+    }
+
     void malformedLayerFailsAndKeepsTheOldFile()
     {
         Board board;

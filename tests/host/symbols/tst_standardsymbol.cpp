@@ -103,6 +103,8 @@ private slots:
     void milsAreThousandthsOfAnInch();
     void roundCornersAreTrueArcs();
     void shrinkingAThinSymbolLeavesNothing();
+    void symbolWithoutAPositiveSizeDrawsNothing_data();
+    void symbolWithoutAPositiveSizeDrawsNothing();
     void unknownNameIsRefusedByName_data();
     void unknownNameIsRefusedByName();
 };
@@ -345,6 +347,27 @@ void StandardSymbolTest::shrinkingAThinSymbolLeavesNothing()
     }
 }
 
+void StandardSymbolTest::symbolWithoutAPositiveSizeDrawsNothing_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("hasNoSize");
+    for (const char *name :
+         {"r-13.1234", "r0", "s-1", "rect0x5", "rect5x-5", "rect0x5xr2", "oct-10x20x5", "donut_r0x10",
+          "donut_rc-5x20x3", "ths-300x200x45x4x50", "oblong_ths0x200x0x2x50x40xr", "hole-1xpx0x0"})
+        QTest::newRow(name) << QString(name) << true;
+    QTest::newRow("null1") << QString("null1") << false; // meant to draw nothing
+}
+
+void StandardSymbolTest::symbolWithoutAPositiveSizeDrawsNothing()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, hasNoSize);
+    const auto symbol = cam::parseStandardSymbol(name.toStdString(), SymbolUnit::Micrometres);
+    QCOMPARE(symbol.hasNoSize, hasNoSize);
+    for (const double growth : {0.0, 50'000.0, -50'000.0})
+        QVERIFY(cam::shapeOf(symbol, growth).contours.isEmpty());
+}
+
 void StandardSymbolTest::unknownNameIsRefusedByName_data()
 {
     QTest::addColumn<QString>("name");
@@ -353,7 +376,12 @@ void StandardSymbolTest::unknownNameIsRefusedByName_data()
                              "radio_mark",
                              "r",
                              "rx",
-                             "r-5",
+                             "r-",
+                             "r--5",
+                             "donut_r20x-5",
+                             "rect20x30xr-5",
+                             "ths300x200x45x4x-50",
+                             "moire-20x30x2x10x0x0",
                              "r1e3",
                              "r10_tp",
                              "r10x",

@@ -1,7 +1,8 @@
-// The two compressions of a job's files, and fonts.
+// The forms in which a job's files are packed, and fonts.
 #include "host/cam/error.h"
 #include "host/cam/odb/font.h"
-#include "host/cam/odb/textfile.h"
+#include "host/cam/odb/packing.h"
+#include "host/cam/odb/zip.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +16,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
     try {
         cam::unpackGzip(bytes, "input");
+    } catch (const cam::Error &) {
+    }
+    try {
+        cam::unpackZip(bytes, "features", "input");
     } catch (const cam::Error &) {
     }
     try {

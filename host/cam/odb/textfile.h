@@ -50,7 +50,7 @@ private:
 };
 
 // A file's whole text. `name` is looked up in `folder` without regard to case, as it is, then with the ending
-// ".gz", then ".Z"; what the file holds is told by its first bytes, not by its name.
+// ".gz", ".Z" or ".zip"; what the file holds is told by its first bytes, not by its name.
 class TextFile
 {
 public:
@@ -88,10 +88,5 @@ private:
     std::string m_unpacked;
     LineReader m_lines;
 };
-
-// The text inside a gzip stream or a compress (LZW) stream. `name` is for messages. Throws Error for a
-// damaged one.
-std::string unpackGzip(std::string_view packed, const std::string &name);
-std::string unpackCompress(std::string_view packed, const std::string &name);
 
 } // namespace cam

@@ -1,6 +1,7 @@
 // Reading a job's files: plain, gzip, compress; line by line; numbers.
 #include "host/cam/error.h"
 #include "host/cam/odb/numbers.h"
+#include "host/cam/odb/packing.h"
 #include "host/cam/odb/textfile.h"
 #include "host/cam/paths.h"
 #include "tests/host/cam/messages.h"
@@ -164,6 +165,17 @@ private slots:
                 }).startsWith("f.gz: expected a whole gzip"));
         packed[14] = char(packed[14] ^ 0x55);
         QVERIFY(!messageOf([&] { unpackGzip(packed.toStdString(), "f.gz"); }).isEmpty());
+    }
+
+    // Nothing of a file is left out in silence.
+    void gzipFileOfSeveralStreamsIsReadWhole()
+    {
+        const QByteArray streams = gzip("one\n") + gzip("") + gzip("two\n");
+        QCOMPARE(unpackGzip(streams.toStdString(), "f.gz"), std::string("one\ntwo\n"));
+        const QByteArray filledUp = streams + QByteArray(512, '\0');
+        QCOMPARE(unpackGzip(filledUp.toStdString(), "f.gz"), std::string("one\ntwo\n"));
+        const QString message = messageOf([&] { unpackGzip((streams + "rest").toStdString(), "f.gz"); });
+        QCOMPARE(message, QString("f.gz: expected nothing behind the gzip stream"));
     }
 
     void damagedCompressIsAnError_data()

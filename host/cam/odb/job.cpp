@@ -28,18 +28,19 @@ std::optional<fs::path> findFolder(const fs::path &parent, std::string_view fold
 class LayerReader
 {
 public:
-    LayerReader(const fs::path &job, const std::string &layer, ReadingNotes &notes,
+    LayerReader(const fs::path &job, const MatrixLayer &layer, ReadingNotes &notes,
                 const std::function<void(double)> &report)
-        : m_job(job), m_notes(notes), m_report(report)
+        : m_job(job), m_layer(layer), m_notes(notes), m_report(report)
     {
-        m_image.layer = lowerCase(layer);
+        m_image.layer = lowerCase(layer.name);
     }
 
     LayerImage read(const std::string &step);
 
 private:
     std::uint32_t readStep(const std::string &name, bool isTop);
-    FeatureSet readStepFeatures(const fs::path &stepFolder, bool isTop);
+    FeatureSet readStepFeatures(const fs::path &stepFolder);
+    void noteEmptiness();
     std::uint32_t symbolIndex(std::string_view name, SymbolUnit unit);
     std::unique_ptr<FeatureSet> readOwnSymbol(const std::string &name);
     const Font &font(std::string_view name);
@@ -47,6 +48,7 @@ private:
     FeaturesContext context();
 
     const fs::path &m_job;
+    const MatrixLayer &m_layer;
     ReadingNotes &m_notes;
     const std::function<void(double)> &m_report;
     double m_furthest = 0.0; // what was reported last
@@ -54,6 +56,8 @@ private:
     std::map<std::pair<std::string, SymbolUnit>, std::uint32_t> m_symbols;
     std::map<std::string, std::uint32_t> m_steps;
     std::vector<std::string> m_openSteps; // from the exported step down to the one being read
+    std::size_t m_layerFolders = 0;       // in how many of the steps
+    std::size_t m_foldersWithoutFeatures = 0;
     std::set<std::string> m_openSymbols;
     std::map<std::string, Font, std::less<>> m_fonts;
 };
@@ -61,6 +65,7 @@ private:
 LayerImage LayerReader::read(const std::string &step)
 {
     readStep(lowerCase(step), true);
+    noteEmptiness();
     m_report(1.0);
     return std::move(m_image);
 }
@@ -119,7 +124,7 @@ std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
         step.repeats.push_back(placed);
     }
     step.datum = header.datum;
-    step.features = readStepFeatures(*folder, isTop);
+    step.features = readStepFeatures(*folder);
     if (isTop) {
         m_image.datum = header.datum;
         if (TextFile::exists(*folder, "profile")) {
@@ -134,19 +139,28 @@ std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
     return index;
 }
 
-// A nested step may well lack the layer; the exported one must not, or its export would be empty in silence.
-FeatureSet LayerReader::readStepFeatures(const fs::path &stepFolder, bool isTop)
+// A step need not have the layer: what a panel shows is often only in its boards. But a layer's folder that
+// has lost its features must not come out as an empty layer.
+FeatureSet LayerReader::readStepFeatures(const fs::path &stepFolder)
 {
     const auto folder = findFolder(stepFolder, "layers", m_image.layer);
-    if (!folder) {
-        if (isTop)
-            throw Error(stepFolder.u8string() + ": expected a folder layers/" + m_image.layer);
+    if (!folder)
+        return {};
+    ++m_layerFolders;
+    if (!TextFile::exists(*folder, "features") && !m_layer.hasFeatures()) {
+        ++m_foldersWithoutFeatures;
         return {};
     }
-    if (!TextFile::exists(*folder, "features")) // a component layer may have its components only
-        return {};
     LineFile file(*folder, "features");
     return takeFeatures(readFeatures(file.lines(), file.name(), context()));
+}
+
+void LayerReader::noteEmptiness()
+{
+    if (m_layerFolders == 0)
+        ++m_notes.readings["no step has a folder for it, it is empty"];
+    else if (m_foldersWithoutFeatures == m_layerFolders)
+        ++m_notes.readings["it has no features file, it is empty as layers of its type may be"];
 }
 
 // A standard name always means the standard symbol; the job's own symbols are looked for behind it. Only a
@@ -274,7 +288,7 @@ LayerImage Job::readLayer(const std::string &step, const std::string &layer, Rea
     const MatrixLayer *row = m_matrix.find(layer);
     if (!row)
         throw Error(m_folder.u8string() + ": expected a layer " + lowerCase(layer) + " in the matrix");
-    LayerImage image = LayerReader(m_folder, layer, notes, report).read(step);
+    LayerImage image = LayerReader(m_folder, *row, notes, report).read(step);
     image.job = m_name;
     describe(image, m_matrix, *row);
     readSaveDate(m_folder, image.saved);

@@ -30,10 +30,12 @@ public:
     const std::string &name() const { return m_name; }
     const Matrix &matrix() const { return m_matrix; }
 
-    // Everything of one layer of one step, with the steps nested in it; the names without regard to case.
+    // Everything of one layer of one step, with the steps nested in it; the names without regard to case. Any
+    // of the steps may lack the layer; when all of them do, it is empty.
     // `report` takes the share that is done, 0 to 1 and never less than before, and may throw to cancel.
-    // Throws Error when the job has no such step or layer, or the step no folder for the layer, FormatError
-    // for what cannot be read. What cannot be drawn is left out of the image and counted in `notes`.
+    // Throws Error when the job has no such step or layer, or a folder of the layer no features file (but for
+    // component and dielectric layers), FormatError for what cannot be read. What cannot be drawn is left out
+    // of the image and counted in `notes`.
     LayerImage readLayer(
         const std::string &step, const std::string &layer, ReadingNotes &notes,
         const std::function<void(double)> &report = [](double) {}) const;

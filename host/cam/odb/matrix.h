@@ -24,6 +24,8 @@ struct MatrixLayer
     std::string color;
 
     bool isBoard() const { return context == "BOARD"; }
+    // The layers of these types may have components or a thickness, and nothing to draw.
+    bool hasFeatures() const { return type != "COMPONENT" && type != "DIELECTRIC"; }
     bool isCopper() const
     {
         return isBoard() && (type == "SIGNAL" || type == "POWER_GROUND" || type == "MIXED");

@@ -47,6 +47,10 @@ StepHeaderRepeat parseRepeat(const StructuredText &text, const StructuredBlock &
         throw FormatError(text.file, block.line, "NX and NY from 1 to 1000000 in STEP-REPEAT");
     repeat.angle = text.number(block, "ANGLE", 0.0);
     repeat.mirror = parseYesNo(text, block, "MIRROR");
+    // A flipped step lies on its back: other layers would have to be drawn, and descriptions leave open
+    // which.
+    if (parseYesNo(text, block, "FLIP"))
+        throw FormatError(text.file, block.find("FLIP")->line, "NO for FLIP, flipped steps cannot be drawn");
     return repeat;
 }
 

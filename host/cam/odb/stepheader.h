@@ -25,7 +25,8 @@ struct StepHeader
     std::vector<StepHeaderRepeat> repeats;
 };
 
-// A file that states no UNITS is in inches.
+// A file that states no UNITS is in inches. Throws FormatError for what is no step header, and for flipped
+// steps.
 StepHeader parseStepHeader(std::string_view text, const std::string &file);
 
 } // namespace cam

@@ -97,17 +97,78 @@ private slots:
         QVERIFY(readTop(folder, "panel").steps[0].features.isEmpty());
     }
 
-    void exportedStepMustHaveTheLayer()
+    // An array between panel and board usually has no layers of its own.
+    void stepWithoutTheLayerShowsWhatItsNestedStepsHold()
     {
         JobFolder folder;
-        QVERIFY(messageOf([&] { readTop(folder); }).endsWith("expected a folder layers/top"));
+        folder.features("$0 r100\nP 0 0 0 P 0 0\n");
+        folder.write("steps/array/stephdr", "STEP-REPEAT {\nNAME=PCB\nNX=2\n}\n");
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=ARRAY\nNY=3\n}\n");
+        ReadingNotes notes;
+        const LayerImage image = Job(folder.path()).readLayer("panel", "top", notes);
+        QCOMPARE(image.steps.size(), std::size_t(3));
+        QCOMPARE(image.steps[0].features.pads.size(), std::size_t(1));
+        QVERIFY(image.steps[1].features.isEmpty() && image.top().features.isEmpty());
+        QCOMPARE(image.steps[1].repeats[0].nx, 2u);
+        QCOMPARE(image.top().repeats[0].ny, 3u);
+        QVERIFY(notes.readings.empty());
     }
 
-    void layerFolderWithoutFeaturesIsEmpty()
+    void layerThatNoStepHasIsEmpty()
     {
         JobFolder folder;
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\n}\n");
+        for (const char *step : {"pcb", "panel"}) {
+            ReadingNotes notes;
+            QVERIFY(Job(folder.path()).readLayer(step, "top", notes).top().features.isEmpty());
+            QCOMPARE(notes.readings.count("no step has a folder for it, it is empty"), std::size_t(1));
+        }
+    }
+
+    // The file has been lost on the way: an empty export would hide it.
+    void layerFolderWithoutFeaturesIsAnErrorThatNamesTheFile_data()
+    {
+        QTest::addColumn<QString>("step");
+        QTest::newRow("exported step") << "pcb";
+        QTest::newRow("nested step") << "panel";
+    }
+    void layerFolderWithoutFeaturesIsAnErrorThatNamesTheFile()
+    {
+        QFETCH(QString, step);
+        JobFolder folder;
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\n}\n");
+        folder.features("", "top", "panel");
+        folder.write("steps/pcb/layers/top/attrlist", "");
+        const QString message =
+            QDir::fromNativeSeparators(messageOf([&] { readTop(folder, step.toStdString()); }));
+        QVERIFY2(message.endsWith("steps/pcb/layers/top/features: no such file"), qPrintable(message));
+    }
+
+    void componentAndDielectricLayersMayHaveNoFeatures_data()
+    {
+        QTest::addColumn<QByteArray>("type");
+        QTest::newRow("component") << QByteArray("COMPONENT");
+        QTest::newRow("dielectric") << QByteArray("DIELECTRIC");
+    }
+    void componentAndDielectricLayersMayHaveNoFeatures()
+    {
+        QFETCH(QByteArray, type);
+        JobFolder folder;
+        folder.write("matrix/matrix", "LAYER {\nROW=1\nCONTEXT=BOARD\nTYPE=" + type + "\nNAME=TOP\n}\n");
         folder.write("steps/pcb/layers/top/components", "");
-        QVERIFY(readTop(folder).top().features.isEmpty());
+        ReadingNotes notes;
+        QVERIFY(Job(folder.path()).readLayer("pcb", "top", notes).top().features.isEmpty());
+        QCOMPARE(notes.readings.size(), std::size_t(1)); // one log line
+    }
+
+    void flippedStepIsRefusedByName()
+    {
+        JobFolder folder;
+        folder.features("");
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\nFLIP=YES\n}\n");
+        const QString message = messageOf([&] { readTop(folder, "panel"); });
+        QVERIFY2(message.endsWith("stephdr:3: expected NO for FLIP, flipped steps cannot be drawn"),
+                 qPrintable(message));
     }
 
     void stepThatRepeatsItselfIsAnError()

@@ -140,6 +140,8 @@ private slots:
                                    << "s:1: expected NX and NY from 1 to 1000000 in STEP-REPEAT";
         QTest::newRow("mirror") << QByteArray("STEP-REPEAT {\nNAME=A\nMIRROR=maybe\n}\n")
                                 << "s:3: expected YES or NO for MIRROR";
+        QTest::newRow("flip") << QByteArray("STEP-REPEAT {\nNAME=A\nFLIP=maybe\n}\n")
+                              << "s:3: expected YES or NO for FLIP";
     }
     void faultsOfAStepHeaderAreNamed()
     {

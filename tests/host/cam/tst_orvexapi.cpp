@@ -143,6 +143,34 @@ private slots:
         QCOMPARE(GdsFile::open(board.filePath("out/top.gds")).flat().size(), 1);
     }
 
+    // The panel and the array in it have no layers of their own.
+    void panelExportsWhatItsBoardsHold()
+    {
+        Board board;
+        board.write("steps/array/stephdr", "UNITS=MM\nSTEP-REPEAT {\nNAME=PCB\nDX=30\nNX=2\n}\n");
+        board.write("steps/panel/stephdr", "UNITS=MM\nSTEP-REPEAT {\nNAME=ARRAY\nDY=20\nNY=3\n}\n");
+        board.call.step = "panel";
+        QVERIFY(board.call.run());
+        QCOMPARE(GdsFile::open(board.filePath("out/top.gds")).flat().size(), 6);
+        board.call.type = API::export_type::gerber;
+        board.call.file = board.filePath("out/top.gerber").toStdString();
+        QVERIFY(board.call.run());
+        QFile file(board.filePath("out/top.gerber"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().contains("D01*"));
+    }
+
+    void layerThatLostItsFeaturesFileFailsByName()
+    {
+        Board board;
+        board.write("steps/pcb/layers/gnd/attrlist", "");
+        board.call.layer = "gnd";
+        LogCapture log;
+        QVERIFY(!board.call.run());
+        QVERIFY(logSays(log, "features: no such file"));
+        QVERIFY(board.files().isEmpty());
+    }
+
     void gerberIsWrittenForTheOtherFormat()
     {
         Board board;

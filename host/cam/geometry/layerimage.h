@@ -52,6 +52,9 @@ struct StepImage
     std::vector<StepRepeat> repeats;
 };
 
+// Of the holes of a drill or rout layer. Mixed: some are plated, some are not.
+enum class Plating : std::uint8_t { Unknown, Plated, NonPlated, Mixed };
+
 // Children stand before their parents in `steps`; the exported step is the last one.
 struct LayerImage
 {
@@ -63,7 +66,10 @@ struct LayerImage
     int copperRank = 0;       // 1 for the topmost copper layer of the board, 0 for a layer that is not copper
     int copperCount = 0;      // copper layers of the board
     bool aboveCopper = false; // stands above the first copper layer of the matrix
-    std::string startName, endName; // of a drill: the layers that it spans
+    // Of a drill or rout layer: how its holes are made, and the copper layers, counted from 1 at the top,
+    // between which they lie; 0 where the job does not say.
+    Plating plating = Plating::Unknown;
+    int firstCopper = 0, lastCopper = 0;
     // When the job was saved, by its own account: year, month, day, hour, minute, second; all 0 when it does
     // not say.
     std::int16_t saved[6] = {0, 0, 0, 0, 0, 0};

@@ -7,6 +7,7 @@
 #include "host/cam/odb/stepheader.h"
 #include "host/cam/odb/structuredtext.h"
 #include "host/cam/odb/textfile.h"
+#include "host/cam/odb/tools.h"
 #include "host/cam/paths.h"
 
 #include <algorithm>
@@ -40,6 +41,7 @@ public:
 private:
     std::uint32_t readStep(const std::string &name, bool isTop);
     FeatureSet readStepFeatures(const fs::path &stepFolder);
+    void readTools(const fs::path &layerFolder);
     void noteEmptiness();
     std::uint32_t symbolIndex(std::string_view name, SymbolUnit unit);
     std::unique_ptr<FeatureSet> readOwnSymbol(const std::string &name);
@@ -56,6 +58,7 @@ private:
     std::map<std::pair<std::string, SymbolUnit>, std::uint32_t> m_symbols;
     std::map<std::string, std::uint32_t> m_steps;
     std::vector<std::string> m_openSteps; // from the exported step down to the one being read
+    ToolKinds m_tools;                    // of all of the steps
     std::size_t m_layerFolders = 0;       // in how many of the steps
     std::size_t m_foldersWithoutFeatures = 0;
     std::set<std::string> m_openSymbols;
@@ -66,6 +69,7 @@ LayerImage LayerReader::read(const std::string &step)
 {
     readStep(lowerCase(step), true);
     noteEmptiness();
+    m_image.plating = platingOf(m_tools, m_layer.addType);
     m_report(1.0);
     return std::move(m_image);
 }
@@ -147,12 +151,31 @@ FeatureSet LayerReader::readStepFeatures(const fs::path &stepFolder)
     if (!folder)
         return {};
     ++m_layerFolders;
+    if (m_layer.isDrilled())
+        readTools(*folder);
     if (!TextFile::exists(*folder, "features") && !m_layer.hasFeatures()) {
         ++m_foldersWithoutFeatures;
         return {};
     }
     LineFile file(*folder, "features");
     return takeFeatures(readFeatures(file.lines(), file.name(), context()));
+}
+
+// The holes are drawn without it: a damaged one costs what a file says about them, not the layer.
+void LayerReader::readTools(const fs::path &layerFolder)
+{
+    if (!TextFile::exists(layerFolder, "tools"))
+        return;
+    try {
+        const TextFile file(layerFolder, "tools");
+        const ToolKinds kinds = parseTools(file.text(), file.name());
+        m_tools.plated |= kinds.plated;
+        m_tools.nonPlated |= kinds.nonPlated;
+        m_tools.unclear |= kinds.unclear;
+    } catch (const Error &failure) {
+        m_tools.unclear = true;
+        ++m_notes.readings[std::string("how its holes are plated is not known: ") + failure.what()];
+    }
 }
 
 void LayerReader::noteEmptiness()
@@ -222,6 +245,36 @@ const Font &LayerReader::font(std::string_view name)
     return m_fonts.emplace(std::string(name), parseFont(file.text(), file.name())).first->second;
 }
 
+// The copper layers between which the holes lie. START_NAME and END_NAME may stand in either order, and may
+// name a layer that is no copper: it stands for the copper next to it, towards the other end. Without names
+// the holes go through the board.
+void describeSpan(LayerImage &image, const Matrix &matrix, const MatrixLayer &drill)
+{
+    const MatrixLayer *first = &matrix.layers.front(), *last = &matrix.layers.back();
+    if (!drill.startName.empty())
+        first = matrix.find(drill.startName);
+    if (!drill.endName.empty())
+        last = matrix.find(drill.endName);
+    if (!first || !last)
+        return;
+    if (last < first)
+        std::swap(first, last);
+    int rank = 0, firstCopper = 0, lastCopper = 0;
+    for (const MatrixLayer &layer : matrix.layers) {
+        if (!layer.isCopper())
+            continue;
+        ++rank;
+        if (&layer >= first && firstCopper == 0)
+            firstCopper = rank;
+        if (&layer <= last)
+            lastCopper = rank;
+    }
+    if (firstCopper > 0 && firstCopper <= lastCopper) {
+        image.firstCopper = firstCopper;
+        image.lastCopper = lastCopper;
+    }
+}
+
 // What a writer says about the layer in its file.
 void describe(LayerImage &image, const Matrix &matrix, const MatrixLayer &layer)
 {
@@ -229,8 +282,6 @@ void describe(LayerImage &image, const Matrix &matrix, const MatrixLayer &layer)
     image.type = layer.type;
     image.polarity = layer.polarity == "NEGATIVE" ? Polarity::Negative : Polarity::Positive;
     image.row = layer.row;
-    image.startName = lowerCase(layer.startName);
-    image.endName = lowerCase(layer.endName);
     image.aboveCopper = layer.isBoard();
     for (const MatrixLayer &other : matrix.layers) {
         if (!other.isCopper())
@@ -241,6 +292,8 @@ void describe(LayerImage &image, const Matrix &matrix, const MatrixLayer &layer)
         if (other.row < layer.row || &other == &layer)
             image.aboveCopper = false;
     }
+    if (layer.isDrilled())
+        describeSpan(image, matrix, layer);
 }
 
 // SAVE_DATE, or CREATION_DATE, as "yyyymmdd.hhmmss"; a date of another form counts as none.

@@ -24,6 +24,7 @@ struct MatrixLayer
     std::string color;
 
     bool isBoard() const { return context == "BOARD"; }
+    bool isDrilled() const { return type == "DRILL" || type == "ROUT"; }
     // The layers of these types may have components or a thickness, and nothing to draw.
     bool hasFeatures() const { return type != "COMPONENT" && type != "DIELECTRIC"; }
     bool isCopper() const

@@ -54,9 +54,118 @@ private slots:
         const LayerImage plane = job.readLayer("pcb", "gnd", notes);
         QVERIFY(plane.polarity == Polarity::Negative && plane.copperRank == 2 && !plane.aboveCopper);
         const LayerImage drill = job.readLayer("pcb", "drill", notes);
-        QCOMPARE(drill.startName, std::string("top"));
-        QCOMPARE(drill.endName, std::string("gnd"));
+        QCOMPARE(drill.firstCopper, 1);
+        QCOMPARE(drill.lastCopper, 2);
         QCOMPARE(drill.copperRank, 0);
+    }
+
+    // A board of four copper layers between its masks.
+    void drillSpansTheLayersThatTheMatrixNames_data()
+    {
+        QTest::addColumn<QByteArray>("start");
+        QTest::addColumn<QByteArray>("end");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        const auto row = [](const char *name, const char *start, const char *end, int first, int last) {
+            QTest::newRow(name) << QByteArray(start) << QByteArray(end) << first << last;
+        };
+        row("through", "TOP", "BOT", 1, 4);
+        row("blind", "Top", "in1", 1, 2);
+        row("buried", "IN1", "IN2", 2, 3);
+        row("from the bottom", "BOT", "IN2", 3, 4);
+        row("without names", "", "", 1, 4);
+        row("from mask to mask", "MASKTOP", "MASKBOT", 1, 4);
+        row("from a mask inwards", "MASKTOP", "IN2", 1, 3);
+        row("within a mask", "MASKTOP", "MASKTOP", 0, 0);
+        row("to a layer that is not there", "TOP", "IN7", 0, 0);
+    }
+    void drillSpansTheLayersThatTheMatrixNames()
+    {
+        QFETCH(QByteArray, start);
+        QFETCH(QByteArray, end);
+        JobFolder folder;
+        QByteArray matrix;
+        int row = 0;
+        for (const char *layer : {"MASKTOP", "TOP", "IN1", "IN2", "BOT", "MASKBOT"})
+            matrix += "LAYER {\nROW=" + QByteArray::number(++row) + "\nCONTEXT=BOARD\nTYPE=" +
+                      (QByteArray(layer).startsWith("MASK") ? "SOLDER_MASK" : "SIGNAL") + "\nNAME=" + layer +
+                      "\n}\n";
+        folder.write("matrix/matrix",
+                     matrix + "LAYER {\nROW=9\nCONTEXT=BOARD\nTYPE=DRILL\nNAME=D\nSTART_NAME=" + start +
+                         "\nEND_NAME=" + end + "\n}\n");
+        ReadingNotes notes;
+        const LayerImage image = Job(folder.path()).readLayer("pcb", "d", notes);
+        QTEST(image.firstCopper, "first");
+        QTEST(image.lastCopper, "last");
+    }
+
+    void platingComesFromTheToolsElseFromTheMatrix_data()
+    {
+        QTest::addColumn<QByteArray>("types"); // of the tools
+        QTest::addColumn<QByteArray>("addType");
+        QTest::addColumn<int>("plating");
+        const auto row = [](const char *types, const char *addType, Plating plating) {
+            QTest::newRow(qPrintable(QString("%1; %2").arg(types, addType)))
+                << QByteArray(types) << QByteArray(addType) << int(plating);
+        };
+        row("PLATED", "", Plating::Plated);
+        row("VIA", "", Plating::Plated);
+        row("via PLATED", "NON_PLATED", Plating::Plated);
+        row("NON_PLATED", "", Plating::NonPlated);
+        row("NON_PLATED VIA", "", Plating::Mixed);
+        row("", "", Plating::Unknown);
+        row("", "PLATED", Plating::Plated);
+        row("", "non_plated", Plating::NonPlated);
+        row("", "BACKDRILL", Plating::NonPlated);
+        row("PLATED OTHER", "", Plating::Unknown);
+        row("PLATED OTHER", "PLATED", Plating::Plated);
+    }
+    void platingComesFromTheToolsElseFromTheMatrix()
+    {
+        QFETCH(QByteArray, types);
+        QFETCH(QByteArray, addType);
+        JobFolder folder;
+        folder.write("matrix/matrix",
+                     "LAYER {\nROW=1\nCONTEXT=BOARD\nTYPE=DRILL\nNAME=D_NON-PLATED\nADD_TYPE=" + addType +
+                         "\n}\n");
+        folder.features("", "d_non-plated");
+        QByteArray tools = "UNITS=MM\nTHICKNESS=0\nUSER_PARAMS=\n";
+        for (const QByteArray &type : types.split(' ')) {
+            if (!type.isEmpty())
+                tools += "TOOLS {\n    NUM=1\n    TYPE=" + type + "\n    BIT=\n}\n";
+        }
+        folder.write("steps/pcb/layers/d_non-plated/tools", tools);
+        ReadingNotes notes;
+        const LayerImage image = Job(folder.path()).readLayer("pcb", "d_non-plated", notes);
+        QTEST(int(image.plating), "plating");
+        QVERIFY(notes.readings.empty());
+    }
+
+    void toolsOfNestedStepsCountToo()
+    {
+        JobFolder folder;
+        folder.features("", "drill");
+        folder.write("steps/pcb/layers/drill/tools", "TOOLS {\nTYPE=VIA\n}\n");
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\n}\n");
+        folder.features("", "drill", "panel");
+        folder.write("steps/panel/layers/drill/tools", "TOOLS {\nTYPE=NON_PLATED\n}\n");
+        ReadingNotes notes;
+        const Job job(folder.path());
+        QVERIFY(job.readLayer("pcb", "drill", notes).plating == Plating::Plated);
+        QVERIFY(job.readLayer("panel", "drill", notes).plating == Plating::Mixed);
+    }
+
+    void damagedToolsFileCostsThePlatingOnly()
+    {
+        JobFolder folder;
+        folder.features("$0 r100\nP 1 1 0 P 0 0\n", "drill");
+        folder.write("steps/pcb/layers/drill/tools", "TOOLS {\n");
+        ReadingNotes notes;
+        const LayerImage image = Job(folder.path()).readLayer("pcb", "drill", notes);
+        QVERIFY(image.plating == Plating::Unknown);
+        QCOMPARE(image.top().features.pads.size(), std::size_t(1));
+        QCOMPARE(notes.readings.size(), std::size_t(1));
+        QVERIFY(QString::fromStdString(notes.readings.begin()->first).contains("tools:1: expected \"}\""));
     }
 
     void namesAreFoundWithoutRegardToCase()

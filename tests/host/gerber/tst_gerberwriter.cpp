@@ -187,8 +187,6 @@ void GerberWriterTest::fileFunctionFollowsTheMatrix_data()
     row("SOLDER_MASK", "BOARD", 0, true, "mask", "Soldermask,Top");
     row("SILK_SCREEN", "BOARD", 0, false, "silk", "Legend,Bot");
     row("SOLDER_PASTE", "BOARD", 0, true, "paste", "Paste,Top");
-    row("DRILL", "BOARD", 0, false, "drill", "Plated,1,4,PTH,Drill");
-    row("DRILL", "BOARD", 0, false, "drill_non-plated", "NonPlated,1,4,NPTH,Drill");
     row("DOCUMENT", "MISC", 0, false, "fab,notes", "Other,fab_notes");
     row("SIGNAL", "MISC", 0, false, "spare", "Other,spare");
 }

@@ -36,24 +36,26 @@ public:
         m_lastRow = -1;
     }
 
-    // Fills a polygon, by its winding number, into the mask or out of it.
-    void fill(const Polygon &polygon, bool dark)
+    // Fills what polygons go around counter-clockwise, more often than clockwise, into the mask.
+    void fill(const std::vector<Polygon> &polygons)
     {
         m_crossings.clear();
-        for (std::size_t i = 0; i < polygon.size(); ++i) {
-            m_extent.add(polygon[i]);
-            cross(toPixels(polygon[i]), toPixels(polygon[(i + 1) % polygon.size()]));
+        for (const Polygon &polygon : polygons) {
+            for (std::size_t i = 0; i < polygon.size(); ++i) {
+                m_extent.add(polygon[i]);
+                cross(toPixels(polygon[i]), toPixels(polygon[(i + 1) % polygon.size()]));
+            }
         }
         std::sort(m_crossings.begin(), m_crossings.end());
         int winding = 0;
         for (std::size_t i = 0; i < m_crossings.size(); ++i) {
             const Crossing &here = m_crossings[i];
             winding += here.turn;
-            if (winding == 0)
+            if (winding <= 0)
                 continue;
             const auto first = static_cast<std::int64_t>(std::ceil(here.x - 0.5));
             const auto end = static_cast<std::int64_t>(std::ceil(m_crossings[i + 1].x - 0.5));
-            m_mask.fill(here.row, first, end, dark);
+            m_mask.fill(here.row, first, end, true);
         }
         if (!m_crossings.empty()) {
             m_firstRow = std::min(m_firstRow, m_crossings.front().row);
@@ -98,7 +100,7 @@ private:
         for (double row = firstRow; row < endRow; ++row) {
             const double share = (row + 0.5 - low.y) / (high.y - low.y);
             m_crossings.push_back(
-                {static_cast<int>(row), low.x + share * (high.x - low.x), from.y < to.y ? 1 : -1});
+                {static_cast<int>(row), low.x + share * (high.x - low.x), from.y < to.y ? -1 : 1});
         }
     }
 
@@ -135,6 +137,15 @@ Polygon polygonOf(const cam::ContourView &contour, const Transform &map)
     for (Point &corner : polygon)
         corner = map(corner);
     return polygon;
+}
+
+void makeCounterClockwise(Polygon &polygon)
+{
+    double doubled = 0.0;
+    for (std::size_t i = 0; i + 1 < polygon.size(); ++i)
+        doubled += cam::cross(polygon[i] - polygon[0], polygon[i + 1] - polygon[0]);
+    if (doubled < 0.0)
+        std::reverse(polygon.begin(), polygon.end());
 }
 
 Polygon convexHull(Polygon points)
@@ -182,7 +193,7 @@ public:
         } else if (!m_canvas.extent().isEmpty()) {
             const cam::Box box = m_canvas.extent();
             m_canvas.begin();
-            m_canvas.fill({box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}}, true);
+            m_canvas.fill({{box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}}});
             m_canvas.end(result, true, m_shift);
         }
         return result;
@@ -260,17 +271,20 @@ private:
 
     void finish(Bitmap &result, bool dark) { m_canvas.end(result, dark, dark ? m_shift : -m_shift); }
 
-    // Each island without its holes.
+    // What is in more islands than holes.
     void contours(const cam::ContourPool &pool, std::size_t first, std::size_t count, const Transform &map,
                   bool dark, Bitmap &result)
     {
-        for (std::size_t i = first; i < first + count;) {
-            m_canvas.begin();
-            m_canvas.fill(polygonOf(pool[i], map), true);
-            for (++i; i < first + count && pool[i].isHole; ++i)
-                m_canvas.fill(polygonOf(pool[i], map), false);
-            finish(result, dark);
+        std::vector<Polygon> polygons;
+        for (std::size_t i = first; i < first + count; ++i) {
+            polygons.push_back(polygonOf(pool[i], map));
+            makeCounterClockwise(polygons.back());
+            if (pool[i].isHole)
+                std::reverse(polygons.back().begin(), polygons.back().end());
         }
+        m_canvas.begin();
+        m_canvas.fill(polygons);
+        finish(result, dark);
     }
 
     // A convex symbol moved along a path of straight pieces.
@@ -291,7 +305,7 @@ private:
                 ends.push_back(map(path[i] + corner));
                 ends.push_back(map(path[i + 1] + corner));
             }
-            m_canvas.fill(convexHull(std::move(ends)), true);
+            m_canvas.fill({convexHull(std::move(ends))});
         }
     }
 

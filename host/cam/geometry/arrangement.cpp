@@ -1,6 +1,7 @@
 #include "host/cam/geometry/arrangement.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <utility>
 
@@ -94,6 +95,7 @@ public:
 
     void add(const GridRing &ring, bool isSecond);
     std::vector<GridRing> result();
+    RepeatedArea repeated();
 
 private:
     void split();
@@ -107,6 +109,7 @@ private:
     void sweep();
     void beginAt(std::uint32_t corner, std::size_t position, std::size_t firstSegment,
                  std::size_t endSegment);
+    void addRepeated(const Segment &segment, bool isAbove);
     bool isInside(int first, int second) const
     {
         return first > 0 ? m_operation == BooleanOperation::Union || second <= 0
@@ -152,6 +155,7 @@ private:
     std::vector<std::uint32_t> m_firstAt; // by corner, one more than corners: where in m_leaving
     std::vector<std::uint32_t> m_leaving; // edges by the corner they leave
     std::vector<Ring> m_rings;
+    RepeatedArea m_repeated;
 };
 
 void Arrangement::add(const GridRing &ring, bool isSecond)
@@ -399,11 +403,14 @@ void Arrangement::beginAt(std::uint32_t corner, std::size_t position, std::size_
     bool isLowest = true;
     for (std::size_t i = firstSegment; i < endSegment; ++i) {
         const Segment &segment = m_segments[i];
-        const bool isBelowInside = isInside(first, second);
+        const bool isBelowInside = isInside(first, second), isBelowRepeated = first < 0 || first > 1;
         first += segment.first;
         second += segment.second;
         Crossed &crossed = m_crossed[position + i - firstSegment];
         crossed = {segment.a, segment.b, first, second, none};
+        const bool isRepeated = first < 0 || first > 1;
+        if (isRepeated != isBelowRepeated)
+            addRepeated(segment, isRepeated);
         if (isInside(first, second) == isBelowInside)
             continue;
         Edge edge;
@@ -416,6 +423,16 @@ void Arrangement::beginAt(std::uint32_t corner, std::size_t position, std::size_
         crossed.edge = m_edgeOf[i] = static_cast<std::uint32_t>(m_edges.size());
         m_edges.push_back(edge);
     }
+}
+
+// The strip between the segment and a line far below, to be added or taken away.
+void Arrangement::addRepeated(const Segment &segment, bool isAbove)
+{
+    const GridPoint along = segment.b - segment.a, origin = m_segments.front().a;
+    const double width = static_cast<double>(along.x), rise = static_cast<double>(along.y);
+    const double strip = width * (static_cast<double>(segment.a.y - origin.y) + rise / 2.0);
+    m_repeated.area += isAbove ? -strip : strip;
+    m_repeated.perimeter += std::sqrt(width * width + rise * rise);
 }
 
 // The edge that goes on where `edge` ends: the first one clockwise, so that the area between them, and none
@@ -511,7 +528,22 @@ std::vector<GridRing> Arrangement::result()
     return rings;
 }
 
+RepeatedArea Arrangement::repeated()
+{
+    split();
+    sweep();
+    return m_repeated;
+}
+
 } // namespace
+
+RepeatedArea repeatedArea(const std::vector<GridRing> &rings)
+{
+    Arrangement arrangement(BooleanOperation::Union);
+    for (const GridRing &ring : rings)
+        arrangement.add(ring, false);
+    return arrangement.repeated();
+}
 
 std::vector<GridRing> combined(BooleanOperation operation, const std::vector<GridRing> &area,
                                const std::vector<GridRing> &rings)

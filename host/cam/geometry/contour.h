@@ -34,9 +34,9 @@ struct ContourView
     const Edge *end() const { return edges + edgeCount; }
 };
 
-// Contours in the order in which they were added. An island is followed by its holes; what is dark is the
-// union, over all islands, of the island without its holes (so islands may lie inside the holes of earlier
-// islands, or overlap). Contours may run in either direction.
+// Islands and holes in the order in which they were added; neither their order nor the direction in which
+// they run means anything. Dark is what lies inside of more islands than holes: holes clear, islands in holes
+// are dark again, islands that overlap unite.
 class ContourPool
 {
 public:

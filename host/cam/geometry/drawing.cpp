@@ -125,7 +125,7 @@ DrawnSymbol DrawnSymbols::draw(const Symbol &symbol, const Transform &map, doubl
         const Shape shape = shapeOf(*symbol.standard, growth);
         std::vector<GridRing> rings;
         contourRings(shape.contours, map, m_grid, rings);
-        emitSimple(rings, m_mostCorners, keep);
+        emitArea(std::move(rings), m_mostCorners, keep, [](double) {});
         return drawn;
     }
     FeatureDrawing features(*this, *symbol.features, map, growth);

@@ -78,6 +78,43 @@ bool areApart(const std::vector<BoxedRing> &rings, const std::vector<std::size_t
     return true;
 }
 
+// Whether the edges of a ring meet the edge from `a` to `b`.
+bool meets(const GridRing &ring, GridPoint a, GridPoint b)
+{
+    const auto side = [](GridPoint from, GridPoint to, GridPoint p) {
+        const double turn = static_cast<double>(to.x - from.x) * static_cast<double>(p.y - from.y) -
+                            static_cast<double>(to.y - from.y) * static_cast<double>(p.x - from.x);
+        return turn > 0.0 ? 1 : turn < 0.0 ? -1 : 0;
+    };
+    GridBox box;
+    box.add(a);
+    box.add(b);
+    GridPoint c = ring.back();
+    for (const GridPoint d : ring) {
+        GridBox other;
+        other.add(c);
+        other.add(d);
+        if (box.touches(other) && side(a, b, c) * side(a, b, d) <= 0 && side(c, d, a) * side(c, d, b) <= 0)
+            return true;
+        c = d;
+    }
+    return false;
+}
+
+// Whether a hole in the island's box meets the island's edges: one that is not convex may have it outside.
+bool leaves(const BoxedRing &hole, const GridRing &island)
+{
+    GridPoint a = island.back();
+    for (const GridPoint b : island) {
+        const bool isNear = std::min(a.x, b.x) <= hole.box.high.x && std::max(a.x, b.x) >= hole.box.low.x &&
+                            std::min(a.y, b.y) <= hole.box.high.y && std::max(a.y, b.y) >= hole.box.low.y;
+        if (isNear && meets(hole.ring, a, b))
+            return true;
+        a = b;
+    }
+    return false;
+}
+
 std::size_t cornersOf(const std::vector<BoxedRing> &rings)
 {
     std::size_t sum = 0;
@@ -144,6 +181,10 @@ bool SurfaceEmitter::link(const std::vector<BoxedRing> &rings) const
     for (const Island &island : islands) {
         if (!areApart(rings, island.holes))
             return false;
+        for (const std::size_t hole : island.holes) {
+            if (leaves(rings[hole], rings[island.ring].ring))
+                return false;
+        }
     }
     for (const Island &island : islands) {
         std::vector<GridRing> whole;
@@ -212,8 +253,11 @@ void SurfaceEmitter::resolve(std::vector<BoxedRing> boxedRings, double from, dou
 void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
               const std::function<void(const GridRing &)> &polygon, const std::function<void(double)> &report)
 {
-    if (rings.size() == 1 && rings[0].size() <= mostCorners)
-        return polygon(rings[0]);
+    if (rings.size() == 1 && rings[0].size() <= mostCorners) {
+        if (doubledArea(rings[0]) > 0.0) // a hole alone darkens nothing
+            polygon(rings[0]);
+        return;
+    }
     std::vector<BoxedRing> boxedRings;
     for (GridRing &ring : rings)
         boxedRings.push_back(boxed(std::move(ring)));

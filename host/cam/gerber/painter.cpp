@@ -425,24 +425,20 @@ void Painter::paintPolygons(Context &context, std::uint32_t item)
 
 void Painter::regions(const ContourPool &contours, std::size_t first, std::size_t count, const Transform &map)
 {
-    for (std::size_t i = first; i < first + count;) {
-        const std::size_t start = i;
-        GridOutline island = onGrid(contours[i], map);
-        std::vector<GridOutline> holes;
-        for (++i; i < first + count && contours[i].isHole; ++i)
-            holes.push_back(onGrid(contours[i], map));
-        if (holes.empty()) {
-            region(island);
-        } else if (const auto outline = withSlits(std::move(island), std::move(holes))) {
-            region(*outline);
-        } else {
-            ContourPool part;
-            for (std::size_t k = start; k < i; ++k)
-                part.add(contours[k], Transform());
-            std::vector<GridRing> rings;
-            contourRings(part, map, grid, rings);
-            emitSimple(cleaned(rings), mostRegionCorners, [this](const GridRing &ring) { region(ring); });
-        }
+    std::vector<GridOutline> outlines;
+    std::vector<bool> isHole;
+    for (std::size_t i = first; i < first + count; ++i) {
+        outlines.push_back(onGrid(contours[i], map));
+        isHole.push_back(contours[i].isHole);
+    }
+    const Regions regions = regionsOf(std::move(outlines), isHole);
+    for (const GridOutline &outline : regions.outlines)
+        region(outline);
+    for (const std::vector<std::uint32_t> &knot : regions.entangled) {
+        std::vector<GridRing> rings;
+        for (const std::uint32_t i : knot)
+            contourRings(contours, first + i, 1, map, grid, rings);
+        emitSimple(cleaned(rings), mostRegionCorners, [this](const GridRing &ring) { region(ring); });
     }
 }
 

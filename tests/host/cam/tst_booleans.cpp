@@ -2,6 +2,7 @@
 // what went in.
 #include "host/cam/geometry/clipping.h"
 #include "host/cam/geometry/paintedarea.h"
+#include "host/cam/geometry/surfacepolygons.h"
 
 #include <QtTest>
 
@@ -271,6 +272,51 @@ private slots:
             for (const PlainEdge &edge : edgesOf(polygons)) {
                 const PlainPoint middle = {(edge.from.x + edge.to.x) / 2.0, (edge.from.y + edge.to.y) / 2.0};
                 QVERIFY2(isNear(middle, dark) || isNear(middle, clear) || isDark(middle), where);
+            }
+        }
+    }
+
+    // Islands and holes of a surface in any order, touching, nested and crossing: also where a hole leaves an
+    // island that is not convex, and so stays within its box.
+    void surfacesInAnyOrderGiveWhatTheirWindingNumbersSay()
+    {
+        std::mt19937 random(1);
+        for (int round = 0; round < 400; ++round) {
+            Rings rings;
+            for (unsigned i = 0; i <= random() % 8u; ++i) {
+                GridRing ring = randomShape(static_cast<Kind>(random() % 3u), random);
+                GridBox extent;
+                extent.add(ring);
+                if (ring.size() == 4 && random() % 2u == 0) // a notch in its upper right
+                    ring = {extent.low,
+                            {extent.high.x, extent.low.y},
+                            {extent.high.x, extent.low.y + 300},
+                            {extent.low.x + 300, extent.low.y + 300},
+                            {extent.low.x + 300, extent.high.y},
+                            {extent.low.x, extent.high.y}};
+                if (random() % 2u == 0)
+                    std::reverse(ring.begin(), ring.end());
+                const std::int64_t aside = random() % 2u == 0 ? 0 : random() % 900u;
+                for (GridPoint &corner : ring)
+                    corner = {corner.x + aside, corner.y + aside / 2};
+                rings.push_back(std::move(ring));
+            }
+            Rings polygons;
+            emitArea(
+                rings, round % 2 == 0 ? 4090 : 40,
+                [&polygons](const GridRing &ring) { polygons.push_back(ring); }, [](double) {});
+            const QByteArray where = "round " + QByteArray::number(round);
+            for (int i = 0; i < 60; ++i) {
+                const PlainPoint p = {random() % 10000u - 499.5, random() % 10000u - 499.5};
+                if (isNear(p, rings))
+                    continue;
+                bool isDark = false;
+                for (const GridRing &polygon : polygons) {
+                    const int winding = windingNumber(p, {polygon});
+                    QVERIFY2(winding == 0 || winding == 1, where);
+                    isDark = isDark || winding == 1;
+                }
+                QVERIFY2(isDark == (windingNumber(p, rings) > 0), where);
             }
         }
     }

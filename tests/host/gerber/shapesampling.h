@@ -39,28 +39,25 @@ inline std::vector<cam::Point> cornersOf(const cam::ContourView &contour)
     return corners;
 }
 
-// The union of a shape's islands, each without its holes.
+// What a shape's islands enclose more often than its holes do.
 class SampledShape
 {
 public:
-    explicit SampledShape(const cam::Shape &shape)
+    explicit SampledShape(const cam::Shape &shape) : SampledShape(shape.contours) {}
+    explicit SampledShape(const cam::ContourPool &contours)
     {
-        for (std::size_t i = 0; i < shape.contours.size(); ++i)
-            m_contours.push_back({cornersOf(shape.contours[i]), shape.contours[i].isHole});
+        for (std::size_t i = 0; i < contours.size(); ++i)
+            m_contours.push_back({cornersOf(contours[i]), contours[i].isHole});
     }
 
     bool isDark(cam::Point at) const
     {
-        bool dark = false, inIsland = false;
+        int depth = 0;
         for (const Contour &contour : m_contours) {
-            if (!contour.isHole) {
-                dark = dark || inIsland;
-                inIsland = isInside(contour.corners, at);
-            } else if (isInside(contour.corners, at)) {
-                inIsland = false;
-            }
+            if (isInside(contour.corners, at))
+                depth += contour.isHole ? -1 : 1;
         }
-        return dark || inIsland;
+        return depth > 0;
     }
 
 private:

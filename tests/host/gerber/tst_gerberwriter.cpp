@@ -389,7 +389,7 @@ void GerberWriterTest::holeOfASurfaceIsReachedByASlit()
     addSurface(set, 0);
     QCOMPARE(WrittenFile(image).body(),
              QString("%LPD*% G36* X0Y0D02* G01* X100000D01* Y100000D01* X0D01* Y40000D01* X40000D01* "
-                     "X60000D01* Y60000D01* X40000D01* Y40000D01* X0D01* Y0D01* G37*"));
+                     "Y60000D01* X60000D01* Y40000D01* X40000D01* X0D01* Y0D01* G37*"));
 }
 
 void GerberWriterTest::islandInAHoleIsARegionOfItsOwn()

@@ -19,6 +19,7 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPointer>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QRegExp>
 #include <QRegExpValidator>
@@ -72,6 +73,12 @@ Export::Export(QWidget *parent) : QWidget(parent)
 
 Export::~Export()
 {
+    // The run is below this on the stack, perhaps in the middle of setting the progress dialog's value: the
+    // run deletes it, when its layer is finished.
+    if (m_progressDialog) {
+        m_progressDialog->setParent(nullptr, m_progressDialog->windowFlags());
+        m_progressDialog->setVisible(!m_progressDialog->wasCanceled());
+    }
     // The cell combo boxes draw with m_cellComboStyle as long as they exist.
     delete PNListTable;
     delete m_scaleModel;
@@ -301,6 +308,8 @@ void Export::setNewProfileList(QList<std::string> &list)
 
 void Export::on_PathButton_clicled()
 {
+    if (m_isRunning)
+        return;
     QFileDialog fileDialog;
     fileDialog.setWindowTitle(tr("Export"));
     fileDialog.setDirectory("/");
@@ -320,8 +329,9 @@ void Export::on_PathButton_clicled()
 
 void Export::on_PathLineEdit_finished()
 {
-    // The warning takes the focus from the line edit, which ends its editing a second time.
-    if (m_isWarning)
+    // The warning takes the focus from the line edit, which ends its editing a second time. So does a run's
+    // progress dialog.
+    if (m_isWarning || m_isRunning)
         return;
     const QString path = PathLineEdit->text();
     qDebug() << path;

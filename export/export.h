@@ -11,6 +11,7 @@
 
 #include <QList>
 #include <QPoint>
+#include <QPointer>
 #include <QString>
 #include <QWidget>
 
@@ -71,6 +72,8 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    // Keeps all input from the dialog while it exports.
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     // export.cpp
@@ -104,6 +107,7 @@ private:
     void chooseText(int row, int column, const QString &text);
 
     // run/exportrun.cpp
+    class Running;
     void setRunning(bool running);
     void readRunFields();
     void collectLayerParams();
@@ -112,7 +116,6 @@ private:
     void reportExport();
     void createProgressDialog();
     void runExport();
-    void placeProgressDialog();
     void setJobStatics(const std::string &layerName, const LayerExportParam &param);
     void setOutputFile(const std::string &layerName);
     double exportLayer(Progress &job); // returns its whole seconds
@@ -142,7 +145,7 @@ private:
     QTableWidget *PNListTable = nullptr;
     QPushButton *OKButton = nullptr;
     QPushButton *CancelButton = nullptr;
-    QProgressDialog *m_progressDialog = nullptr; // null outside a run
+    QPointer<QProgressDialog> m_progressDialog; // null outside a run
 
     QString m_exportPath; // the folder chosen with the path button; after a run the run's output folder
 

@@ -1,5 +1,5 @@
 // The commands of the layer table's context menu: choosing layers in bulk, and copying one row's parameters
-// to all chosen rows.
+// to all chosen rows. During a run, when a menu may still be open, they do nothing.
 
 #include "export/export.h"
 
@@ -13,6 +13,8 @@
 
 void Export::on_PNListTable_customContextMenuRequest(QPoint /*pos*/)
 {
+    if (m_isRunning)
+        return;
     // Each request makes a menu of its own, which lives as long as the table.
     auto *menu = new QMenu(PNListTable);
     const auto addEntry = [this, menu](const QString &text, const char *slot) {
@@ -29,6 +31,8 @@ void Export::on_PNListTable_customContextMenuRequest(QPoint /*pos*/)
 
 void Export::on_ClearAll_clicked()
 {
+    if (m_isRunning)
+        return;
     for (int row = 0; row < PNListTable->rowCount(); ++row) {
         if (isChecked(row))
             setChecked(row, false);
@@ -37,6 +41,8 @@ void Export::on_ClearAll_clicked()
 
 void Export::on_SelectAll_clicked()
 {
+    if (m_isRunning)
+        return;
     for (int row = 0; row < PNListTable->rowCount(); ++row) {
         if (!isChecked(row))
             setChecked(row, true);
@@ -45,6 +51,8 @@ void Export::on_SelectAll_clicked()
 
 void Export::on_BoardLayer_clicked()
 {
+    if (m_isRunning)
+        return;
     // Row r is judged by record r of the whole matrix, which also holds the records that have no row.
     for (int row = 0; row < PNListTable->rowCount(); ++row) {
         if (!isChecked(row) && m_layers[size_t(row)].context == "BOARD")
@@ -54,6 +62,8 @@ void Export::on_BoardLayer_clicked()
 
 void Export::on_SetParamater_clicked()
 {
+    if (m_isRunning)
+        return;
     const int source = PNListTable->currentRow();
     qDebug() << source;
     if (source < 0)

@@ -60,6 +60,8 @@ void FileProcess::on_ImportACT_clicked()
         m_filePath = file;
         if (!isJobArchive(file)) {
             sendPath2Mangager();
+            if (!self)
+                return;
             continue;
         }
         QString name = jobName(file);
@@ -70,6 +72,8 @@ void FileProcess::on_ImportACT_clicked()
             qDebug() << name;
             m_filePath = file; // another import may have come in between
             sendPath2Mangager();
+            if (!self)
+                return;
         }
     }
 }

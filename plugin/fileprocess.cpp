@@ -40,8 +40,12 @@ void FileProcess::CreateFileProTools()
 QAction *FileProcess::InitImportTool(QWidget *parent)
 {
     m_importParent = parent;
+    const QPointer<FileProcess> self(this);
     readCfgFile();
-    m_importAction = newAction("://File_Process//Resources//import.png", tr("import"));
+    QAction *action = newAction("://File_Process//Resources//import.png", tr("import"));
+    if (!self) // a receiver of the job folder has destroyed this object
+        return action;
+    m_importAction = action;
     connect(m_importAction, SIGNAL(triggered(bool)), this, SLOT(on_ImportACT_clicked()));
     connect(this, SIGNAL(ImportSignal()), this, SLOT(on_ImportACT_clicked()));
     return m_importAction;
@@ -69,13 +73,14 @@ void FileProcess::setParentWidget(QWidget *widget)
 
 void FileProcess::InitExportInterface(QObject *context)
 {
-    m_exportDlg = new Export(nullptr);
-    m_exportDlg->setExportConfig(m_config);
-    m_exportDlg->setJobInfo(reinterpret_cast<ExportJobInfo *>(context));
-    m_exportDlg->setNewProfileList(m_newProfileList);
-    connect(m_exportDlg, SIGNAL(on_send_exprot_xml_to_fileprocess(PluginMetaData)), this,
+    auto *dialog = new Export(nullptr);
+    m_exportDlg = dialog;
+    dialog->setExportConfig(m_config);
+    dialog->setJobInfo(reinterpret_cast<ExportJobInfo *>(context));
+    dialog->setNewProfileList(m_newProfileList);
+    connect(dialog, SIGNAL(on_send_exprot_xml_to_fileprocess(PluginMetaData)), this,
             SLOT(on_send_exprot_xml(PluginMetaData)));
-    m_exportDlg->show();
+    dialog->show();
 }
 
 void FileProcess::exportNewProfile(QObject *list)

@@ -77,7 +77,7 @@ private:
     QPointer<Export> m_exportDlg; // the dialog created last; it deletes itself when it is closed
     QString m_filePath;
     QPointer<QWidget> m_importParent;
-    QWidget *m_parentWidget = nullptr;
+    QPointer<QWidget> m_parentWidget;
     QAction *m_importAction = nullptr;
     QAction *m_exportAction = nullptr;
     QList<QAction *> m_actions;

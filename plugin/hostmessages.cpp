@@ -57,13 +57,20 @@ void FileProcess::recMsgFromManager(PluginMetaData data)
 void FileProcess::on_ExportACT_clicked()
 {
     QTpluginsManger4CAM *manager = QTpluginsManger4CAM::instance();
+    const QPointer<FileProcess> self(this); // any receiver may destroy this object
 
     const PluginMetaData toView = message("Graphic_View.dll", RequestJobContext);
     sendMsgToManager(toView);
+    if (!self)
+        return;
     manager->recMegToPlugin(m_parentWidget, toView);
+    if (!self)
+        return;
     logStep(469, "Export：", "获取配置层信息");
 
     sendMsgToManager(message("Graphic_JobList.dll", RequestJobContext));
+    if (!self)
+        return;
     logStep(475, "Export：", "准备料号信息");
 
     // The view is asked once more; the job list gets its request through the signal only.

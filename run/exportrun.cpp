@@ -37,7 +37,78 @@ std::string lowerCase(const QString &text)
     return text.toLower().toStdString();
 }
 
+bool isInput(const QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::InputMethod:
+    case QEvent::ContextMenu:
+    case QEvent::TabletPress:
+    case QEvent::TabletMove:
+    case QEvent::TabletRelease:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Whether `object` is `dialog` or something in it, open popup lists and menus included. Dialogs that it has
+// opened, the run's progress dialog among them, take their own input.
+bool belongsTo(const QWidget *dialog, const QObject *object)
+{
+    while (object && object != dialog && !qobject_cast<const QDialog *>(object))
+        object = object->parent();
+    return object == dialog;
+}
+
+// Puts the progress dialog into the top right corner of the screen.
+void place(QProgressDialog &progress)
+{
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        progress.move(screen->availableGeometry().right() - progress.width(), 0);
+    progress.setCancelButton(nullptr);
+    progress.show();
+    // A title bar and no buttons. Changing the flags hides the dialog; the first progress value shows it
+    // again.
+    progress.setWindowFlags(Qt::Dialog | Qt::WindowTitleHint);
+}
+
 } // namespace
+
+// What a run changes of its dialog is undone with this object, however the run ends. It outlives a dialog
+// that the host deletes meanwhile.
+class Export::Running
+{
+public:
+    explicit Running(Export *dialog) : m_dialog(dialog) { m_dialog->setRunning(true); }
+    ~Running()
+    {
+        delete progressDialog;
+        if (m_dialog)
+            m_dialog->setRunning(false);
+    }
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+
+    QPointer<QProgressDialog> progressDialog;
+
+private:
+    const QPointer<Export> m_dialog;
+};
 
 void Export::on_OKButton_clicked()
 {
@@ -48,16 +119,21 @@ void Export::on_OKButton_clicked()
     const BackgroundTurn turn("An export is running", "OK");
     if (!turn.isMine())
         return;
-    setRunning(true);
+    // The host may delete the dialog whenever others get to run: its receivers, and all that events reach.
+    const QPointer<Export> self(this);
+    Running running(this);
     readRunFields();
     collectLayerParams();
     reportExport();
+    if (!self)
+        return;
     createProgressDialog();
+    running.progressDialog = m_progressDialog;
     runExport();
+    if (!self)
+        return;
     delete m_progressDialog;
-    m_progressDialog = nullptr;
     fillTimeCells();
-    setRunning(false);
 }
 
 void Export::setRunning(bool running)
@@ -65,6 +141,19 @@ void Export::setRunning(bool running)
     m_isRunning = running;
     OKButton->setEnabled(!running);
     CancelButton->setEnabled(!running);
+    if (running) {
+        QCoreApplication::instance()->installEventFilter(this);
+    } else {
+        QCoreApplication::instance()->removeEventFilter(this);
+        setEnabled(true);
+    }
+}
+
+// The progress dialog is modal, but it comes late and may be closed.
+bool Export::eventFilter(QObject *watched, QEvent *event)
+{
+    return (m_isRunning && isInput(event) && belongsTo(this, watched)) ||
+           QWidget::eventFilter(watched, event);
 }
 
 void Export::readRunFields()
@@ -131,7 +220,13 @@ void Export::reportExport()
     report.msgType = ExportReport;
     report.params["path"] = m_outputDir;
     report.payload = &layerNames;
-    emit on_send_exprot_xml_to_fileprocess(report);
+    try {
+        emit on_send_exprot_xml_to_fileprocess(report);
+    } catch (...) {
+        // Neither the export nor the event loop above has to do with what goes wrong at a receiver.
+        google::LogMessage("Export", __LINE__, google::GLOG_ERROR).stream()
+            << "A receiver of the export's report has failed with an exception";
+    }
 }
 
 void Export::createProgressDialog()
@@ -145,6 +240,8 @@ void Export::createProgressDialog()
     m_progressDialog->setAutoClose(false);
     // The Escape key closes it without a close event.
     connect(m_progressDialog, SIGNAL(rejected()), m_progressDialog, SLOT(cancel()));
+    // Without it the dialog would look as if it took input.
+    connect(m_progressDialog, &QProgressDialog::canceled, this, [this] { setEnabled(false); });
     // Layer names are no rich text, whatever characters they hold.
     for (QLabel *label : m_progressDialog->findChildren<QLabel *>())
         label->setTextFormat(Qt::PlainText);
@@ -152,7 +249,10 @@ void Export::createProgressDialog()
 
 void Export::runExport()
 {
-    placeProgressDialog();
+    const QPointer<Export> self(this);
+    place(*m_progressDialog);
+    if (!self)
+        return;
     for (auto &layer : m_layerParams) {
         Progress job;
         setJobStatics(layer.first, layer.second);
@@ -162,19 +262,11 @@ void Export::runExport()
         if (m_progressDialog->wasCanceled())
             return;
         setOutputFile(layer.first);
-        layer.second.seconds = exportLayer(job);
+        const double seconds = exportLayer(job);
+        if (!self || !m_progressDialog)
+            return; // the layer was finished, as after a cancel
+        layer.second.seconds = seconds;
     }
-}
-
-void Export::placeProgressDialog()
-{
-    if (const QScreen *screen = QGuiApplication::primaryScreen())
-        m_progressDialog->move(screen->availableGeometry().right() - m_progressDialog->width(), 0);
-    m_progressDialog->setCancelButton(nullptr);
-    m_progressDialog->show();
-    // A title bar and no buttons. Changing the flags hides the dialog; the first progress value shows it
-    // again.
-    m_progressDialog->setWindowFlags(Qt::Dialog | Qt::WindowTitleHint);
 }
 
 void Export::setJobStatics(const std::string &layerName, const LayerExportParam &param)
@@ -211,14 +303,18 @@ double Export::exportLayer(Progress &job)
         google::LogMessage("Export", __LINE__, google::GLOG_ERROR).stream()
             << "The export of layer \"" << Progress::m_layer_name << "\" was not started: " << error.what();
     }
+    // From the first event on this object may be gone.
+    const QPointer<QProgressDialog> progress(m_progressDialog);
     QElapsedTimer timer;
     timer.start();
     while (!job.isFinish()) {
-        m_progressDialog->setValue(export_time::shownProgress(job.get_value()));
+        if (progress)
+            progress->setValue(export_time::shownProgress(job.get_value()));
         QApplication::processEvents();
         QThread::msleep(pollInterval);
     }
-    m_progressDialog->setValue(100);
+    if (progress)
+        progress->setValue(100);
     return double(export_time::wholeSeconds(timer.elapsed()));
 }
 

@@ -1,16 +1,26 @@
 #!/usr/bin/env bash
-# Exports every layer of the sample, and of the archives in ../shared/data, in both formats, and compares pictures that
-# gerbv and KLayout make of the files with each other and with the source.
+# Exports every layer of the samples, and of the archives in ../shared/data, in both formats. KLayout reads both files and
+# compares them; pictures that gerbv and KLayout make of them are compared with the source.
 #
-#   scripts/crosscheck.sh [--full] [TEST ARGUMENT...]
-#       --full   looks at all of the boards (hours), not at one window a layer and transform (minutes)
+#   scripts/crosscheck.sh [--full] [--job NAME] [--transform NAME] [--layer NAME] [TEST ARGUMENT...]
+#       --full        pictures of all of the boards (hours), not of one window a layer and transform
+#       --job         only this sample or archive, without its ending
+#       --transform   only this: "as it is", "rotated by 90", "mirrored", "scaled by 1.25 and 2", "negated",
+#                     "mirrored, rotated by 30, negated"
+#       --layer       only layers of this name
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-if [ "${1:-}" = --full ]; then
-    export FILE_PROCESS_CROSSCHECK=full
+while [ $# -gt 0 ]; do
+    case $1 in
+        --full) export FILE_PROCESS_CROSSCHECK=full ;;
+        --job) export FILE_PROCESS_CROSSCHECK_JOB=$2; shift ;;
+        --transform) export FILE_PROCESS_CROSSCHECK_TRANSFORM=$2; shift ;;
+        --layer) export FILE_PROCESS_CROSSCHECK_LAYER=$2; shift ;;
+        *) break ;;
+    esac
     shift
-fi
+done
 scripts/packages.sh build test crosscheck
 
 build=build/crosscheck

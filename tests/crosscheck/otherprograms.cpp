@@ -5,7 +5,6 @@
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QStringList>
 #include <QTextStream>
 
 #include <algorithm>
@@ -97,6 +96,30 @@ Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile
     list.close();
     return run("klayout",
                {"-z", "-nc", "-rd", "pictures=" + listFile, "-r", CROSSCHECK_FOLDER "/draw_gds.py"});
+}
+
+QStringList compareFormats(const std::vector<FormatPair> &pairs, const QString &base)
+{
+    const QString listFile = base + "_pairs.txt", resultFile = base + "_results.txt";
+    QFile list(listFile), results(resultFile);
+    results.remove();
+    if (!list.open(QIODevice::WriteOnly))
+        return {listFile + " cannot be written"};
+    for (const FormatPair &pair : pairs)
+        list.write((pair.gerber + '\t' + pair.gds + '\n').toUtf8());
+    list.close();
+    const QString said =
+        run("klayout", {"-zz", "-nc", "-rd", "pairs=" + listFile, "-rd", "results=" + resultFile, "-r",
+                        CROSSCHECK_FOLDER "/compare_files.py"});
+    QStringList found;
+    if (results.open(QIODevice::ReadOnly)) {
+        while (!results.atEnd())
+            found << QString::fromUtf8(results.readLine()).trimmed();
+    }
+    // A pair without a line was not compared.
+    while (found.size() < static_cast<int>(pairs.size()))
+        found << "KLayout did not compare the two files: " + said;
+    return found;
 }
 
 Bitmap read(const Picture &picture)

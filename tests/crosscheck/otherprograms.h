@@ -1,10 +1,12 @@
-// Pictures of exported files, drawn by programs that nobody here wrote: gerbv and KLayout.
+// Exported files in the eyes of programs that nobody here wrote: pictures by gerbv and KLayout, and KLayout's
+// comparison of two files.
 #pragma once
 
 #include "tests/crosscheck/bitmap.h"
 #include "tests/crosscheck/referenceraster.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <vector>
 
@@ -35,5 +37,16 @@ Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile
 // Reads a picture, which is finer than its window; dark pixels are the ones nearer to black. An empty bitmap
 // when it cannot be read or has another size.
 Bitmap read(const Picture &picture);
+
+// The two files of one layer.
+struct FormatPair
+{
+    QString gerber, gds;
+};
+
+// Reads both files of each pair with KLayout and compares the polygons. Edges may lie 0.7 micrometres apart,
+// which leaves room for what both readings make of curves: everything beyond a micrometre is found. Returns
+// what is wrong, in the pairs' order; empty where nothing is. `base`: where the script's lists are put.
+QStringList compareFormats(const std::vector<FormatPair> &pairs, const QString &base);
 
 } // namespace crosscheck

@@ -1,23 +1,30 @@
-// Exports every layer of jobs in both formats, and compares three pictures of each: gerbv's of the Gerber
-// file, KLayout's of the GDSII file, and the library's own of the ODB++ source, at 10 micrometres a pixel.
-// They may differ along edges only, by at most one pixel.
+// Exports every layer of jobs in both formats, and has other programs read the files, in two ways.
 //
-// The sample's board is compared as a whole as it is. Its panel, its transformed exports and boards of other
+// The formats against each other: KLayout reads both files and compares the polygons, of the whole layer.
+// Their edges may lie a micrometre apart.
+//
+// Both against the source: gerbv's picture of the Gerber file, KLayout's of the GDSII file, and the library's
+// own of the ODB++ source, at 10 micrometres a pixel, may differ along edges only, by at most one pixel. The
+// sample's board is compared as a whole as it is. Its panel, its transformed exports and boards of other
 // people's (../shared/data beside the project) are compared in one window a layer: the one with the most
-// features, or one that changes from layer to layer. With FILE_PROCESS_CROSSCHECK=full everything is
-// compared.
+// features, or one that changes from layer to layer. With FILE_PROCESS_CROSSCHECK=full the pictures show
+// everything.
+//
+// FILE_PROCESS_CROSSCHECK_JOB, _TRANSFORM and _LAYER name the only job, transform and layer to be looked at.
 #include "host/cam/gdsii/gdswriter.h"
 #include "host/cam/gerber/gerberwriter.h"
 #include "host/cam/odb/job.h"
 #include "host/cam/paths.h"
 #include "tests/crosscheck/otherprograms.h"
 #include "tests/crosscheck/referenceraster.h"
+#include "tests/host/gerber/layerbuilding.h"
 
 #include <QtTest>
 
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <cmath>
 #include <functional>
@@ -66,11 +73,11 @@ bool isFull()
     return qgetenv("FILE_PROCESS_CROSSCHECK") == "full";
 }
 
-// FILE_PROCESS_CROSSCHECK_LAYER names the only layer to be looked at.
-bool isWanted(const std::string &layer)
+// Whether the environment's `variable` asks for `name`, or for all.
+bool isWanted(const char *variable, const QString &name)
 {
-    const QByteArray only = qgetenv("FILE_PROCESS_CROSSCHECK_LAYER");
-    return only.isEmpty() || cam::lowerCase(layer) == cam::lowerCase(only.toStdString());
+    const QString only = QString::fromLocal8Bit(qgetenv(variable));
+    return only.isEmpty() || name.compare(only, Qt::CaseInsensitive) == 0;
 }
 
 // A job folder, unpacked where it was an archive.
@@ -88,9 +95,12 @@ std::vector<JobSource> jobSources()
     std::vector<JobSource> sources;
     for (const QString &name : QDir(samples).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
         sources.push_back({name, samples + '/' + name, QString(), true});
-    const QDir shared(QString(PROJECT_FOLDER) + "/../shared/data");
-    for (const QString &name : shared.entryList({"*.tgz"}, QDir::Files, QDir::Name))
-        sources.push_back({name, QString(), shared.filePath(name), false});
+    // unread: what could not be read when it was put there.
+    for (const char *folder : {"/../shared/data", "/../shared/data/unread"}) {
+        const QDir shared(PROJECT_FOLDER + QString(folder));
+        for (const QFileInfo &archive : shared.entryInfoList({"*.tgz"}, QDir::Files, QDir::Name))
+            sources.push_back({archive.completeBaseName(), QString(), archive.filePath(), false});
+    }
     return sources;
 }
 
@@ -147,33 +157,166 @@ Window selected(const std::vector<Window> &windows, const cam::LayerImage &image
     return windows[turn % 2 == 0 ? fullest : turn * 7 % windows.size()];
 }
 
-// What is compared: one window of one layer.
-struct Check
+// One window of a layer, in pictures.
+struct View
 {
-    QString layer; // and step
     Picture gerber, gds;
     Bitmap reference;
     std::function<crosscheck::Tolerance()> tolerance;
 };
 
+// One layer, exported.
+struct Check
+{
+    QString layer; // and step
+    crosscheck::FormatPair files;
+    std::vector<View> views; // none where there is nothing to see
+};
+
+std::unique_ptr<cam::Job> openJob(const QString &folder, QStringList &failures)
+{
+    try {
+        return std::make_unique<cam::Job>(folder.toStdString());
+    } catch (const cam::Error &error) {
+        failures << error.what();
+        return nullptr;
+    }
+}
+
+void writeBoth(const cam::LayerImage &image, cam::ExportOptions options, const crosscheck::FormatPair &files)
+{
+    options.file = files.gerber.toStdString();
+    cam::writeGerber(image, options);
+    options.file = files.gds.toStdString();
+    cam::writeGds(image, options);
+}
+
+// What is wrong with the pictures of one window.
+QStringList judged(const QString &layer, const View &view)
+{
+    const Bitmap gerber = crosscheck::read(view.gerber), gds = crosscheck::read(view.gds);
+    if (gerber.width() == 0 || gds.width() == 0)
+        return {layer + ": no picture"};
+    QStringList failures;
+    crosscheck::Tolerance tolerance;
+    const auto judge = [&](const char *what, const Bitmap &a, const Bitmap &b) {
+        crosscheck::Difference difference = crosscheck::compare(a, b);
+        if (difference.beyond == 0)
+            return;
+        if (tolerance.most.width() == 0)
+            tolerance = view.tolerance();
+        difference = crosscheck::compare(a, b, &tolerance);
+        if (difference.beyond == 0)
+            return;
+        failures << QString("%1, %2: %3 of %4 differing pixels are off an edge, the first at %5, %6 mm")
+                        .arg(layer, what)
+                        .arg(difference.beyond)
+                        .arg(difference.differing)
+                        .arg((view.gds.window.left + difference.x * crosscheck::pixel) / 1e6)
+                        .arg((view.gds.window.bottom + difference.y * crosscheck::pixel) / 1e6);
+    };
+    judge("Gerber against source", gerber, view.reference);
+    judge("GDSII against source", gds, view.reference);
+    judge("Gerber against GDSII", gerber, gds);
+    return failures;
+}
+
+void removeFiles(const Check &check)
+{
+    QFile::remove(check.files.gerber);
+    QFile::remove(check.files.gds);
+    for (const View &view : check.views) {
+        QFile::remove(view.gerber.png);
+        QFile::remove(view.gds.png);
+    }
+}
+
+// A small layer of forms that the two formats write in ways of their own.
+struct Forms
+{
+    double padX = 1000.0; // micrometres
+    double lineWidth = 300.0;
+    double holeSide = 5.0;
+    bool hasClearPad = true;
+    bool isLongArc = true;
+
+    cam::LayerImage layer() const
+    {
+        using namespace testing;
+        cam::LayerImage image = emptyLayer();
+        image.steps.back().features = features(image);
+        return image;
+    }
+
+private:
+    cam::FeatureSet features(cam::LayerImage &image) const
+    {
+        using namespace testing;
+        cam::FeatureSet set;
+        const std::uint32_t pen = symbol(image, "r" + std::to_string(static_cast<int>(lineWidth)));
+        addLine(set, pen, at(0, 0), at(5000, 3000));
+        addPad(set, symbol(image, "rect800x400"), at(padX, 4000));
+        addPad(set, symbol(image, "donut_r900x500"), at(3000, 4500));
+        addRectangle(set.contours, 6000, 0, 4000, 4000);
+        if (holeSide > 0.0)
+            addRectangle(set.contours, 7000, 1000, holeSide, holeSide, true);
+        addSurface(set, 0);
+        if (hasClearPad)
+            addPad(set, symbol(image, "r1000"), at(8500, 2500), false);
+        cam::Arc arc;
+        arc.start = at(2000, -4000);
+        arc.end = at(0, -2000);
+        arc.center = at(0, -4000);
+        arc.clockwise = isLongArc;
+        arc.symbol = pen;
+        set.add(arc, cam::Polarity::Positive);
+        return set;
+    }
+};
+
+QByteArray contents(const QString &file)
+{
+    QFile read(file);
+    return read.open(QIODevice::ReadOnly) ? read.readAll() : QByteArray();
+}
+
+bool hasWritten(const QString &file, const QByteArray &text)
+{
+    QFile write(file);
+    return write.open(QIODevice::WriteOnly) && write.write(text) == text.size();
+}
+
 } // namespace
+Q_DECLARE_METATYPE(Forms)
+
+// A share of a job's layers, for one processor.
+using Share = std::vector<const Check *>;
 
 class CrossCheckTest : public QObject
 {
     Q_OBJECT
 private slots:
     void initTestCase();
-    void threePicturesDifferAlongEdgesOnly_data();
-    void threePicturesDifferAlongEdgesOnly();
+    void bothFormatsAgree_data() { addRows(); }
+    void bothFormatsAgree();
+    void picturesShowTheSource_data() { addRows(); }
+    void picturesShowTheSource();
     void aShiftByTwoPixelsIsFound();
     void aMissingSpeckIsFound();
+    void formatsThatDifferAreFound_data();
+    void formatsThatDifferAreFound();
+    void arcsThatReadersTakeDifferentlyAreFound();
 
 private:
+    void addRows();
     QString folderOf(const JobSource &source);
-    std::vector<Check> checks(const JobSource &source, const QString &folder, const Variant &variant,
-                              std::size_t turn);
-    void addChecks(std::vector<Check> &checks, const std::shared_ptr<const cam::LayerImage> &image,
-                   const cam::ExportOptions &options, bool isWhole, std::size_t turn);
+    std::vector<Check> checks(QStringList &failures, bool withViews);
+    std::vector<View> views(const cam::ExportOptions &options, const QString &base, bool isWhole,
+                            const std::shared_ptr<const cam::LayerImage> &image, std::size_t turn);
+    QStringList sideBySide(const std::vector<Check> &checks,
+                           const std::function<QStringList(const Share &, const QString &base)> &look);
+    void conclude(const std::vector<Check> &checks, const QStringList &failures);
+    QString nextFile(const QString &name);
 
     QTemporaryDir m_work;
     std::map<QString, QString> m_unpacked; // archive to job folder
@@ -186,6 +329,11 @@ void CrossCheckTest::initTestCase()
     QVERIFY(m_work.isValid());
     m_sources = jobSources();
     QVERIFY(!m_sources.empty());
+}
+
+QString CrossCheckTest::nextFile(const QString &name)
+{
+    return m_work.path() + '/' + name + QString::number(m_fileCount++);
 }
 
 // The first folder below the unpacked archive that has a matrix.
@@ -209,28 +357,22 @@ QString CrossCheckTest::folderOf(const JobSource &source)
     return folder;
 }
 
-void CrossCheckTest::addChecks(std::vector<Check> &checks,
-                               const std::shared_ptr<const cam::LayerImage> &image,
-                               const cam::ExportOptions &options, bool isWhole, std::size_t turn)
+// The windows of an exported layer that are to be compared.
+std::vector<View> CrossCheckTest::views(const cam::ExportOptions &options, const QString &base, bool isWhole,
+                                        const std::shared_ptr<const cam::LayerImage> &image, std::size_t turn)
 {
     const cam::Box extent = crosscheck::outputExtent(*image, options);
-    const QString base = m_work.path() + "/layer" + QString::number(m_fileCount++);
-    cam::ExportOptions gerberOptions = options, gdsOptions = options;
-    gerberOptions.file = (base + ".gerber").toStdString();
-    gdsOptions.file = (base + ".gds").toStdString();
-    cam::writeGerber(*image, gerberOptions);
-    cam::writeGds(*image, gdsOptions);
     if (extent.isEmpty())
-        return; // both were written; there is nothing to see in them
+        return {}; // there is nothing to see in it
     const bool coversAll = isWhole || isFull();
     std::vector<Window> windows = covering(padded(extent, 200000.0), coversAll ? largestSide : windowSide);
     if (!coversAll)
         windows = {selected(windows, *image, options, turn)};
+    std::vector<View> views;
     for (const Window &window : windows) {
-        const QString png = base + '_' + QString::number(checks.size());
-        checks.push_back(
-            {QString::fromStdString(image->top().name + '/' + image->layer),
-             {base + ".gerber", window, png + "_gerber.png", crosscheck::gerbvMargin},
+        const QString png = base + '_' + QString::number(views.size());
+        views.push_back(
+            {{base + ".gerber", window, png + "_gerber.png", crosscheck::gerbvMargin},
              {base + ".gds", window, png + "_gds.png"},
              crosscheck::rasterize(*image, options, window),
              [image, options, window] {
@@ -239,113 +381,153 @@ void CrossCheckTest::addChecks(std::vector<Check> &checks,
                      crosscheck::rasterize(*image, options, window, crosscheck::Edges::EveryEdgeOut)};
              }});
     }
+    return views;
 }
 
-std::vector<Check> CrossCheckTest::checks(const JobSource &source, const QString &folder,
-                                          const Variant &variant, std::size_t turn)
+// Exports all layers of the row's job. One that cannot be read or written is a failure; the others go on.
+std::vector<Check> CrossCheckTest::checks(QStringList &failures, bool withViews)
 {
+    QFETCH(int, source);
+    QFETCH(int, variant);
+    const JobSource &from = m_sources[static_cast<std::size_t>(source)];
+    const QString folder = folderOf(from);
+    if (folder.isEmpty()) {
+        failures << from.archive + " has no job in it";
+        return {};
+    }
     std::vector<Check> checks;
-    const cam::Job job(folder.toStdString());
-    const bool isPlain = &variant == variants;
-    for (const std::string &step : job.matrix().steps) {
-        for (const cam::MatrixLayer &layer : job.matrix().layers) {
+    const auto job = openJob(folder, failures);
+    if (!job)
+        return {};
+    auto turn = static_cast<std::size_t>(variant);
+    for (const std::string &step : job->matrix().steps) {
+        for (const cam::MatrixLayer &layer : job->matrix().layers) {
             const QString path = folder + "/steps/" + QString::fromStdString(cam::lowerCase(step)) +
                                  "/layers/" + QString::fromStdString(cam::lowerCase(layer.name));
             if (!QFile::exists(path) || layer.type == "GDS")
                 continue;
             const std::size_t here = turn++; // the same window with and without the others
-            if (!isWanted(layer.name))
+            if (!isWanted("FILE_PROCESS_CROSSCHECK_LAYER", QString::fromStdString(layer.name)))
                 continue;
-            cam::ReadingNotes notes;
-            const auto image =
-                std::make_shared<const cam::LayerImage>(job.readLayer(step, layer.name, notes));
-            if (!notes.unsupported.empty())
-                throw cam::Error("unsupported: " + notes.unsupported.begin()->first);
-            addChecks(checks, image, variant.options(),
-                      source.isOwn && isPlain && step == job.matrix().steps.front(), here);
+            Check check;
+            check.layer = QString::fromStdString(step + '/' + layer.name);
+            const QString base = nextFile("layer");
+            check.files = {base + ".gerber", base + ".gds"};
+            try {
+                cam::ReadingNotes notes;
+                const auto image =
+                    std::make_shared<const cam::LayerImage>(job->readLayer(step, layer.name, notes));
+                for (const auto &note : notes.unsupported)
+                    failures << check.layer + ": unsupported: " + QString::fromStdString(note.first);
+                const cam::ExportOptions options = variants[variant].options();
+                writeBoth(*image, options, check.files);
+                const bool isWhole = from.isOwn && variant == 0 && step == job->matrix().steps.front();
+                if (withViews)
+                    check.views = views(options, base, isWhole, image, here);
+                checks.push_back(std::move(check));
+            } catch (const cam::Error &error) {
+                failures << check.layer + ": " + error.what();
+            }
         }
     }
     return checks;
 }
 
-void CrossCheckTest::threePicturesDifferAlongEdgesOnly_data()
+void CrossCheckTest::addRows()
 {
     QTest::addColumn<int>("source");
     QTest::addColumn<int>("variant");
     for (std::size_t s = 0; s < m_sources.size(); ++s) {
-        for (std::size_t v = 0; v < sizeof variants / sizeof *variants; ++v)
-            QTest::newRow(qPrintable(m_sources[s].name + ", " + variants[v].name))
-                << static_cast<int>(s) << static_cast<int>(v);
+        if (!isWanted("FILE_PROCESS_CROSSCHECK_JOB", m_sources[s].name))
+            continue;
+        for (std::size_t v = 0; v < sizeof variants / sizeof *variants; ++v) {
+            if (isWanted("FILE_PROCESS_CROSSCHECK_TRANSFORM", variants[v].name))
+                QTest::newRow(qPrintable(m_sources[s].name + ", " + variants[v].name))
+                    << static_cast<int>(s) << static_cast<int>(v);
+        }
     }
 }
 
-void CrossCheckTest::threePicturesDifferAlongEdgesOnly()
+// The files of what failed stay, for whoever looks for the cause.
+void CrossCheckTest::conclude(const std::vector<Check> &checks, const QStringList &failures)
 {
-    QFETCH(int, source);
-    QFETCH(int, variant);
-    const JobSource &job = m_sources[static_cast<std::size_t>(source)];
-    const QString folder = folderOf(job);
-    QVERIFY2(!folder.isEmpty(), qPrintable(job.archive + " has no job in it"));
-    std::vector<Check> all;
-    try {
-        all = checks(job, folder, variants[variant], static_cast<std::size_t>(variant));
-    } catch (const cam::Error &error) {
-        QFAIL(error.what());
-    }
-    QVERIFY(!all.empty());
-    std::vector<Picture> gerberPictures, gdsPictures;
-    for (const Check &check : all) {
-        gerberPictures.push_back(check.gerber);
-        gdsPictures.push_back(check.gds);
-    }
-    QStringList failures;
-    // Both at once: each of them uses one processor.
-    const QString list = m_work.path() + "/pictures.txt";
-    auto klayout = std::async(std::launch::async, [&] { return crosscheck::drawGds(gdsPictures, list); });
-    const QString gerbvSaid = crosscheck::drawGerber(gerberPictures);
-    const QString klayoutSaid = klayout.get();
-    if (!gerbvSaid.isEmpty())
-        failures << "gerbv: " + gerbvSaid;
-    if (!klayoutSaid.isEmpty())
-        failures << "KLayout: " + klayoutSaid;
+    if (!failures.isEmpty())
+        m_work.setAutoRemove(false);
+    QVERIFY2(failures.isEmpty(),
+             qPrintable('\n' + failures.join('\n') + "\nThe files are in " + m_work.path()));
+    QVERIFY(!checks.empty());
+    for (const Check &check : checks)
+        removeFiles(check);
+}
 
+void CrossCheckTest::bothFormatsAgree()
+{
+    QStringList failures;
+    const std::vector<Check> all = checks(failures, false);
+    failures << sideBySide(all, [](const Share &share, const QString &base) {
+        std::vector<crosscheck::FormatPair> pairs;
+        for (const Check *check : share)
+            pairs.push_back(check->files);
+        const QStringList found = crosscheck::compareFormats(pairs, base);
+        QStringList failures;
+        for (std::size_t i = 0; i < share.size(); ++i) {
+            if (!found.at(static_cast<int>(i)).isEmpty())
+                failures << share[i]->layer + ": " + found.at(static_cast<int>(i));
+        }
+        return failures;
+    });
+    conclude(all, failures);
+}
+
+void CrossCheckTest::picturesShowTheSource()
+{
+    QStringList failures;
+    const std::vector<Check> all = checks(failures, true);
+    failures << sideBySide(all, [](const Share &share, const QString &base) {
+        std::vector<Picture> gerberPictures, gdsPictures;
+        for (const Check *check : share) {
+            for (const View &view : check->views) {
+                gerberPictures.push_back(view.gerber);
+                gdsPictures.push_back(view.gds);
+            }
+        }
+        QStringList failures;
+        const QString gerbvSaid = crosscheck::drawGerber(gerberPictures);
+        if (!gerbvSaid.isEmpty())
+            failures << "gerbv: " + gerbvSaid;
+        const QString klayoutSaid = crosscheck::drawGds(gdsPictures, base);
+        if (!klayoutSaid.isEmpty())
+            failures << "KLayout: " + klayoutSaid;
+        for (const Check *check : share) {
+            for (const View &view : check->views)
+                failures << judged(check->layer, view);
+        }
+        return failures;
+    });
     std::size_t dark = 0;
     for (const Check &check : all) {
-        const Bitmap gerber = crosscheck::read(check.gerber), gds = crosscheck::read(check.gds);
-        if (gerber.width() == 0 || gds.width() == 0) {
-            failures << check.layer + ": no picture";
-            continue;
-        }
-        dark += check.reference.darkCount();
-        crosscheck::Tolerance tolerance;
-        const auto judge = [&](const char *what, const Bitmap &a, const Bitmap &b) {
-            crosscheck::Difference difference = crosscheck::compare(a, b);
-            if (difference.beyond == 0)
-                return;
-            if (tolerance.most.width() == 0)
-                tolerance = check.tolerance();
-            difference = crosscheck::compare(a, b, &tolerance);
-            if (difference.beyond == 0)
-                return;
-            failures << QString("%1, %2: %3 of %4 differing pixels are off an edge, the first at %5, %6 mm")
-                            .arg(check.layer, what)
-                            .arg(difference.beyond)
-                            .arg(difference.differing)
-                            .arg((check.gds.window.left + difference.x * crosscheck::pixel) / 1e6)
-                            .arg((check.gds.window.bottom + difference.y * crosscheck::pixel) / 1e6);
-        };
-        judge("Gerber against source", gerber, check.reference);
-        judge("GDSII against source", gds, check.reference);
-        judge("Gerber against GDSII", gerber, gds);
+        for (const View &view : check.views)
+            dark += view.reference.darkCount();
     }
-    QVERIFY2(failures.isEmpty(), qPrintable('\n' + failures.join('\n')));
-    QVERIFY(dark > 0);
-    for (const Check &check : all) {
-        QFile::remove(check.gerber.png);
-        QFile::remove(check.gds.png);
-        QFile::remove(check.gerber.file);
-        QFile::remove(check.gds.file);
-    }
+    conclude(all, failures);
+    QVERIFY(dark > 0 || !failures.isEmpty());
+}
+
+// Divides the checks among the processors, and returns what `look` finds wrong with them.
+QStringList
+CrossCheckTest::sideBySide(const std::vector<Check> &checks,
+                           const std::function<QStringList(const Share &, const QString &base)> &look)
+{
+    std::vector<Share> shares(static_cast<std::size_t>(std::max(1, QThread::idealThreadCount())));
+    for (std::size_t i = 0; i < checks.size(); ++i)
+        shares[i % shares.size()].push_back(&checks[i]);
+    std::vector<std::future<QStringList>> running;
+    for (const Share &share : shares)
+        running.push_back(std::async(std::launch::async, look, share, nextFile("list")));
+    QStringList failures;
+    for (std::future<QStringList> &one : running)
+        failures << one.get();
+    return failures;
 }
 
 // The comparison itself.
@@ -371,6 +553,57 @@ void CrossCheckTest::aMissingSpeckIsFound()
     QCOMPARE(difference.beyond, std::size_t(1));
     QCOMPARE(difference.x, 70);
     QCOMPARE(difference.y, 50);
+}
+
+void CrossCheckTest::formatsThatDifferAreFound_data()
+{
+    QTest::addColumn<Forms>("inGerber");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *name, const QString &expected, auto change) {
+        Forms forms;
+        change(forms);
+        QTest::newRow(name) << forms << expected;
+    };
+    const QString inGerber("is in the Gerber file only"), inGds("is in the GDSII file only");
+    row("nothing", "", [](Forms &) {});
+    row("a pad, half a micrometre aside", "", [](Forms &forms) { forms.padX += 0.5; });
+    row("a pad, two micrometres aside", "2 places differ", [](Forms &forms) { forms.padX += 2.0; });
+    row("strokes whose edges lie one micrometre out", inGerber, [](Forms &forms) { forms.lineWidth += 2.0; });
+    row("a small hole filled", inGerber, [](Forms &forms) { forms.holeSide = 0.0; });
+    row("a clear pad left out", inGerber, [](Forms &forms) { forms.hasClearPad = false; });
+    row("an arc that goes the short way", inGds, [](Forms &forms) { forms.isLongArc = false; });
+}
+
+void CrossCheckTest::formatsThatDifferAreFound()
+{
+    QFETCH(Forms, inGerber);
+    QFETCH(QString, expected);
+    const QString base = nextFile("forms");
+    const crosscheck::FormatPair one{base + ".gerber", base + ".gds"}, other{base + "2.gerber", one.gds};
+    writeBoth(inGerber.layer(), {}, other);
+    writeBoth(Forms().layer(), {}, one);
+    const QString found = crosscheck::compareFormats({other}, base).join('\n');
+    QVERIFY2(expected.isEmpty() ? found.isEmpty() : found.contains(expected), qPrintable(found));
+}
+
+void CrossCheckTest::arcsThatReadersTakeDifferentlyAreFound()
+{
+    const QString base = nextFile("forms");
+    const crosscheck::FormatPair pair{base + ".gerber", base + ".gds"};
+    writeBoth(Forms().layer(), {}, pair);
+    const QByteArray good = contents(pair.gerber);
+    const int behindRegions = good.lastIndexOf("G37*\n");
+    const int mode = good.indexOf("G02*\n", behindRegions);
+    QVERIFY2(behindRegions > 0 && mode > 0, good.constData());
+
+    QVERIFY(hasWritten(pair.gerber, QByteArray(good).remove(mode, 5)));
+    QString found = crosscheck::compareFormats({pair}, base).join('\n');
+    QVERIFY2(found.contains("has no mode of its own"), qPrintable(found));
+
+    const int offset = good.indexOf('I', mode);
+    QVERIFY(hasWritten(pair.gerber, QByteArray(good).insert(offset + 2, '9')));
+    found = crosscheck::compareFormats({pair}, base).join('\n');
+    QVERIFY2(found.contains("lie on no circle"), qPrintable(found));
 }
 
 int main(int count, char **values)

@@ -137,8 +137,9 @@ std::optional<Aperture> standardAperture(const StandardSymbol &symbol, double gr
         return std::nullopt;
     if (symbol.kind == SymbolKind::Square)
         return standard('R', {first * scale, first * scale});
-    if (symbol.kind == SymbolKind::SquareRoundDonut && symbol.size[1] > 0.0 && !roundsToNothing(opening))
-        return standard('R', {first * scale, first * scale, opening});
+    // With an opening it becomes a macro: KLayout 0.28 fills those of rectangles, and knows those of circles.
+    if (symbol.kind == SymbolKind::SquareRoundDonut && (symbol.size[1] <= 0.0 || roundsToNothing(opening)))
+        return standard('R', {first * scale, first * scale});
     const Size size = turned({first, symbol.size[1] + growth}, map);
     if (symbol.kind == SymbolKind::Rectangle && symbol.corners == CornerStyle::Sharp)
         return standard('R', {size.width, size.height});

@@ -150,6 +150,10 @@ void GerberStream::beginRegion()
 void GerberStream::endRegion()
 {
     m_file.write("G37*\n");
+    // Aperture, position and mode hold on by the format; gerbv goes back to the mode from before the region.
+    const int polarity = m_polarity;
+    forget();
+    m_polarity = polarity;
 }
 
 void GerberStream::beginRepeat(std::uint32_t columns, std::uint32_t rows, GridPoint step)

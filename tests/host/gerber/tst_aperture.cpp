@@ -102,7 +102,7 @@ void ApertureTest::simpleSymbolIsAStandardAperture_data()
     row("donut_r300x200", 45, 0, "C,0.3X0.2");
     row("donut_r300x200", 0, 20, "C,0.32X0.18");
     row("donut_r300x200", 0, 200, "C,0.5");
-    row("donut_sr300x200", 0, 0, "R,0.3X0.3X0.2");
+    row("donut_sr300x200", 0, 200, "R,0.5X0.5");
     row("el200x200", 0, 0, "");
 }
 
@@ -159,6 +159,7 @@ void ApertureTest::macroCoversWhatTheSymbolCovers_data()
         if (!QString(name).startsWith("bfr"))
             QTest::newRow(qPrintable(QString(name) + " grown")) << QString(name) << 90.0 << false << 6.0;
     }
+    QTest::newRow("donut_sr300x200") << QString("donut_sr300x200") << 0.0 << false << 0.0;
     for (const char *name : {"rect300x200", "oval300x200", "donut_sr300x200"})
         QTest::newRow(qPrintable(QString(name) + " turned")) << QString(name) << 33.0 << false << 0.0;
 }

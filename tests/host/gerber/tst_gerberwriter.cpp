@@ -126,6 +126,7 @@ private slots:
     void clearPadWithCutOutsIsARegion();
     void surfaceIsARegionWithItsArcs();
     void everyRegionSaysHowItStarts();
+    void everythingIsStatedAnewBehindARegion();
     void holeOfASurfaceIsReachedByASlit();
     void islandInAHoleIsARegionOfItsOwn();
     void holesThatOverlapAreUnited();
@@ -378,6 +379,27 @@ void GerberWriterTest::everyRegionSaysHowItStarts()
     QCOMPARE(WrittenFile(image).body(),
              QString("%LPD*% G36* X100000Y0D02* G03* X-100000I-100000J0D01* X100000I100000J0D01* G37* "
                      "G36* X1100000Y0D02* G03* X900000I-100000J0D01* X1100000I100000J0D01* G37*"));
+}
+
+void GerberWriterTest::everythingIsStatedAnewBehindARegion()
+{
+    LayerImage image = emptyLayer();
+    FeatureSet &set = image.steps[0].features;
+    const std::uint32_t pen = symbol(image, "r100");
+    set.add(cam::Arc{at(1000, 0), at(0, 1000), at(0, 0), pen, true}, cam::Polarity::Positive);
+    const std::size_t first = set.contours.size();
+    set.contours.begin(at(0, 0), false);
+    set.contours.arcTo(at(2000, 0), at(1000, 0), true);
+    set.contours.lineTo(at(0, 0));
+    set.contours.end();
+    addSurface(set, first);
+    set.add(cam::Arc{at(0, 0), at(1000, 1000), at(0, 1000), pen, true}, cam::Polarity::Positive);
+    addPad(set, pen, at(1000, 1000));
+    QCOMPARE(
+        WrittenFile(image).body(),
+        QString("%LPD*% D10* X1000000Y0D02* G02* X0Y1000000I-1000000J0D01* G36* X0Y0D02* G02* "
+                "X2000000I1000000J0D01* G01* X0D01* G37* D10* X0Y0D02* G02* X1000000Y1000000I0J1000000D01* "
+                "Y1000000D03*"));
 }
 
 void GerberWriterTest::holeOfASurfaceIsReachedByASlit()

@@ -7,6 +7,11 @@
 
 namespace cam {
 
+bool hasOneRadius(Point start, const Edge &arc)
+{
+    return std::fabs(distance(start, arc.center) - distance(arc.end, arc.center)) <= radiusTolerance;
+}
+
 std::size_t arcSteps(double radius, double degrees, double tolerance)
 {
     constexpr double fewest = 4.0;       // of a full circle

@@ -12,6 +12,12 @@ namespace cam {
 // is for rounding to the database unit.
 constexpr double arcTolerance = 90.0;
 
+// How far the ends of an arc may differ in their distance from its centre to count as ends of a circle, in
+// nanometres of the job: what the rounding of start, end and centre to a millionth of an inch explains. What
+// differs by more is no arc in any file: readers would draw it in ways of their own.
+constexpr double radiusTolerance = 100.0;
+bool hasOneRadius(Point start, const Edge &arc);
+
 // Into how many equal steps an arc of `degrees` with `radius` is divided; at least 1.
 std::size_t arcSteps(double radius, double degrees, double tolerance);
 

@@ -164,10 +164,10 @@ void Pen::draw(const Arc &arc, PolygonSink &sink)
 {
     if (isEmpty())
         return;
-    if (m_form == Form::Round)
-        return drawRoundArc(arc, sink);
     const Edge edge = {arc.end, arc.center,
                        arc.clockwise ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise};
+    if (m_form == Form::Round && hasOneRadius(arc.start, edge))
+        return drawRoundArc(arc, sink);
     std::vector<Point> corners;
     flattenArc(arc.start, edge, m_tolerance, corners);
     Point at = arc.start;

@@ -12,10 +12,6 @@ namespace cam {
 
 namespace {
 
-// Nanometres by which the ends of an arc may differ in their distance from the centre; jobs round their
-// numbers.
-constexpr double arcMismatch = 500.0;
-
 GridPoint rounded(Point p)
 {
     return {roundToNanometre(p.x), roundToNanometre(p.y)};
@@ -49,8 +45,7 @@ public:
     {
         const GridPoint to = rounded(m_map(edge.end));
         const GridPoint center = rounded(m_map(edge.center));
-        const double mismatch = std::fabs(distance(from, edge.center) - distance(edge.end, edge.center));
-        if (mismatch * m_map.scale() > arcMismatch)
+        if (!hasOneRadius(from, edge))
             return flattened(from, edge);
         if (center == m_at || center == to || (to == m_at && !isHalfOrMore(from, edge)))
             return line(edge.end);

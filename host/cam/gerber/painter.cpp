@@ -38,13 +38,6 @@ Transform placementOf(const StepRepeat &repeat, std::uint32_t column, std::uint3
     return placement(repeat).then(Transform::translation(along));
 }
 
-// Arcs of the file have one radius; a job's numbers may have two that differ by rounding.
-bool hasOneRadius(const Arc &arc, double scale)
-{
-    const double most = 500.0; // nanometres
-    return std::fabs(distance(arc.start, arc.center) - distance(arc.end, arc.center)) * scale <= most;
-}
-
 } // namespace
 
 bool Painter::PadKey::operator==(const PadKey &other) const
@@ -295,18 +288,9 @@ void Painter::paintArc(Context &context, const Feature &feature, std::uint32_t)
         return;
     m_stream.polarity(context.isDark(feature.polarity));
     m_stream.aperture(code);
-    const EdgeKind kind = arc.clockwise ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise;
-    const Edge edge{arc.end, arc.center, kind};
     ContourPool path;
     path.begin(arc.start, false);
-    if (hasOneRadius(arc, context.map.scale())) {
-        path.arcTo(arc.end, arc.center, arc.clockwise);
-    } else {
-        std::vector<Point> corners;
-        flattenArc(arc.start, edge, arcTolerance / context.map.scale(), corners);
-        for (const Point corner : corners)
-            path.lineTo(corner);
-    }
+    path.arcTo(arc.end, arc.center, arc.clockwise);
     const GridOutline rounded = onGrid(path[0], context.map);
     if (rounded.edges.empty())
         return m_stream.flash(rounded.start);

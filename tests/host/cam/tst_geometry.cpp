@@ -50,6 +50,17 @@ StandardSymbol symbol(const char *name)
     return parseStandardSymbol(name, SymbolUnit::Micrometres);
 }
 
+bool contains(const std::vector<Point> &polygon, Point at)
+{
+    bool isIn = false;
+    for (std::size_t i = 0; i < polygon.size(); ++i) {
+        const Point a = polygon[i], b = polygon[(i + 1) % polygon.size()];
+        if ((a.y > at.y) != (b.y > at.y) && at.x < a.x + (b.x - a.x) * (at.y - a.y) / (b.y - a.y))
+            isIn = !isIn;
+    }
+    return isIn;
+}
+
 } // namespace
 
 class tst_Geometry : public QObject
@@ -282,6 +293,24 @@ private slots:
             drawn += std::fabs(areaOf(polygon));
         const double exact = pi * (1.1 * 1.1 - 0.9 * 0.9) * mm * mm;
         QVERIFY(isNear(drawn, exact, 2 * pi * 2.0 * mm * arcTolerance));
+    }
+
+    // The radius runs evenly from one end to the other, as along the outline of a surface.
+    void strokeAlongUnequalRadiiRunsEvenly()
+    {
+        Pen pen(symbol("r100"), 0.0, arcTolerance);
+        Polygons polygons;
+        pen.draw(Arc{{mm, 0}, {0, 1.4 * mm}, {0, 0}, 0, false}, polygons);
+        for (const double share : {0.25, 0.5, 0.75}) {
+            const Point direction = Transform::rotation(90.0 * share).linear({1.0, 0.0});
+            for (const double aside : {-0.07, -0.04, 0.0, 0.04, 0.07}) {
+                const Point at = direction * ((1.0 + 0.4 * share + aside) * mm);
+                bool isCovered = false;
+                for (const auto &polygon : polygons.list)
+                    isCovered = isCovered || contains(polygon, at);
+                QCOMPARE(isCovered, std::fabs(aside) < 0.05);
+            }
+        }
     }
 
     // The union is what counts; here only that nothing of it is missing or turned over.

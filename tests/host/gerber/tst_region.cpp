@@ -1,4 +1,5 @@
 // Outlines on the nanometre grid, and the slits that lead to holes.
+#include "host/cam/geometry/flatten.h"
 #include "host/cam/gerber/region.h"
 
 #include <QtTest>
@@ -153,14 +154,16 @@ void RegionTest::edgesThatVanishAreLeftOut()
 
 void RegionTest::arcOfTwoRadiiBecomesLines()
 {
-    ContourPool pool;
-    pool.begin({100000, 0}, false);
-    pool.arcTo({0, 103000}, {0, 0}, false);
-    pool.end();
-    const GridOutline outline = cam::onGrid(pool[0], Transform());
-    QVERIFY(outline.edges.size() > 10);
-    for (const cam::GridEdge &edge : outline.edges)
-        QCOMPARE(edge.kind, EdgeKind::Line);
+    for (const double more : {0.0, 70.0, 130.0, 3000.0}) {
+        ContourPool pool;
+        pool.begin({1000000, 0}, false);
+        pool.arcTo({0, 1000000 + more}, {0, 0}, false);
+        pool.end();
+        const GridOutline outline = cam::onGrid(pool[0], Transform());
+        const bool isRounding = more < cam::radiusTolerance;
+        QCOMPARE(outline.edges.size() > 10, !isRounding);
+        QCOMPARE(outline.edges[0].kind, isRounding ? EdgeKind::ArcCounterClockwise : EdgeKind::Line);
+    }
 }
 
 void RegionTest::fullCircleStaysOneArc()

@@ -9,9 +9,12 @@
 #include <QIcon>
 #include <QToolBar>
 
-namespace {
+// The version that tools find in the module's file. Nothing in the program reads it, so only its external
+// linkage keeps the compiler from leaving it out.
+extern const char fileProcessVersion[];
+const char fileProcessVersion[] = "2.28.054";
 
-[[maybe_unused]] const char *const version = "2.28.054";
+namespace {
 
 QAction *newAction(const char *iconPath, const QString &text)
 {

@@ -50,8 +50,18 @@ private slots:
         // From 5.13 on, Qt leaves an empty object out of the block.
         QCOMPARE(data.value("MetaData").toObject(), QJsonObject());
         QVERIFY(data.value("MetaData").isObject() || data.value("MetaData").isUndefined());
-        QCOMPARE(data.value("version").toInt() >> 16, 5); // Qt's version as one number: major, minor, patch
+        // Qt's version as one number: major, minor, patch. From 5.13 on, Qt leaves the patch at 0.
+        const int patch = data.value("version").toInt() & 0xff;
+        QCOMPARE(data.value("version").toInt() >> 8, QT_VERSION >> 8);
+        QVERIFY(patch == 0 || patch == (QT_VERSION & 0xff));
         QVERIFY(!loader.isLoaded());
+    }
+
+    void fileHoldsTheVersion()
+    {
+        QFile file(modulePath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().contains(QByteArray("2.28.054").append('\0')));
     }
 
     void moduleGivesOneObject()

@@ -274,7 +274,11 @@ void tst_ExportFaults::slowExportKeepsTheDialogAlive()
     everyPass.start(10);
     QTest::mouseClick(dialog.button("OKButton"), Qt::LeftButton);
     QVERIFY2(passes >= 3, qPrintable(QString::number(passes)));
-    QCOMPARE(dialog.table()->cellWidget(2, Time)->findChild<QLabel *>()->text(), QString("1s"));
+    // A whole second at least; more on a busy machine.
+    QString time = dialog.table()->cellWidget(2, Time)->findChild<QLabel *>()->text();
+    QVERIFY2(time.endsWith('s'), qPrintable(time));
+    time.chop(1);
+    QVERIFY2(time.toInt() >= 1, qPrintable(time));
 }
 
 void tst_ExportFaults::exportThatWritesNothingIsNotNoticed()

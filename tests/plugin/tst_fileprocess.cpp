@@ -12,6 +12,8 @@
 #include <QToolBar>
 #include <QtTest>
 
+#include <memory>
+
 extern "C" QObject *qt_plugin_instance();
 
 namespace {
@@ -41,6 +43,7 @@ private slots:
     void theRecordsMetaTypeHasTwoNames();
     void aQueuedCallOfTheFirstSignalEmitsIt();
     void toolsHaveTheirTextsAndIcons();
+    void toolbarActionsHaveTheIconsOfTheirFiles();
     void toolbarGetsImportThenExport();
     void toolbarImportIsNotConnected();
     void toolbarExportIsConnected();
@@ -174,6 +177,24 @@ void tst_FileProcess::toolsHaveTheirTextsAndIcons()
     QVERIFY(import->icon().pixmap(32).toImage() != exportAction->icon().pixmap(32).toImage());
     QVERIFY(QFile::exists(":/File_Process/Resources/import.png"));
     QVERIFY(QFile::exists(":/File_Process/Resources/export.png"));
+}
+
+void tst_FileProcess::toolbarActionsHaveTheIconsOfTheirFiles()
+{
+    FileProcess plugin;
+    QToolBar bar;
+    plugin.CreateFileProTools();
+    plugin.GetFileProActions(&bar);
+    const std::unique_ptr<QAction> importAction(plugin.InitImportTool(nullptr));
+    const std::unique_ptr<QAction> exportAction(plugin.InitExportTool());
+    const auto picture = [](const QIcon &icon) { return icon.pixmap(32).toImage(); };
+    const QImage importPicture = picture(QIcon(":/File_Process/Resources/import.png"));
+    const QImage exportPicture = picture(QIcon(":/File_Process/Resources/export.png"));
+    QVERIFY(!importPicture.isNull() && importPicture != exportPicture);
+    QCOMPARE(picture(bar.actions().at(0)->icon()), importPicture);
+    QCOMPARE(picture(bar.actions().at(1)->icon()), exportPicture);
+    QCOMPARE(picture(importAction->icon()), importPicture);
+    QCOMPARE(picture(exportAction->icon()), exportPicture);
 }
 
 void tst_FileProcess::toolbarGetsImportThenExport()

@@ -42,6 +42,7 @@ private slots:
     void exportLogsItsTwoSteps();
     void theFilePathTravelsAsACopy();
     void theJobFolderPayloadStaysValid();
+    void theJobFolderMessageNamesNoSenderAndNoParameters();
     void importRequestsRunTheImportCommand();
     void exportRequestsRunTheExportCommand();
     void requestsDoNothingBeforeTheToolsAreMade();
@@ -160,6 +161,18 @@ void tst_HostMessages::theJobFolderPayloadStaysValid()
     QCOMPARE(m_sent[0].data.msgType, 10000404);
     QCOMPARE(m_sent[0].data.payload, static_cast<void *>(&FileProcessAccess::config(plugin).jobPath));
     QCOMPARE(*static_cast<QString *>(m_sent[0].data.payload), QString("jobs"));
+}
+
+void tst_HostMessages::theJobFolderMessageNamesNoSenderAndNoParameters()
+{
+    FileProcess plugin;
+    record(plugin);
+    delete plugin.InitImportTool(nullptr);
+    QCOMPARE(m_sent.size(), size_t(1));
+    QCOMPARE(m_sent[0].data.msgType, 10000404);
+    QCOMPARE(m_sent[0].data.fromPlugin, QString());
+    QVERIFY(m_sent[0].data.params.isEmpty());
+    QVERIFY(recording_host::state().deliveries.empty());
 }
 
 void tst_HostMessages::importRequestsRunTheImportCommand()

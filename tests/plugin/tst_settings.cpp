@@ -19,6 +19,7 @@ private slots:
     void init();
     void cleanup();
     void everyKeyIsRead();
+    void textsAreUtf8();
     void withoutAFileEverythingIsEmpty();
     void resizeIsConvertedByItsUnit_data();
     void resizeIsConvertedByItsUnit();
@@ -84,6 +85,15 @@ void tst_Settings::everyKeyIsRead()
     QCOMPARE(config.dbu, 0.005);
     QCOMPARE(config.profileDot, true);
     QCOMPARE(config.mirror, true);
+}
+
+void tst_Settings::textsAreUtf8()
+{
+    const QByteArray board = "\xe6\x9d\xbf"; // an ideograph
+    const ExportConfig config = read("[Job_Path]\npath=" + board + "\n[Output_Path_Second]\npath=\xc3\xa4\n");
+    QCOMPARE(config.jobPath, QString(QChar(0x677F)));
+    QCOMPARE(config.outputPathSecond, QString(QChar(0xE4)));
+    QVERIFY(QFileInfo(QString(QChar(0x677F))).isDir());
 }
 
 void tst_Settings::withoutAFileEverythingIsEmpty()

@@ -137,7 +137,7 @@ QBoxLayout *Export::createSecondDirGroup()
     SecondDirLabel = named(new QLabel(tr("Second Dir:"), this), "SecondDirLabel");
     SecondDirLabel->setMaximumSize(labelWidth, fieldHeight);
     m_secondDirLine = newLine(this, QFrame::VLine);
-    SecondDirLineEdit = named(new QLineEdit("OX", this), "SecondDirLineEdit");
+    SecondDirLineEdit = named(new QLineEdit(tr("OX"), this), "SecondDirLineEdit");
     SecondDirLineEdit->setMaximumHeight(fieldHeight);
     // One to ten characters; besides the ASCII ones everything from U+04BB up, so the ideographs too.
     const QRegExp folderName(QString("^[a-zA-Z0-9~`!@#$%&^()_+={},.;'") + QChar(0x04BB) + '-' +
@@ -197,7 +197,7 @@ QBoxLayout *Export::createOffsetGroup(const QString &axis, QLabel *&label, QLine
 {
     label = new QLabel(axis, this);
     label->setMaximumSize(labelWidth, fieldHeight);
-    edit = new QLineEdit("0", this);
+    edit = new QLineEdit(tr("0"), this);
     edit->setMaximumWidth(150);
     unit = new QLabel(tr("um"), this);
     unit->setMaximumWidth(labelWidth);

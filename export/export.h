@@ -76,6 +76,8 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    friend struct ExportAccess; // the tests' way to what no widget shows
+
     // export.cpp
     void initWidgets();
     QBoxLayout *createPathRow();

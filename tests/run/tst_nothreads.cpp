@@ -1,9 +1,12 @@
 // An export on a system that has no thread to give.
 
+#include "import/unzipprogress.h"
 #include "run/progress.h"
 #include "tests/export/opendialog.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/threadfailure.h"
+
+#include <system_error>
 
 using namespace layer_column;
 using recording_host::state;
@@ -14,9 +17,22 @@ class tst_NoThreads : public QObject
 
 private slots:
     void init() { recording_host::reset(); }
+    void jobsAreNotDeferred();
     void layersAreLoggedAndCountAsDone();
     void theNextRunIsAsGoodAsAny();
 };
+
+// Without a thread, the standard library would defer a task that it may.
+void tst_NoThreads::jobsAreNotDeferred()
+{
+    const ThreadFailure limit(0);
+    Progress exportJob;
+    QVERIFY_EXCEPTION_THROWN(exportJob.do_process(), std::system_error);
+    QVERIFY(!exportJob.task.valid());
+    UnzipProgress importJob;
+    QVERIFY_EXCEPTION_THROWN(importJob.do_process(), std::system_error);
+    QVERIFY(!importJob.task.valid());
+}
 
 void tst_NoThreads::layersAreLoggedAndCountAsDone()
 {

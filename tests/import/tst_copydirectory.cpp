@@ -114,6 +114,7 @@ private slots:
     void theQuestionIsAskedForAFolderOnly();
     void theQuestionIsAsked_data();
     void theQuestionIsAsked();
+    void theQuestionHasNoDefaultButton();
     void noKeepsTheOldJobWhenTheNamesDiffer();
     void noUnpacksOverTheOldJobWhenTheNamesAreEqual();
     void yesUnpacksOverTheOldJobWhenTheNamesAreEqual();
@@ -283,6 +284,19 @@ void TestCopyDirectory::theQuestionIsAsked()
         box->button(yes ? QMessageBox::Yes : QMessageBox::No)->click();
     });
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+}
+
+void TestCopyDirectory::theQuestionHasNoDefaultButton()
+{
+    QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
+    bool hasDefault = true;
+    m_user->expect([&hasDefault](QWidget *window) {
+        auto *box = qobject_cast<QMessageBox *>(window);
+        hasDefault = box->defaultButton() != nullptr;
+        box->button(QMessageBox::No)->click();
+    });
+    QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
+    QVERIFY(!hasDefault);
 }
 
 void TestCopyDirectory::noKeepsTheOldJobWhenTheNamesDiffer()

@@ -9,7 +9,9 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <iostream>
 #include <memory>
+#include <sstream>
 
 class TestUnzipProgress : public QObject
 {
@@ -25,6 +27,8 @@ private slots:
     void theWorkStepsBackForTheUserInterface();
     void destroyingAJobWaitsForIt();
     void theResultsAreInTheStatics();
+    void theMemberNameGoesToTheWideOutput_data();
+    void theMemberNameGoesToTheWideOutput();
     void aStoredMemberNameReplacesTheTarName();
     void aMemberWithoutItsEndingIsRenamed();
     void anEmptyTarHasNoFolderName();
@@ -125,6 +129,25 @@ void TestUnzipProgress::theResultsAreInTheStatics()
     QCOMPARE(UnzipProgress::tarName, std::wstring(L"XYZ"));
     QCOMPARE(UnzipProgress::removeCmd, std::string("/c del .\\job\\ABC*.tar*.tar"));
     QCOMPARE(UnzipProgress::unzipedFilePath, std::wstring(L".\\job\\"));
+}
+
+void TestUnzipProgress::theMemberNameGoesToTheWideOutput_data()
+{
+    QTest::addColumn<QByteArray>("stored");
+    QTest::newRow("stored name") << QByteArray("xyz.tar");
+    QTest::newRow("no name") << QByteArray();
+}
+
+void TestUnzipProgress::theMemberNameGoesToTheWideOutput()
+{
+    QFETCH(QByteArray, stored);
+    prepare(gzip(TarBuilder().folder("ABC/").bytes(), stored));
+    std::wstringbuf output;
+    std::wstreambuf *before = std::wcout.rdbuf(&output);
+    const double value = run();
+    std::wcout.rdbuf(before);
+    QCOMPARE(value, 100.0);
+    QCOMPARE(QString::fromStdWString(output.str()), QString(stored) + "\n");
 }
 
 void TestUnzipProgress::aStoredMemberNameReplacesTheTarName()

@@ -31,7 +31,13 @@ public:
         m_dialog->show();
         if (!QTest::qWaitForWindowExposed(m_dialog))
             qFatal("the Export dialog was not shown");
-        m_dialog->activateWindow();
+        // A window system may lose the wish of a window that it has only just shown.
+        for (int attempt = 0; attempt < 40; ++attempt) {
+            m_dialog->activateWindow();
+            if (QTest::qWaitForWindowActive(m_dialog, 250))
+                return;
+        }
+        qWarning("the Export dialog is not the active window");
     }
     ~OpenDialog() { delete m_dialog; }
 

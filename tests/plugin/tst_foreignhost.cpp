@@ -62,6 +62,7 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
+    void cleanupTestCase() { QDir::setCurrent(QCoreApplication::applicationDirPath()); } // out of m_folder
     void operationsAreInTheirSlots();
     void aSentMessageArrivesWhole();
     void requestsOfAnExportAreReadable();

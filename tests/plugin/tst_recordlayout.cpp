@@ -31,7 +31,6 @@ static_assert(sizeof(QString) == Pointer && sizeof(QMap<QString, QVariant>) == P
               "Qt's shared types are one pointer");
 
 // The message record.
-static_assert(std::is_standard_layout<PluginMetaData>::value, "the fields are in the order of declaration");
 static_assert(std::is_same<decltype(PluginMetaData::fromPlugin), QString>::value, "");
 static_assert(std::is_same<decltype(PluginMetaData::toPlugin), QString>::value, "");
 static_assert(std::is_same<decltype(PluginMetaData::msgType), qint32>::value, "");
@@ -45,7 +44,6 @@ static_assert(offsetof(PluginMetaData, payload) == 4 * Pointer, "");
 static_assert(sizeof(PluginMetaData) == 5 * Pointer, "");
 
 // The job context.
-static_assert(std::is_standard_layout<ExportJobInfo>::value, "the fields are in the order of declaration");
 static_assert(std::is_same<decltype(ExportJobInfo::list), std::vector<std::string>>::value, "");
 static_assert(offsetof(ExportJobInfo, stepName) == 0, "");
 static_assert(offsetof(ExportJobInfo, folderPath) == Pointer, "");
@@ -55,7 +53,6 @@ static_assert(sizeof(ExportJobInfo) == 3 * Pointer + sizeof(std::vector<std::str
 
 // A record of the layer matrix: nine texts and a number.
 using ORVEX::API::layer_info;
-static_assert(std::is_standard_layout<layer_info>::value, "the fields are in the order of declaration");
 static_assert(offsetof(layer_info, context) == 0, "");
 static_assert(offsetof(layer_info, type) == Text, "");
 static_assert(offsetof(layer_info, name) == 2 * Text, "");
@@ -74,7 +71,6 @@ static_assert(int(ORVEX::API::export_type::gerber) == 0 && int(ORVEX::API::expor
 
 // The progress record: two texts, the task, the value, the mutex, the cancel flag.
 using Record = ORVEX::COMMON::progress_value<void>;
-static_assert(std::is_standard_layout<Record>::value, "the fields are in the order of declaration");
 static_assert(std::is_same<decltype(Record::name), std::string>::value, "");
 static_assert(std::is_same<decltype(Record::message), std::string>::value, "");
 static_assert(std::is_same<decltype(Record::task), std::future<void>>::value, "");

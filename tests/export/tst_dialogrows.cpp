@@ -157,8 +157,10 @@ void tst_DialogRows::scaleModelIsNotUpdated()
     dialog->on_SetParamater_clicked();
     QCOMPARE(dialog.text(1, layer_column::XScale), QString("1.5"));
     const QStandardItemModel *model = ExportAccess::scaleModel(*dialog.get());
-    for (int row = 0; row < 6; ++row)
-        QCOMPARE(model->item(row, layer_column::XScale)->text(), QString("1"));
+    for (int row = 0; row < 6; ++row) {
+        const QStandardItem *item = model->item(row, layer_column::XScale);
+        QCOMPARE(item ? item->text() : QString(), QString("1"));
+    }
 }
 
 QTEST_MAIN(tst_DialogRows)

@@ -41,7 +41,8 @@ public:
         state().onExport = nullptr;
     }
 
-    void waitUntilHeld() { m_held.acquire(); }
+    // False when the job does not come to its work; gives up after half a minute.
+    bool waitUntilHeld() { return m_held.tryAcquire(1, 30000); }
     void open() { m_open.release(2); }
 
     void send(google::LogSeverity, const char *, const char *baseFileName, int,
@@ -92,7 +93,7 @@ void theLockGuardsARunningJob()
     Job job;
     Gate gate; // opens before the job waits for its end
     job.do_process();
-    gate.waitUntilHeld();
+    QVERIFY(gate.waitUntilHeld());
     bool isFinished = true;
     QVERIFY(waitsForTheLock(job, [&] { isFinished = job.isFinish(); }));
     QVERIFY(!isFinished);
@@ -105,7 +106,7 @@ void theJobRunsByItself()
     Job job;
     Gate gate;
     job.do_process();
-    gate.waitUntilHeld(); // a deferred task would never come here
+    QVERIFY(gate.waitUntilHeld()); // a deferred task does not come there
     QVERIFY(job.task.wait_for(std::chrono::seconds(0)) == std::future_status::timeout);
     gate.open();
     QTRY_VERIFY(job.isFinish());

@@ -223,13 +223,12 @@ GridPoint FeatureDrawing::padPosition(const Feature &feature) const
 std::uint32_t FeatureDrawing::padSymbol(const Feature &feature)
 {
     const Pad &pad = m_features.pads[feature.index];
-    const PadKey key = {pad.angle, pad.factor, pad.symbol, pad.mirror, feature.polarity};
+    const PadKey key = {pad.angle, pad.growth, pad.symbol, pad.mirror, feature.polarity};
     const auto known = m_padSymbols.find(key);
     if (known != m_padSymbols.end())
         return known->second;
-    // The growth is one of the layer's plane, the symbol is enlarged by the pad's factor on its way there.
     const std::uint32_t number =
-        m_symbols.number(pad.symbol, placement(pad).then(m_map), growthOf(feature) / pad.factor);
+        m_symbols.number(pad.symbol, placement(pad).then(m_map), growthOf(feature) + pad.growth);
     m_padSymbols.emplace(key, number);
     return number;
 }

@@ -97,13 +97,13 @@ private:
     struct PadKey
     {
         double angle;
-        double factor;
+        double growth;
         std::uint32_t symbol;
         bool mirror;
         Polarity polarity;
         bool operator==(const PadKey &other) const
         {
-            return angle == other.angle && factor == other.factor && symbol == other.symbol &&
+            return angle == other.angle && growth == other.growth && symbol == other.symbol &&
                    mirror == other.mirror && polarity == other.polarity;
         }
     };
@@ -111,7 +111,7 @@ private:
     {
         std::size_t operator()(const PadKey &key) const
         {
-            const std::size_t hash = std::hash<double>()(key.angle) * 31 + std::hash<double>()(key.factor);
+            const std::size_t hash = std::hash<double>()(key.angle) * 31 + std::hash<double>()(key.growth);
             return (hash * 31 + key.symbol) * 4 + (key.mirror ? 2 : 0) +
                    static_cast<std::size_t>(key.polarity);
         }

@@ -18,7 +18,7 @@ void append(FeatureSet &set, std::vector<Record> &list, const Record &record, Fe
 
 Transform placement(const Pad &pad)
 {
-    Transform map = Transform::scaling(pad.factor, pad.factor).then(Transform::rotation(-pad.angle));
+    Transform map = Transform::rotation(-pad.angle);
     if (pad.mirror)
         map = map.then(Transform::mirrorX());
     return map.then(Transform::translation(pad.at));

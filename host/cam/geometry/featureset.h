@@ -41,12 +41,12 @@ struct Arc
     bool clockwise = false;
 };
 
-// The symbol, first enlarged by `factor`, then turned by `angle`, then mirrored (x to -x), set at `at`.
+// The symbol, first grown by `growth`, then turned by `angle`, then mirrored (x to -x), set at `at`.
 struct Pad
 {
     Point at;
     double angle = 0.0;  // degrees, CLOCKWISE as in the job's files, 0 <= angle < 360
-    double factor = 1.0; // resize factor of the record: the symbol's size is multiplied by it
+    double growth = 0.0; // nanometres that the symbol's size grows by: its edges move outwards by half of it
     std::uint32_t symbol = 0;
     bool mirror = false;
 };

@@ -42,13 +42,13 @@ Transform placementOf(const StepRepeat &repeat, std::uint32_t column, std::uint3
 
 bool Painter::PadKey::operator==(const PadKey &other) const
 {
-    return angle == other.angle && factor == other.factor && symbol == other.symbol &&
+    return angle == other.angle && growth == other.growth && symbol == other.symbol &&
            mirror == other.mirror && polarity == other.polarity;
 }
 
 std::size_t Painter::PadKeyHash::operator()(const PadKey &key) const
 {
-    const std::size_t hash = std::hash<double>()(key.angle) * 31 + std::hash<double>()(key.factor);
+    const std::size_t hash = std::hash<double>()(key.angle) * 31 + std::hash<double>()(key.growth);
     return (hash * 31 + key.symbol) * 4 + (key.mirror ? 2 : 0) + static_cast<std::size_t>(key.polarity);
 }
 
@@ -313,7 +313,7 @@ void Painter::paintStroke(Context &context, const Feature &feature)
 
 const Painter::PadPlan &Painter::padPlan(Context &context, const Pad &pad, Polarity polarity)
 {
-    const PadKey key{pad.angle, pad.factor, pad.symbol, pad.mirror, polarity};
+    const PadKey key{pad.angle, pad.growth, pad.symbol, pad.mirror, polarity};
     const auto known = context.pads.find(key);
     if (known != context.pads.end())
         return known->second;
@@ -331,8 +331,7 @@ Painter::PadPlan Painter::planOf(const Context &context, const Pad &pad, Polarit
                                                        : PadForm::Polygons;
         return plan;
     }
-    // The growth is one of the layer's plane; the symbol is enlarged by the pad's factor on its way there.
-    const double growth = context.growthOf(polarity) / pad.factor;
+    const double growth = context.growthOf(polarity) + pad.growth;
     plan.shape = shapeOf(*symbol.standard, growth);
     if (plan.shape.contours.isEmpty())
         return plan;
@@ -362,7 +361,7 @@ bool Painter::isOnlyPositive(const FeatureSet &features) const
 Painter::Context Painter::symbolContext(const Context &outer, const Pad &pad, Polarity polarity) const
 {
     return context(*m_image.symbols[pad.symbol].features, placement(pad).then(outer.map),
-                   outer.growthOf(polarity) / pad.factor, !outer.isDark(polarity));
+                   outer.growthOf(polarity) + pad.growth, !outer.isDark(polarity));
 }
 
 void Painter::paintPad(Context &context, const Feature &feature, std::uint32_t item)

@@ -50,7 +50,7 @@ private:
     };
     struct PadKey
     {
-        double angle, factor;
+        double angle, growth;
         std::uint32_t symbol;
         bool mirror;
         Polarity polarity;

@@ -269,9 +269,8 @@ void Reader::readLineRecord(Fields &fields)
         m_result.features.add(line, polarity);
 }
 
-constexpr double largestFactor = 10'000.0;
-
-// "P x y symbol polarity dcode orientation", where symbol may be "-1 symbol factor"
+// "P x y symbol polarity dcode orientation", where symbol may be "-1 symbol growth". The format calls the
+// growth a resize factor, but in thousandths of the file's unit, as symbol sizes are; it may be negative.
 void Reader::readPadRecord(Fields &fields)
 {
     Pad pad;
@@ -279,9 +278,9 @@ void Reader::readPadRecord(Fields &fields)
     int symbol = fields.integer("a symbol number");
     if (symbol == -1) {
         symbol = fields.integer("a symbol number after -1");
-        pad.factor = fields.number("the pad's resize factor");
-        if (!(pad.factor > 0.0 && pad.factor <= largestFactor))
-            fields.fail("a resize factor greater than 0 and at most 10000");
+        pad.growth = fields.number("what the resized pad grows by") * nanometresPer(m_symbolUnit);
+        if (std::fabs(pad.growth) > farthest)
+            fields.fail("a resize of less than 100 metres");
     }
     const bool isDrawable = useSymbol(symbol, fields, pad.symbol);
     const Polarity polarity = parsePolarity(fields);
@@ -289,6 +288,8 @@ void Reader::readPadRecord(Fields &fields)
     const Orientation orientation = fields.atEnd() ? Orientation{} : parseOrientation(fields);
     pad.angle = orientation.angle;
     pad.mirror = orientation.mirror;
+    if (pad.growth != 0.0)
+        ++m_result.readings["resized pads: grown by their number in mils, micrometres in a metric file"];
     if (isDrawable)
         m_result.features.add(pad, polarity);
 }

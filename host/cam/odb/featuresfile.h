@@ -34,6 +34,8 @@ struct FeaturesFile
     std::map<std::string, std::size_t> unsupported;
     // Things that were drawn in a simpler form than asked for ("barcode as its box").
     std::map<std::string, std::size_t> simplified;
+    // Things that descriptions of the format show in more than one way, and how they were read.
+    std::map<std::string, std::size_t> readings;
 };
 
 // `file` is for messages. `defaultUnit` holds where the file states none. Throws FormatError for a record

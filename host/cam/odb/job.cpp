@@ -92,6 +92,8 @@ FeatureSet LayerReader::takeFeatures(FeaturesFile &&file)
         m_notes.unsupported[name] += count;
     for (const auto &[name, count] : file.simplified)
         m_notes.simplified[name] += count;
+    for (const auto &[name, count] : file.readings)
+        m_notes.readings[name] += count;
     return std::move(file.features);
 }
 

@@ -102,16 +102,32 @@ private slots:
         QCOMPARE(set.pads.size(), std::size_t(1));
         QCOMPARE(set.pads[0].angle, angle);
         QCOMPARE(set.pads[0].mirror, mirror);
-        QCOMPARE(set.pads[0].factor, 1.0);
+        QCOMPARE(set.pads[0].growth, 0.0);
     }
 
-    void padMayHaveAResizeFactor()
+    void padMayBeResized_data()
     {
+        QTest::addColumn<QByteArray>("unit");
+        QTest::addColumn<QByteArray>("number");
+        QTest::addColumn<double>("growth"); // nanometres
+        QTest::newRow("mils") << QByteArray("") << QByteArray("1.5") << 1.5 * 25'400.0;
+        QTest::newRow("micrometres") << QByteArray("UNITS=MM\n") << QByteArray("50") << 50'000.0;
+        QTest::newRow("shrunk") << QByteArray("UNITS=MM\n") << QByteArray("-50.5") << -50'500.0;
+        QTest::newRow("not at all") << QByteArray("UNITS=MM\n") << QByteArray("0") << 0.0;
+    }
+    void padMayBeResized()
+    {
+        QFETCH(QByteArray, unit);
+        QFETCH(QByteArray, number);
+        QFETCH(double, growth);
         Reading reading;
-        const FeatureSet set = reading.read("$0 r1\n$1 r2\nP 1 2 -1 1 1.5 N 0 8 90;0=1\n").features;
-        QCOMPARE(set.pads[0].factor, 1.5);
-        QCOMPARE(reading.names.at(set.pads[0].symbol), std::string("r2 I"));
+        const FeaturesFile file =
+            reading.read(unit + "$0 r1\n$1 r2\nP 1 2 -1 1 " + number + " N 0 8 90;0=1\n");
+        const FeatureSet &set = file.features;
+        QCOMPARE(set.pads[0].growth, growth);
+        QCOMPARE(reading.names.at(set.pads[0].symbol).substr(0, 2), std::string("r2"));
         QCOMPARE(set.pads[0].angle, 90.0);
+        QCOMPARE(file.readings.size(), std::size_t(growth == 0.0 ? 0 : 1));
     }
 
     void surfaceKeepsContoursInOrder()
@@ -247,8 +263,8 @@ private slots:
                                      << "f:2: expected an orientation, 0 to 9";
         QTest::newRow("angle") << QByteArray("$0 r1\nP 0 0 0 P 0 8\n")
                                << "f:2: expected the angle of orientation 8 or 9";
-        QTest::newRow("factor") << QByteArray("$0 r1\nP 0 0 -1 0 0 P 0 0\n")
-                                << "f:2: expected a resize factor greater than 0 and at most 10000";
+        QTest::newRow("resize") << QByteArray("$0 r1\nP 0 0 -1 0 10000000000 P 0 0\n")
+                                << "f:2: expected a resize of less than 100 metres";
         QTest::newRow("far away") << QByteArray("$0 r1\nL 0 0 1 1e7 0 P 0\n")
                                   << "f:2: expected a position or size below 100 metres";
         QTest::newRow("direction") << QByteArray("$0 r1\nA 0 0 1 1 0 0 0 P 0 X\n")

@@ -212,11 +212,11 @@ private slots:
         QCOMPARE(extentOfPad("9 90"), (QVector<double>{-2000, -1000, 0, 0}));
     }
 
-    void resizeFactorEnlargesThePad()
+    void resizedPadGrows()
     {
         JobFolder folder;
-        folder.features("$0 rect300x100\nP 0 0 -1 0 2 P 0 0\n");
-        QCOMPARE(extentOf(exported(folder)), (QVector<double>{-300, -100, 300, 100}));
+        folder.features("$0 rect300x100\nP 0 0 -1 0 20 P 0 0\n");
+        QCOMPARE(extentOf(exported(folder)), (QVector<double>{-160, -60, 160, 60}));
     }
 
     void repeatedPadsBecomeAnArray()
@@ -311,7 +311,7 @@ private slots:
     {
         JobFolder folder;
         folder.features(
-            "$0 rect2000x2000\n$1 rect1000x1000\nP 0 0 0 P 0 0\nP 0 0 1 N 0 0\nP 0 0 -1 1 0.5 P 0 0\n"
+            "$0 rect2000x2000\n$1 rect1000x1000\nP 0 0 0 P 0 0\nP 0 0 1 N 0 0\nP 0 0 -1 1 -500 P 0 0\n"
             "P 50 50 0 P 0 0\n");
         const GdsFile file = exported(folder);
         QVERIFY(std::fabs(areaOf(file) - (4.0 - 1.0 + 0.25 + 4.0)) < 1e-9);
@@ -387,8 +387,8 @@ private slots:
         QTest::addColumn<double>("grown");  // area after 200 micrometres more
         QTest::addColumn<double>("shrunk"); // and less
         QTest::newRow("pad") << QByteArray("$0 rect2000x1000\nP 0 0 0 P 0 0\n") << 2.2 * 1.2 << 1.8 * 0.8;
-        QTest::newRow("enlarged pad")
-            << QByteArray("$0 rect1000x500\nP 0 0 -1 0 2 P 0 0\n") << 2.2 * 1.2 << 1.8 * 0.8;
+        QTest::newRow("resized pad") << QByteArray("$0 rect1800x800\nP 0 0 -1 0 200 P 0 0\n") << 2.2 * 1.2
+                                     << 1.8 * 0.8;
         QTest::newRow("line") << QByteArray("$0 s500\nL 0 0 2 0 0 P 0\n") << 2.7 * 0.7 << 2.3 * 0.3;
         const QByteArray frame =
             "S P 0\nOB 0 0 I\nOS 4 0\nOS 4 4\nOS 0 4\nOE\nOB 1 1 H\nOS 3 1\nOS 3 3\nOS 1 3\nOE\nSE\n";

@@ -289,6 +289,39 @@ private slots:
                  1);
     }
 
+    // The number is a length: the file is the one of a pad of that size.
+    void resizedPadIsThePadOfThatSize_data()
+    {
+        QTest::addColumn<QByteArray>("resized");
+        QTest::addColumn<QByteArray>("plain");
+        QTest::newRow("round, shrunk")
+            << QByteArray("$0 r200\nP 1 1 -1 0 -50 P 0 0\n") << QByteArray("$0 r150\nP 1 1 0 P 0 0\n");
+        QTest::newRow("negative, grown") << QByteArray("$0 rect300x200\n$1 s900\nP 1 1 1 P 0 0\n"
+                                                       "P 1 1 -1 0 50 N 0 8 30\n")
+                                         << QByteArray("$0 rect350x250\n$1 s900\nP 1 1 1 P 0 0\n"
+                                                       "P 1 1 0 N 0 8 30\n");
+        QTest::newRow("ring") << QByteArray("$0 donut_r300x200\nP 1 1 -1 0 -20 P 0 0\n")
+                              << QByteArray("$0 donut_r280x220\nP 1 1 0 P 0 0\n");
+        QTest::newRow("nothing left") << QByteArray("$0 r200\n$1 r90\nP 1 1 1 P 0 0\nP 1 1 -1 0 -200 P 0 0\n")
+                                      << QByteArray("$0 r200\n$1 r90\nP 1 1 1 P 0 0\n");
+    }
+    void resizedPadIsThePadOfThatSize()
+    {
+        QFETCH(QByteArray, resized);
+        QFETCH(QByteArray, plain);
+        Board board;
+        board.call.type = API::export_type::gerber;
+        QByteArray files[2];
+        for (int i = 0; i < 2; ++i) {
+            board.features(i == 0 ? resized : plain);
+            QVERIFY(board.call.run());
+            QFile file(board.filePath("out/top.gds"));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            files[i] = file.readAll();
+        }
+        QCOMPARE(files[0], files[1]);
+    }
+
     void malformedLayerFailsAndKeepsTheOldFile()
     {
         Board board;

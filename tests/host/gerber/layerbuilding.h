@@ -66,14 +66,14 @@ inline void addLine(cam::FeatureSet &set, std::uint32_t pen, cam::Point from, ca
 }
 
 inline void addPad(cam::FeatureSet &set, std::uint32_t shape, cam::Point where, bool positive = true,
-                   double angle = 0.0, bool mirror = false, double factor = 1.0)
+                   double angle = 0.0, bool mirror = false, double growth = 0.0)
 {
     cam::Pad pad;
     pad.at = where;
     pad.symbol = shape;
     pad.angle = angle;
     pad.mirror = mirror;
-    pad.factor = factor;
+    pad.growth = growth;
     set.add(pad, polarity(positive));
 }
 

@@ -121,7 +121,7 @@ private slots:
     void arcThatEndsWhereItStartsIsAFullCircle();
     void equalPadsShareAnAperture();
     void turnedPadHasAnApertureOfItsOwn();
-    void padFactorEnlargesTheSymbol();
+    void resizedPadGrowsByItsOwnAndTheLayersGrowth();
     void negativeFeatureIsPaintedClear();
     void clearPadWithCutOutsIsARegion();
     void surfaceIsARegionWithItsArcs();
@@ -321,13 +321,13 @@ void GerberWriterTest::turnedPadHasAnApertureOfItsOwn()
     QVERIFY(file.text().contains("%AMMACRO12*\n4,1,3,-0.1,0,0.1,-0.15,0.1,0.15,-0.1,0,0*\n%"));
 }
 
-void GerberWriterTest::padFactorEnlargesTheSymbol()
+void GerberWriterTest::resizedPadGrowsByItsOwnAndTheLayersGrowth()
 {
     LayerImage image = emptyLayer();
-    addPad(image.steps[0].features, symbol(image, "r200"), at(0, 0), true, 0.0, false, 1.5);
+    addPad(image.steps[0].features, symbol(image, "r200"), at(0, 0), true, 0.0, false, 100 * testing::micrometre);
     QCOMPARE(WrittenFile(image).apertures(), QStringList{"10C,0.3"});
     cam::ExportOptions how = options();
-    how.resize = 60 * testing::micrometre; // of the layer, not of the symbol
+    how.resize = 60 * testing::micrometre;
     QCOMPARE(WrittenFile(image, how).apertures(), QStringList{"10C,0.36"});
 }
 

@@ -16,6 +16,8 @@ Pen::Pen(const StandardSymbol &symbol, double growth, double tolerance) : m_tole
         makeRound((symbol.size[0] + growth) / 2.0);
         return;
     case SymbolKind::Square:
+        if (symbol.angle != 0.0)
+            break;
         m_form = Form::Rectangle;
         m_half = Point{symbol.size[0] + growth, symbol.size[0] + growth} * 0.5;
         return;

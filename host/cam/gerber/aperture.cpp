@@ -164,12 +164,15 @@ std::vector<Point> cornersOf(const ContourView &contour)
 }
 
 // Whether the circles of a contour's arcs lie inside of it, so that the polygon of its corners and these
-// circles together cover exactly what the contour encloses. Asked of the convex contours of solid symbols.
+// circles together cover exactly what the contour encloses. Contours run counter-clockwise here: an arc that
+// runs clockwise is cut out of the contour.
 bool isPolygonWithCircles(const ContourView &contour)
 {
     for (const Edge &arc : contour) {
         if (arc.kind == EdgeKind::Line)
             continue;
+        if (arc.kind == EdgeKind::ArcClockwise)
+            return false;
         const double radius = distance(arc.end, arc.center);
         Point from = contour.start;
         for (const Edge &edge : contour) {
@@ -390,6 +393,11 @@ std::optional<Aperture> stretchedRectangle(const StandardSymbol &symbol, double 
 
 std::optional<Aperture> apertureOf(const StandardSymbol &symbol, double growth, const Transform &map)
 {
+    if (symbol.angle != 0.0) {
+        StandardSymbol unturned = symbol;
+        unturned.angle = 0.0;
+        return apertureOf(unturned, growth, Transform::rotation(symbol.angle).then(map));
+    }
     if (!map.keepsCircles())
         return stretchedRectangle(symbol, growth, map);
     const Box box = extent(shapeOf(symbol, growth));

@@ -44,6 +44,7 @@ private:
     void readTools(const fs::path &layerFolder);
     void noteEmptiness();
     std::uint32_t symbolIndex(std::string_view name, SymbolUnit unit);
+    void noteReading(const StandardSymbol &symbol, const std::string &name);
     std::unique_ptr<FeatureSet> readOwnSymbol(const std::string &name);
     const Font &font(std::string_view name);
     FeatureSet takeFeatures(FeaturesFile &&file);
@@ -189,7 +190,7 @@ void LayerReader::noteEmptiness()
 }
 
 // A standard name always means the standard symbol; the job's own symbols are looked for behind it. Only a
-// name that as a standard one would draw nothing may well be the job's own.
+// name with a suffix, or one that as a standard one would draw nothing, may well be the job's own.
 std::uint32_t LayerReader::symbolIndex(std::string_view name, SymbolUnit unit)
 {
     const std::pair<std::string, SymbolUnit> key(name, unit);
@@ -206,17 +207,28 @@ std::uint32_t LayerReader::symbolIndex(std::string_view name, SymbolUnit unit)
         if (!symbol.features)
             throw;
     }
-    if (symbol.standard && symbol.standard->hasNoSize) {
+    if (symbol.standard && (symbol.standard->hasNoSize || symbol.standard->hasAngle)) {
         symbol.features = readOwnSymbol(key.first);
         if (symbol.features)
             symbol.standard.reset();
-        else
-            ++m_notes.readings["symbol " + key.first + ": a size is not positive, it draws nothing"];
     }
+    if (symbol.standard)
+        noteReading(*symbol.standard, key.first);
     const auto index = static_cast<std::uint32_t>(m_image.symbols.size());
     m_image.symbols.push_back(std::move(symbol));
     m_symbols.emplace(key, index);
     return index;
+}
+
+void LayerReader::noteReading(const StandardSymbol &symbol, const std::string &name)
+{
+    if (symbol.hasNoSize)
+        ++m_notes.readings["symbol " + name + ": a size is not positive, it draws nothing"];
+    if (symbol.hasAngle)
+        ++m_notes.readings["angles behind the names of symbols: counter-clockwise"];
+    if (isStencilSymbol(symbol))
+        ++m_notes.readings
+              ["symbols for solder stencils: drawn as the CAM library's documentation reads their names"];
 }
 
 // Null when the job has none of that name.

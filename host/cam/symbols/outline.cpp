@@ -22,23 +22,11 @@ Point outwardNormal(Point from, Point to)
     return {along.y, -along.x};
 }
 
-struct Straight
-{
-    Point at;
-    Point direction;
-};
-
 Straight movedEdge(const Polygon &polygon, std::size_t index, double distance)
 {
     const Point from = polygon[index];
     const Point to = polygon[(index + 1) % polygon.size()];
     return {from + outwardNormal(from, to) * distance, to - from};
-}
-
-Point intersection(const Straight &a, const Straight &b)
-{
-    const double across = cross(a.direction, b.direction);
-    return a.at + a.direction * (cross(b.at - a.at, b.direction) / across);
 }
 
 // The part of `polygon` to the left of `edge`.
@@ -78,11 +66,12 @@ Edge reversed(const Edge &edge, Point end)
     }
 }
 
+constexpr double shortest = 1e-6; // nanometres: what rounding leaves of an edge without length
+
 // Appends `edge` unless it has no length: an arc that ends where it starts would be a full circle.
 void append(Outline &path, const Edge &edge)
 {
     const Point at = path.isEmpty() ? path.start : path.edges.back().end;
-    const double shortest = 1e-6; // nanometres
     if (distance(at, edge.end) > shortest)
         path.edges.push_back(edge);
 }
@@ -134,6 +123,12 @@ void crossArc(std::optional<Crossing> &best, const Ray &ray, const Outline &outl
 
 } // namespace
 
+Point intersection(const Straight &a, const Straight &b)
+{
+    const double across = cross(a.direction, b.direction);
+    return a.at + a.direction * (cross(b.at - a.at, b.direction) / across);
+}
+
 Polygon grown(const Polygon &polygon, double distance)
 {
     Polygon result;
@@ -177,15 +172,19 @@ Outline roundedOutline(const Polygon &polygon, const std::vector<double> &radii)
         const Point first = corner + back * toTouch;
         if (outline.edges.empty() && i == 0)
             outline.start = first;
-        else if (first != (outline.edges.empty() ? outline.start : outline.edges.back().end))
-            outline.lineTo(first);
+        else
+            append(outline, {first, {}, EdgeKind::Line});
         if (radius <= 0.0)
             continue;
         const Point center = corner + (back + ahead) * (radius / std::sqrt((1.0 - cosine) * (1.0 + cosine)));
-        outline.arcTo(corner + ahead * toTouch, center);
+        const bool turnsLeft = cross(ahead, back) > 0.0;
+        outline.arcTo(corner + ahead * toTouch, center,
+                      turnsLeft ? EdgeKind::ArcCounterClockwise : EdgeKind::ArcClockwise);
     }
-    if (!outline.edges.empty() && outline.edges.back().end != outline.start)
-        outline.lineTo(outline.start);
+    if (outline.isEmpty())
+        return outline;
+    append(outline, {outline.start, {}, EdgeKind::Line});
+    outline.edges.back().end = outline.start;
     return outline;
 }
 

@@ -13,6 +13,16 @@ namespace cam {
 // Corners of a convex polygon, counter-clockwise.
 using Polygon = std::vector<Point>;
 
+// An endless line through `at`.
+struct Straight
+{
+    Point at;
+    Point direction;
+};
+
+// Where two that are not parallel cross.
+Point intersection(const Straight &a, const Straight &b);
+
 // `polygon` with every edge moved outwards by `distance` nanometres (inwards when negative); corners stay
 // sharp. Empty when nothing is left.
 Polygon grown(const Polygon &polygon, double distance);
@@ -34,7 +44,8 @@ struct Outline
 };
 
 Outline circleOutline(Point center, double radius);
-// The corners of `polygon` whose entry in `radii` is positive become arcs that touch both edges.
+// The corners of `polygon`, which need not be convex, whose entry in `radii` is positive become arcs that
+// touch both edges.
 Outline roundedOutline(const Polygon &polygon, const std::vector<double> &radii);
 void add(ContourPool &pool, const Outline &outline, bool isHole);
 

@@ -17,11 +17,12 @@ enum class Tail : std::uint8_t {
     Rounded,          // xr<radius>[x<corners>]
     RoundedChamfered, // xr<radius>[x<corners>] or xc<size>[x<corners>]
     Ends,             // xr or xs
+    EndsAndCorners,   // xr or xs, then perhaps the radius of inner corners, as "xr5" or "xrx5"
     Words             // any words: they draw nothing
 };
 
 // Parameters: s an outer size, l another length, d a length that is not larger than the one before, a an
-// angle, n a count; in capitals: optional. Only an outer size may be negative.
+// angle, n a count, p a percentage; in capitals: optional. Only an outer size may be negative.
 struct Family
 {
     std::string_view name;
@@ -61,6 +62,14 @@ constexpr Family families[] = {
     {"el", SymbolKind::Ellipse, "ss", Tail::Nothing},
     {"moire", SymbolKind::Moire, "llnlla", Tail::Nothing},
     {"hole", SymbolKind::Hole, "s", Tail::Words},
+    {"hplate", SymbolKind::HomePlate, "sslLL", Tail::Nothing},
+    {"rhplate", SymbolKind::InvertedHomePlate, "sslLL", Tail::Nothing},
+    {"fhplate", SymbolKind::FlatHomePlate, "ssllLL", Tail::Nothing},
+    {"radhplate", SymbolKind::BittenHomePlate, "sslL", Tail::Nothing},
+    {"dshape", SymbolKind::RoundHomePlate, "sslL", Tail::Nothing},
+    {"cross", SymbolKind::Cross, "ssllpp", Tail::EndsAndCorners},
+    {"dogbone", SymbolKind::Dogbone, "ssllp", Tail::EndsAndCorners},
+    {"dpack", SymbolKind::PadGrid, "ssllnnL", Tail::Nothing},
     {"null", SymbolKind::Null, "N", Tail::Nothing},
 };
 
@@ -74,29 +83,29 @@ bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-// Walks a name from its first number on.
+// Walks a name from its first number on, up to its suffix.
 class NameReader
 {
 public:
-    NameReader(std::string_view name, std::size_t at, SymbolUnit unit)
-        : m_name(name), m_at(at), m_lengthUnit(nanometresPer(unit))
+    NameReader(std::string_view name, std::size_t at, std::size_t end, SymbolUnit unit)
+        : m_name(name), m_text(name.substr(0, end)), m_at(at), m_lengthUnit(nanometresPer(unit))
     {
     }
 
-    bool atEnd() const { return m_at == m_name.size(); }
+    bool atEnd() const { return m_at == m_text.size(); }
 
     // The number at the reading position; the text behind it must be the end or an "x".
     double number(bool mayBeNegative = false)
     {
-        const char *first = m_name.data() + m_at;
-        const char *last = m_name.data() + m_name.size();
+        const char *first = m_text.data() + m_at;
+        const char *last = m_text.data() + m_text.size();
         const char *digits = first + (mayBeNegative && first != last && *first == '-');
         double value = 0.0;
         const auto end = std::from_chars(first, last, value, std::chars_format::fixed);
         const bool startsRight = digits != last && (isDigit(*digits) || *digits == '.');
         if (!startsRight || end.ec != std::errc() || (end.ptr != last && *end.ptr != 'x'))
-            refuse(m_name, "expected a number at \"" + std::string(m_name.substr(m_at)) + "\"");
-        m_at = static_cast<std::size_t>(end.ptr - m_name.data());
+            refuse(m_name, "expected a number at \"" + std::string(m_text.substr(m_at)) + "\"");
+        m_at = static_cast<std::size_t>(end.ptr - m_text.data());
         return value;
     }
 
@@ -105,6 +114,14 @@ public:
         const double value = number();
         if (value != std::floor(value) || value > 1000.0)
             refuse(m_name, "expected a count up to 1000, not " + std::to_string(value));
+        return value;
+    }
+
+    double percentage()
+    {
+        const double value = number();
+        if (value > 100.0)
+            refuse(m_name, "expected a percentage, not " + std::to_string(value));
         return value;
     }
 
@@ -120,6 +137,8 @@ public:
         case 'n':
         case 'N':
             return count();
+        case 'p':
+            return percentage();
         default:
             return number();
         }
@@ -136,7 +155,7 @@ public:
 
     void separator()
     {
-        if (atEnd() || m_name[m_at] != 'x')
+        if (atEnd() || m_text[m_at] != 'x')
             refuse(m_name, "expected another parameter");
         ++m_at;
     }
@@ -144,7 +163,7 @@ public:
     // Takes `letter` if it stands at the reading position.
     bool take(char letter)
     {
-        if (atEnd() || m_name[m_at] != letter)
+        if (atEnd() || m_text[m_at] != letter)
             return false;
         ++m_at;
         return true;
@@ -155,7 +174,7 @@ public:
     {
         unsigned mask = 0;
         for (; !atEnd(); ++m_at) {
-            const char corner = m_name[m_at];
+            const char corner = m_text[m_at];
             if (corner < '1' || corner > '4')
                 refuse(m_name, "expected corners from 1 to 4");
             mask |= 1u << (corner - '1');
@@ -165,10 +184,11 @@ public:
         return static_cast<std::uint8_t>(mask);
     }
 
-    void skipWords() { m_at = m_name.size(); }
+    void skipWords() { m_at = m_text.size(); }
 
 private:
-    std::string_view m_name;
+    std::string_view m_name; // for messages
+    std::string_view m_text; // without the suffix
     std::size_t m_at;
     double m_lengthUnit;
 };
@@ -213,9 +233,13 @@ void readEnds(NameReader &reader, StandardSymbol &symbol, std::string_view name)
 
 void readTail(NameReader &reader, StandardSymbol &symbol, Tail tail, std::string_view name)
 {
-    if (tail == Tail::Ends)
+    if (tail == Tail::Ends || tail == Tail::EndsAndCorners) {
         readEnds(reader, symbol, name);
-    else if (tail == Tail::Words)
+        if (tail == Tail::EndsAndCorners && !reader.atEnd()) {
+            reader.take('x');
+            symbol.cornerSize = reader.length();
+        }
+    } else if (tail == Tail::Words)
         reader.skipWords();
     else if (tail != Tail::Nothing && !reader.atEnd())
         readCorners(reader, symbol, tail == Tail::RoundedChamfered, name);
@@ -245,9 +269,38 @@ void checkThermal(const StandardSymbol &symbol, std::string_view name)
         refuse(name, "expected 4 spokes at 45 degrees");
     if (spokes > 64.0)
         refuse(name, "expected at most 64 spokes");
-    if (symbol.kind >= SymbolKind::RectangleThermal)
+    if (symbol.kind >= SymbolKind::RectangleThermal && symbol.kind <= SymbolKind::OblongThermal)
         requireWithin(2.0 * symbol.size[5], std::min(symbol.size[0], symbol.size[1]), name,
                       "a line width of at most half the symbol");
+}
+
+void checkStencil(const StandardSymbol &symbol, std::string_view name)
+{
+    const auto &size = symbol.size;
+    switch (symbol.kind) {
+    case SymbolKind::HomePlate:
+    case SymbolKind::InvertedHomePlate:
+        return requireWithin(size[2], size[0], name, "a cut of at most the width");
+    case SymbolKind::FlatHomePlate:
+        requireWithin(size[2], size[1] / 2.0, name, "a vertical cut of at most half the height");
+        return requireWithin(size[3], size[0], name, "a horizontal cut of at most the width");
+    case SymbolKind::BittenHomePlate:
+        return requireWithin(size[2], size[0], name, "a curve of at most the width");
+    case SymbolKind::RoundHomePlate:
+        requireWithin(size[2], size[0], name, "a relief of at most the width");
+        return requireWithin(size[2], size[1] / 2.0, name, "a relief of at most half the height");
+    case SymbolKind::Cross:
+    case SymbolKind::Dogbone:
+        requireWithin(size[2], size[1], name, "a horizontal line of at most the height");
+        return requireWithin(size[3], size[0], name, "a vertical line of at most the width");
+    default:
+        break;
+    }
+    const double columns = size[4], rows = size[5], most = 100.0; // of a PadGrid
+    if (columns < 1.0 || rows < 1.0 || columns > most || rows > most)
+        refuse(name, "expected from 1 to 100 pads in each direction");
+    if (size[2] * (columns - 1.0) >= size[0] || size[3] * (rows - 1.0) >= size[1])
+        refuse(name, "expected gaps that leave room for the pads");
 }
 
 void checkSizes(const StandardSymbol &symbol, std::string_view name)
@@ -267,10 +320,35 @@ void checkSizes(const StandardSymbol &symbol, std::string_view name)
     default:
         if (symbol.kind >= SymbolKind::RoundedThermal && symbol.kind <= SymbolKind::OblongThermal)
             checkThermal(symbol, name);
+        else if (isStencilSymbol(symbol))
+            checkStencil(symbol, name);
     }
 }
 
+// Takes the suffix "_angle" off: the length of the name without it. Families have underscores of their own,
+// so only one behind the first number counts.
+std::size_t readAngle(StandardSymbol &symbol, std::string_view name, std::size_t numbersAt)
+{
+    const std::size_t bar = name.rfind('_');
+    if (bar == std::string_view::npos || bar <= numbersAt)
+        return name.size();
+    const std::string_view text = name.substr(bar + 1);
+    double angle = 0.0;
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), angle, std::chars_format::fixed);
+    if (end.ec != std::errc() || end.ptr != text.data() + text.size() || !std::isfinite(angle))
+        refuse(name, "expected an angle in degrees at \"" + std::string(text) + "\"");
+    symbol.hasAngle = true;
+    angle = std::fmod(angle, 360.0);
+    symbol.angle = angle < 0.0 ? angle + 360.0 : angle;
+    return bar;
+}
+
 } // namespace
+
+bool isStencilSymbol(const StandardSymbol &symbol)
+{
+    return symbol.kind >= SymbolKind::HomePlate && symbol.kind <= SymbolKind::PadGrid;
+}
 
 StandardSymbol parseStandardSymbol(std::string_view name, SymbolUnit unit)
 {
@@ -280,7 +358,8 @@ StandardSymbol parseStandardSymbol(std::string_view name, SymbolUnit unit)
         refuse(name, "is none of the standard symbols");
     StandardSymbol symbol;
     symbol.kind = family->kind;
-    NameReader reader(name, numbersAt, unit);
+    const std::size_t end = readAngle(symbol, name, numbersAt);
+    NameReader reader(name, numbersAt, end, unit);
     for (std::size_t i = 0; i < family->parameters.size(); ++i) {
         const char kind = family->parameters[i];
         const bool isOptional = kind >= 'A' && kind <= 'Z';

@@ -47,12 +47,22 @@ enum class SymbolKind : std::uint8_t {
     Ellipse,              // el: width, height
     Moire,                // moire: ring width, ring gap, rings, line width, line length, line angle
     Hole,                 // hole: diameter (plating and tolerances draw nothing)
-    Null                  // null: nothing
+    HomePlate,            // hplate: width, height, cut, acute radius, obtuse radius
+    InvertedHomePlate,    // rhplate: width, height, cut, acute radius, obtuse radius
+    FlatHomePlate,        // fhplate: width, height, vertical cut, horizontal cut, acute, obtuse radius
+    BittenHomePlate,      // radhplate: width, height, diameter of the bite, corner radius
+    RoundHomePlate,       // dshape: width, height, relief, corner radius
+    Cross,   // cross: width, height, width of the horizontal line, of the vertical one, where they
+             // cross in percent of the width and of the height; ends, cornerSize of inner corners
+    Dogbone, // dogbone: as a cross, without the percentage of the height
+    PadGrid, // dpack: width, height, horizontal gap, vertical gap, columns, rows, corner radius
+    Null     // null: nothing
 };
 
 enum class CornerStyle : std::uint8_t { Sharp, Rounded, Chamfered };
 
-// Whether the pieces of an oblong thermal end in half circles or straight.
+// Whether the pieces of an oblong thermal, or the lines of a cross or a dogbone, end in half circles or
+// straight.
 enum class EndStyle : std::uint8_t { Straight, Round };
 
 // A parsed name: what a writer needs to choose an aperture, and shapeOf() to draw it.
@@ -65,6 +75,9 @@ struct StandardSymbol
     std::uint8_t cornerMask = 0;
     // The name gives a size of zero or less ("r-13.1234", "rect0x5"): kind is Null.
     bool hasNoSize = false;
+    // The name's suffix, degrees counter-clockwise ("rect20x30_45"); 0 <= angle < 360.
+    double angle = 0.0;
+    bool hasAngle = false;   // there is a suffix, perhaps _0
     double cornerSize = 0.0; // nanometres: the radius, or how much of each side a chamfer takes
     // In the order of the name's numbers: lengths in nanometres, angles in degrees, counts plain.
     std::array<double, 8> size{};
@@ -72,8 +85,12 @@ struct StandardSymbol
 
 // `name` in lower case without unit suffix, its lengths in `unit`. Throws SymbolError, naming `name`, for
 // anything that is not a standard symbol or whose numbers make no shape. An outer size of zero or less is no
-// error: nothing can be meant by it, and there is nothing to draw.
+// error: nothing can be meant by it, and there is nothing to draw. Any name may bear an angle:
+// "rect20x30_45".
 StandardSymbol parseStandardSymbol(std::string_view name, SymbolUnit unit);
+
+// Whether the symbol is one of those for solder stencils, which descriptions of the format show differently.
+bool isStencilSymbol(const StandardSymbol &symbol);
 
 // The symbol about its own origin, in nanometres, with true arcs (an ellipse, which has none, as a polygon
 // within 0.1 micrometre); empty for "null" and for a symbol without extent ("r0"). `growth`: nanometres by

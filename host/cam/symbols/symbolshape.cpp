@@ -1,6 +1,7 @@
 // The shape of every standard symbol: solids first, then rings, then rings cut by gaps.
 #include "host/cam/symbols/outline.h"
 #include "host/cam/symbols/standardsymbol.h"
+#include "host/cam/symbols/stencilsymbol.h"
 
 #include "host/cam/geometry/trigonometry.h"
 
@@ -567,9 +568,8 @@ void addMoire(Shape &shape, const StandardSymbol &symbol, double growth)
     }
 }
 
-} // namespace
-
-Shape shapeOf(const StandardSymbol &symbol, double growth)
+// As if the name had no suffix.
+Shape unturnedShape(const StandardSymbol &symbol, double growth)
 {
     const auto &size = symbol.size;
     Shape shape;
@@ -668,10 +668,33 @@ Shape shapeOf(const StandardSymbol &symbol, double growth)
     case SymbolKind::Moire:
         addMoire(shape, symbol, growth);
         break;
+    case SymbolKind::HomePlate:
+    case SymbolKind::InvertedHomePlate:
+    case SymbolKind::FlatHomePlate:
+    case SymbolKind::BittenHomePlate:
+    case SymbolKind::RoundHomePlate:
+    case SymbolKind::Cross:
+    case SymbolKind::Dogbone:
+    case SymbolKind::PadGrid:
+        addStencilSymbol(shape, symbol, growth);
+        break;
     case SymbolKind::Null:
         break;
     }
     return shape;
+}
+
+} // namespace
+
+Shape shapeOf(const StandardSymbol &symbol, double growth)
+{
+    Shape shape = unturnedShape(symbol, growth);
+    if (symbol.angle == 0.0)
+        return shape;
+    Shape turned;
+    for (std::size_t i = 0; i < shape.contours.size(); ++i)
+        turned.contours.add(shape.contours[i], Transform::rotation(symbol.angle));
+    return turned;
 }
 
 } // namespace cam

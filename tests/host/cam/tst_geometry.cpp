@@ -259,6 +259,19 @@ private slots:
         QVERIFY(polygons.list.empty());
     }
 
+    void penTurnsBySuffixOfItsName()
+    {
+        Pen pen(symbol("s200_45"), 0.0, arcTolerance);
+        Polygons polygons;
+        pen.draw(Line{{0, 0}, {0, 0}, 0}, polygons);
+        QCOMPARE(polygons.list.size(), std::size_t(1));
+        Box box;
+        for (const Point corner : polygons.list[0])
+            box.add(corner);
+        QVERIFY(isNear(box.high.x, 0.1 * mm * std::sqrt(2.0), 1.0));
+        QVERIFY(isNear(areaOf(polygons.list[0]), 0.04 * mm * mm, 1e3));
+    }
+
     void squareLineIsNotTurned_data()
     {
         QTest::addColumn<double>("x");

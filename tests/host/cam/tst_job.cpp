@@ -338,6 +338,19 @@ private slots:
                  std::string("symbol s-2: a size is not positive, it draws nothing"));
     }
 
+    void ownSymbolGoesBeforeAStandardOneWithASuffix()
+    {
+        JobFolder folder;
+        folder.features("$0 s10_2\n$1 s10_30\n$2 s10\nP 1 1 0 P 0 0\nP 2 1 1 P 0 0\nP 3 1 2 P 0 0\n");
+        for (const char *own : {"symbols/s10_2/features", "symbols/s10/features"})
+            folder.write(own, "$0 r5\nP 0 0 0 P 0 0\n");
+        const LayerImage image = readTop(folder);
+        const FeatureSet &top = image.top().features;
+        QVERIFY(image.symbols[top.pads[0].symbol].features);
+        QCOMPARE(image.symbols[top.pads[1].symbol].standard->angle, 30.0);
+        QVERIFY(image.symbols[top.pads[2].symbol].standard);
+    }
+
     void sameNameInTwoUnitsMakesTwoSymbols()
     {
         JobFolder folder;

@@ -322,6 +322,27 @@ private slots:
         QCOMPARE(files[0], files[1]);
     }
 
+    // One of them must not keep a paste layer from being exported.
+    void stencilSymbolIsExportedAndItsReadingLoggedOnce()
+    {
+        Board board;
+        board.features("$0 dogbone2400x1600x400x400x50xr\n$1 rect1600x800_30\n$2 hplate2400x1600x800\n"
+                       "P 3 3 0 P 0 0\nP 8 3 1 P 0 0\nP 12 3 2 N 0 0\nP 12 6 2 P 0 0\n");
+        for (const auto type : {API::export_type::gds, API::export_type::gerber}) {
+            board.call.type = type;
+            LogCapture log;
+            QVERIFY(board.call.run());
+            int stencils = 0, angles = 0;
+            for (const LogLine &line : log.lines()) {
+                const QString message = QString::fromStdString(line.message);
+                stencils += message.contains("symbols for solder stencils");
+                angles += message.contains("angles behind the names of symbols");
+            }
+            QCOMPARE(stencils, 1);
+            QCOMPARE(angles, 1);
+        }
+    }
+
     void malformedLayerFailsAndKeepsTheOldFile()
     {
         Board board;

@@ -104,6 +104,9 @@ void ApertureTest::simpleSymbolIsAStandardAperture_data()
     row("donut_r300x200", 0, 200, "C,0.5");
     row("donut_sr300x200", 0, 200, "R,0.5X0.5");
     row("el200x200", 0, 0, "");
+    row("rect300x200_90", 0, 0, "R,0.2X0.3");
+    row("rect300x200_30", -30, 0, "R,0.3X0.2");
+    row("r200_30", 0, 0, "C,0.2");
 }
 
 void ApertureTest::simpleSymbolIsAStandardAperture()
@@ -152,7 +155,20 @@ void ApertureTest::macroCoversWhatTheSymbolCovers_data()
                              "sr_ths300x200x45x4x50",
                              "rc_ths300x200x45x4x50x40",
                              "rc_tho300x200x0x2x50x40",
-                             "moire20x30x2x10x300x20"}) {
+                             "moire20x30x2x10x300x20",
+                             "hplate300x200x100",
+                             "hplate300x200x100x20x30",
+                             "rhplate300x200x100",
+                             "rhplate300x200x300",
+                             "fhplate300x200x50x100x20x30",
+                             "dshape300x200x100x20",
+                             "cross300x300x40x60x20x60xs",
+                             "cross300x300x40x60x50x50xr",
+                             "dogbone300x200x40x60x20xs",
+                             "dogbone300x200x40x60x50xr",
+                             "dpack300x200x30x20x3x2x10",
+                             "rect300x200_30",
+                             "tri300x200_20"}) {
         QTest::newRow(name) << QString(name) << 0.0 << false << 0.0;
         QTest::newRow(qPrintable(QString(name) + " turned and mirrored"))
             << QString(name) << 33.0 << true << 0.0;
@@ -201,7 +217,9 @@ void ApertureTest::symbolWithoutExactFormHasNoAperture_data()
     QTest::addColumn<QString>("name");
     for (const char *name :
          {"el300x200", "oval_h60x200", "oblong_ths300x200x90x2x50x40xr", "o_ths300x200x45x4x50x40",
-          "s_ths300x200x0x4x50xr80", "ths300x100x0x4x120", "r0", "null1", "rect0x200"})
+          "s_ths300x200x0x4x50xr80", "rhplate300x200x100x20x30", "radhplate300x200x100", "dshape300x200x50",
+          "cross300x300x40x60x50x50xr10", "dogbone300x200x40x60x50xrx10", "ths300x100x0x4x120", "r0", "null1",
+          "rect0x200"})
         QTest::newRow(name) << QString(name);
 }
 

@@ -324,7 +324,8 @@ void GerberWriterTest::turnedPadHasAnApertureOfItsOwn()
 void GerberWriterTest::resizedPadGrowsByItsOwnAndTheLayersGrowth()
 {
     LayerImage image = emptyLayer();
-    addPad(image.steps[0].features, symbol(image, "r200"), at(0, 0), true, 0.0, false, 100 * testing::micrometre);
+    addPad(image.steps[0].features, symbol(image, "r200"), at(0, 0), true, 0.0, false,
+           100 * testing::micrometre);
     QCOMPARE(WrittenFile(image).apertures(), QStringList{"10C,0.3"});
     cam::ExportOptions how = options();
     how.resize = 60 * testing::micrometre;

@@ -45,6 +45,13 @@ double gapInRing(double outer, double inner, double gap)
     return 2.0 * (strip(outer / 2.0, gap / 2.0) - strip(inner / 2.0, gap / 2.0));
 }
 
+// What rounding a corner of `degrees` takes away.
+double roundedOff(double degrees, double radius)
+{
+    const double half = degrees * pi / 360.0;
+    return radius * radius * (1.0 / std::tan(half) - (pi / 2.0 - half));
+}
+
 // The sides of a contour that a ray to the right of `at` crosses, arcs taken as 2-degree chords.
 bool isInside(const cam::ContourView &contour, Point at)
 {
@@ -102,6 +109,8 @@ private slots:
     void pointIsDarkWhereThePictureShowsIt();
     void milsAreThousandthsOfAnInch();
     void roundCornersAreTrueArcs();
+    void cornersOfStencilSymbolsAreTrueArcs();
+    void suffixCountsInMilsToo();
     void shrinkingAThinSymbolLeavesNothing();
     void symbolWithoutAPositiveSizeDrawsNothing_data();
     void symbolWithoutAPositiveSizeDrawsNothing();
@@ -186,6 +195,60 @@ void StandardSymbolTest::areaIsWhatTheNameSays_data()
     row("moire20x30x2x10x0x0", circle(20) + (circle(120) - circle(80)) + (circle(220) - circle(180)));
     row("moire0x30x2x10x400x45", 2 * (400 * 10 + circle(10)));
     row("hole300xpx10x10", circle(300));
+
+    const auto degrees = [](double rise, double run) { return std::atan2(rise, run) * 180.0 / pi; };
+    row("hplate300x200x100", 60000 - 10000);
+    row("hplate300x200x300", 30000);
+    row("hplate300x200x0", 60000);
+    row("hplate300x200x100x20x30", 50000 - 3 * roundedOff(90, 20) - 2 * roundedOff(135, 30));
+    row("hplate300x200x50x20x30", 55000 - 2 * roundedOff(90, 20) - roundedOff(2 * degrees(100, 50), 30) -
+                                      2 * roundedOff(180 - degrees(100, 50), 30)); // its tip is obtuse
+    row("hplate300x200x100x0x30", 50000 - 2 * roundedOff(135, 30));
+    row("hplate300x200x100x20", 50000 - 3 * roundedOff(90, 20));
+    row("rhplate300x200x100", 60000 - 10000);
+    row("rhplate300x200x300", 30000); // two pieces
+    row("rhplate300x200x100x20x30",
+        50000 - 2 * roundedOff(90, 20) - 2 * roundedOff(45, 20) + roundedOff(90, 30));
+    row("fhplate300x200x50x100", 60000 - 5000);
+    row("fhplate300x200x100x100", 60000 - 10000); // a point again
+    row("fhplate300x200x50x100x20x30", 55000 - 2 * roundedOff(90, 20) -
+                                           2 * roundedOff(180 - degrees(50, 100), 30) -
+                                           2 * roundedOff(180 - degrees(100, 50), 30));
+    row("radhplate300x200x100", 60000 - circle(100) / 2);
+    row("radhplate300x200x0", 60000);
+    row("radhplate300x200x100x20", 60000 - circle(100) / 2 - 4 * roundedOff(90, 20));
+    row("radhplate300x200x100x80", 60000 - circle(100) / 2 - 2 * roundedOff(90, 80) -
+                                       2 * roundedOff(90, 50)); // no room for more beside the bite
+    row("radhplate300x200x240", 60000 - 2 * strip(120, 100));   // wider than the end
+    row("dshape300x200x100", 200 * 200 + circle(200) / 2);
+    row("dshape300x200x100x20", 200 * 200 + circle(200) / 2 - 2 * roundedOff(90, 20));
+    row("dshape300x200x50", 250 * 200 + 125 * 125 * std::asin(0.8) - 100 * 75);
+    row("dshape300x200x0", 60000);
+    row("dshape200x400x200", circle(400) / 2);
+    row("cross300x300x40x60x50x50xs", 300 * 40 + 300 * 60 - 40 * 60);
+    row("cross300x200x40x60x20x75xs", 300 * 40 + 200 * 60 - 40 * 60);
+    row("cross300x300x40x60x0x100xs", 300 * 40 + 300 * 60 - 40 * 60); // an angle
+    row("cross300x300x40x60x50x50xr", 27600 - (1600 - circle(40)) - (3600 - circle(60)));
+    row("cross300x300x40x60x50x50xs10", 27600 + 4 * roundedOff(90, 10));
+    row("cross300x300x40x60x50x50xrx10",
+        27600 - (1600 - circle(40)) - (3600 - circle(60)) + 4 * roundedOff(90, 10));
+    row("cross300x300x40x0x50x50xs", 300 * 40);
+    row("dogbone300x200x40x60x50xs", 2 * 300 * 40 + 120 * 60);
+    row("dogbone300x200x40x60x0xs", 2 * 300 * 40 + 120 * 60);
+    row("dogbone300x200x40x60x50xr", 31200 - 2 * (1600 - circle(40)));
+    row("dogbone300x200x40x60x50xsx20", 31200 + 4 * roundedOff(90, 20));
+    row("dogbone300x200x40x0x50xs", 2 * 300 * 40);
+    row("dogbone300x60x40x60x50xs", 300 * 60); // no gap
+    row("dpack300x200x30x20x3x2", 6 * 80 * 90);
+    row("dpack300x200x30x20x3x2x10", 6 * (80 * 90 - 400 + circle(20)));
+    row("dpack300x200x30x20x1x1x500", 100 * 200 + circle(200)); // cut to half of the smaller side
+
+    row("rect300x200_30", 60000);
+    row("hex_l300x200x60_17.5", 180 * 200 + 60 * 200);
+    row("s_ths300x200x0x4x50xr80_45",
+        90000 - (160 * 160 - circle(160)) - 40000 + (60 * 60 - circle(60)) - 4 * 50 * 50);
+    row("hole300xpx10x10_30", circle(300));
+    row("null1_30", 0);
     row("null7", 0);
 }
 
@@ -220,6 +283,12 @@ void StandardSymbolTest::extentIsWhatTheNameSays_data()
     row("rc_ths300x200x45x4x50x40", 300, 200);
     row("oblong_ths300x200x0x2x50x40xr", 300, 200);
     row("moire20x30x2x10x400x0", 410, 410);
+    for (const char *name : {"hplate300x200x100", "rhplate300x200x100", "fhplate300x200x50x100x10x10",
+                             "radhplate300x200x100x20", "dshape300x200x40x20", "cross300x200x40x60x20x75xr10",
+                             "dogbone300x200x40x60x50xrx10", "dpack300x200x30x20x3x2x10"})
+        row(name, 300, 200);
+    row("rect300x200_90", 200, 300);
+    row("s200_45", 200 * std::sqrt(2.0), 200 * std::sqrt(2.0));
 }
 
 void StandardSymbolTest::extentIsWhatTheNameSays()
@@ -264,6 +333,27 @@ void StandardSymbolTest::growthMovesEveryEdgeByHalfOfIt_data()
     row("oval_h300x200", 20, "oval_h320x220");
     row("di200x200", 20.0 * std::sqrt(2.0), "di240x240");
     row("bfs300", 0.0, "bfs300");
+    row("hplate300x200x100", 20, "hplate324.142135623731x220x110");
+    row("hplate300x200x100x20x30", 20, "hplate324.142135623731x220x110x30x40");
+    row("hplate300x200x100x20x30", -20, "hplate275.857864376269x180x90x10x20");
+    row("hplate300x200x100x20x30", -150, "hplate118.933982822018x50x25"); // radii used up
+    row("rhplate300x200x100", 20, "rhplate334.142135623731x220x110");
+    row("rhplate300x200x100", -20, "rhplate265.857864376269x180x90");
+    row("rhplate300x200x100x20x30", -20, "rhplate265.857864376269x180x90x10x40");
+    row("fhplate300x200x50x50x20x30", 20, "fhplate320x220x55.857864376269x55.857864376269x30x40");
+    row("fhplate300x200x90x50", -100, "hplate198.35761032785x100x27.7777777777778"); // the flat end is gone
+    // A half circle less, and what the end has moved on; the same inwards.
+    row("radhplate300x200x100", 20, "rect67086.725877128166x1");
+    row("radhplate300x200x100", -20, "rect45939.554286908x1");
+    row("dshape300x200x100x20", 20, "dshape320x220x110x30");
+    row("dshape300x200x50", 20, "dshape320x220x56.73762078750736");
+    row("cross300x300x40x60x50x50xr", 20, "cross320x320x60x80x50x50xr");
+    row("cross300x300x40x60x50x50xr10", -10, "cross290x290x30x50x50x50xr15");
+    row("cross300x300x40x60x50x50xr10", -50, "rect10x250xr5"); // the thinner line is gone
+    row("dogbone300x200x40x60x50xrx20", 20, "dogbone320x220x60x80x50xrx10");
+    row("dogbone300x200x40x60x50xr", 130, "rect430x330xr85"); // no gap
+    row("dpack300x200x30x20x3x2x10", 10, "dpack310x210x20x10x3x2x15");
+    row("rect300x200_30", 20, "rect320x220");
 }
 
 void StandardSymbolTest::growthMovesEveryEdgeByHalfOfIt()
@@ -309,6 +399,39 @@ void StandardSymbolTest::pointIsDarkWhereThePictureShowsIt_data()
     row("a moire's first gap", "moire20x30x2x0x0x0", 25, 0, false);
     row("a moire's first ring", "moire20x30x2x0x0x0", 50, 0, true);
     row("a moire's line", "moire20x30x2x10x400x0", 195, 0, true);
+    row("a home plate points to the right", "hplate300x200x100", 145, 0, true);
+    row("its shoulders are cut", "hplate300x200x100", 140, 80, false);
+    row("its left is whole", "hplate300x200x100", -145, 95, true);
+    row("a notch is at the right", "rhplate300x200x100", 60, 0, false);
+    row("beside the notch", "rhplate300x200x100", 140, 95, true);
+    row("before the notch", "rhplate300x200x100", 40, 0, true);
+    row("a flat plate is flat at the right", "fhplate300x200x50x100", 148, 45, true);
+    row("above the flat", "fhplate300x200x50x100", 148, 60, false);
+    row("its left is whole", "fhplate300x200x50x100", -148, 97, true);
+    row("the vertical cut is the first", "fhplate300x200x20x100", 100, 95, false);
+    row("a bite is round", "radhplate300x200x100", 105, 0, false);
+    row("before the bite", "radhplate300x200x100", 95, 0, true);
+    row("beside the bite", "radhplate300x200x100", 148, 60, true);
+    row("a bite between round corners", "radhplate300x200x100x30", 120, 0, false);
+    row("a D is round at the right", "dshape300x200x50", 148, 5, true);
+    row("a D's right corner", "dshape300x200x50", 140, 95, false);
+    row("a D's left corner", "dshape300x200x50", -148, 98, true);
+    row("a cross's vertical line, in percent from the left", "cross300x300x20x20x10x90xs", -120, -140, true);
+    row("a cross's horizontal line, in percent from below", "cross300x300x20x20x10x90xs", 140, 120, true);
+    row("a cross is open between", "cross300x300x20x20x10x90xs", 0, 0, false);
+    row("an inner corner is round", "cross300x300x40x40x50x50xs30", 25, 25, true);
+    row("a dogbone's bars are horizontal", "dogbone300x200x40x60x50xs", 140, 90, true);
+    row("a dogbone is open at its sides", "dogbone300x200x40x60x50xs", 140, 0, false);
+    row("a dogbone's bars are joined", "dogbone300x200x40x60x50xs", 0, 0, true);
+    row("a dogbone's joint, in percent from the left", "dogbone300x200x40x60x0xs", -145, 0, true);
+    row("columns come before rows", "dpack300x200x30x20x3x2", -55, 50, false);
+    row("a gap between rows", "dpack300x200x30x20x3x2", -100, 0, false);
+    row("a pad of a grid", "dpack300x200x30x20x3x2", -100, 50, true);
+    row("a suffix turns counter-clockwise", "rect300x20_30", 125, 72, true);
+    row("not clockwise", "rect300x20_30", 125, -72, false);
+    row("a triangle turned by 90 points to the left", "tri200x200_90", -95, 0, true);
+    row("a negative suffix turns clockwise", "tri200x200_-90", 95, 0, true);
+    row("a suffix adds to a thermal's own angle", "ths200x100x90x1x20_90", -75, 0, false);
 }
 
 void StandardSymbolTest::pointIsDarkWhereThePictureShowsIt()
@@ -338,11 +461,59 @@ void StandardSymbolTest::roundCornersAreTrueArcs()
     QCOMPARE(lines, 4);
 }
 
+void StandardSymbolTest::cornersOfStencilSymbolsAreTrueArcs()
+{
+    const auto arcsOf = [](const char *name) {
+        int clockwise = 0, counterClockwise = 0;
+        const Shape shape = shapeOf(name);
+        for (std::size_t i = 0; i < shape.contours.size(); ++i) {
+            for (const cam::Edge &edge : shape.contours[i]) {
+                clockwise += edge.kind == cam::EdgeKind::ArcClockwise;
+                counterClockwise += edge.kind == cam::EdgeKind::ArcCounterClockwise;
+            }
+        }
+        return std::make_pair(counterClockwise, clockwise);
+    };
+    QCOMPARE(arcsOf("hplate300x200x100x20x30"), std::make_pair(5, 0));
+    QCOMPARE(arcsOf("rhplate300x200x100x20x30"), std::make_pair(4, 1));
+    QCOMPARE(arcsOf("fhplate300x200x50x100x20x30"), std::make_pair(6, 0));
+    QCOMPARE(arcsOf("radhplate300x200x100x20"), std::make_pair(4, 1));
+    QCOMPARE(arcsOf("dshape300x200x50x20"), std::make_pair(3, 0));
+    QCOMPARE(arcsOf("cross300x300x40x60x50x50xr10"), std::make_pair(8, 4));
+    QCOMPARE(arcsOf("dogbone300x200x40x60x50xrx10"), std::make_pair(8, 4));
+    QCOMPARE(arcsOf("dpack300x200x30x20x3x2x10"), std::make_pair(24, 0));
+}
+
+void StandardSymbolTest::suffixCountsInMilsToo()
+{
+    const cam::Box box =
+        cam::extent(cam::shapeOf(cam::parseStandardSymbol("rect20x10_90", SymbolUnit::Mils)));
+    QCOMPARE(box.high.x - box.low.x, 10 * 25400.0);
+    QCOMPARE(box.high.y - box.low.y, 20 * 25400.0);
+}
+
 void StandardSymbolTest::shrinkingAThinSymbolLeavesNothing()
 {
-    for (const char *name :
-         {"r200", "s200", "rect900x200", "oval900x200", "di200x200", "tri200x200", "oct200x200x50",
-          "donut_r300x200", "bfs200", "el900x200", "thr300x200x45x4x50", "s_tho300x200x45x4x50"}) {
+    for (const char *name : {"r200",
+                             "s200",
+                             "rect900x200",
+                             "oval900x200",
+                             "di200x200",
+                             "tri200x200",
+                             "oct200x200x50",
+                             "donut_r300x200",
+                             "bfs200",
+                             "el900x200",
+                             "thr300x200x45x4x50",
+                             "s_tho300x200x45x4x50",
+                             "hplate900x200x100x20x30",
+                             "rhplate900x200x100x20x30",
+                             "fhplate900x200x50x100",
+                             "radhplate900x200x100x20",
+                             "dshape900x200x50x20",
+                             "cross900x900x40x60x50x50xr10",
+                             "dogbone900x900x40x60x50xrx10",
+                             "dpack900x900x30x20x3x3x10"}) {
         QVERIFY2(areaOf(shapeOf(name, -400)) == 0.0, name);
     }
 }
@@ -353,7 +524,8 @@ void StandardSymbolTest::symbolWithoutAPositiveSizeDrawsNothing_data()
     QTest::addColumn<bool>("hasNoSize");
     for (const char *name :
          {"r-13.1234", "r0", "s-1", "rect0x5", "rect5x-5", "rect0x5xr2", "oct-10x20x5", "donut_r0x10",
-          "donut_rc-5x20x3", "ths-300x200x45x4x50", "oblong_ths0x200x0x2x50x40xr", "hole-1xpx0x0"})
+          "donut_rc-5x20x3", "ths-300x200x45x4x50", "oblong_ths0x200x0x2x50x40xr", "hole-1xpx0x0",
+          "rect0x5_30", "cross-1x300x40x60x50x50xs", "dpack300x0x30x20x3x2"})
         QTest::newRow(name) << QString(name) << true;
     QTest::newRow("null1") << QString("null1") << false; // meant to draw nothing
 }
@@ -408,7 +580,34 @@ void StandardSymbolTest::unknownNameIsRefusedByName_data()
                              "moire20x30",
                              "donut_s300x200xc20",
                              "r99999999999999999999",
-                             "ths300x200x0x65x1"})
+                             "ths300x200x0x65x1",
+                             "hplate300x200",
+                             "hplate300x200x301",
+                             "hplate300x200x-5",
+                             "hplate300x200x100x1x1x1",
+                             "rhplate300x200x301",
+                             "fhplate300x200x100",
+                             "fhplate300x200x101x50",
+                             "fhplate300x200x50x301",
+                             "radhplate200x300x201",
+                             "dshape300x200x101",
+                             "dshape100x300x101",
+                             "cross300x300x40x60x50x50",
+                             "cross300x300x40x60x50x50xq",
+                             "cross300x300x40x60x101x50xs",
+                             "cross300x300x301x60x50x50xs",
+                             "dogbone300x200x40x301x50xr",
+                             "dogbone300x200x40x60x50xrx",
+                             "dpack300x200x30x20x0x2",
+                             "dpack300x200x30x20x3x2.5",
+                             "dpack300x200x150x20x3x2",
+                             "dpack300x200x1x1x101x2",
+                             "rect20x30_",
+                             "rect20x30_up",
+                             "rect20x30_1e3",
+                             "rect20x30_45_45",
+                             "rect_45",
+                             "_45"})
         QTest::newRow(name) << QString(name);
 }
 

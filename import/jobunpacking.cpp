@@ -149,6 +149,7 @@ bool FileProcess::copyDirectory(QString source, QString &name, bool)
     const std::string deleteCommand =
         std::string("/c del ") + jobRoot.toStdString() + name.toStdString() + std::string("*.tar");
     UnzipProgress::removeCmd = deleteCommand;
+    UnzipProgress::mergeFolder = overwrite ? name.toStdWString() : std::wstring();
 
     if (!start(job) || !waitFor(job, progress.bar)) {
         progress.close();

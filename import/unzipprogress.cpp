@@ -22,6 +22,7 @@ std::wstring UnzipProgress::sourcePath;
 std::wstring UnzipProgress::tarName;
 std::wstring UnzipProgress::unzipedFilePath;
 std::string UnzipProgress::removeCmd;
+std::wstring UnzipProgress::mergeFolder;
 
 namespace {
 
@@ -48,10 +49,17 @@ std::wstring memberName(const Bit7zLibrary &library, const std::wstring &file)
     return name;
 }
 
-std::wstring firstItemName(const Bit7zLibrary &library, const std::wstring &file)
+// The job's folder as named inside the archive. Archivers that store no entry for it begin with something in
+// it.
+std::wstring jobFolderName(const Bit7zLibrary &library, const std::wstring &file)
 {
     const BitArchiveInfo info(library, file, BitFormat::Tar);
     const std::vector<BitArchiveItem> items = info.items();
+    for (const BitArchiveItem &item : items) {
+        const std::wstring folder = item.topFolder();
+        if (!folder.empty())
+            return folder;
+    }
     return items.empty() ? std::wstring() : items.front().name();
 }
 
@@ -134,11 +142,14 @@ void UnzipProgress::unpack(ORVEX::COMMON::progress_value<void> *progress)
 
     const std::wstring tarPath = unzipedFilePath + tarName;
     nameTar(tarPath);
-    const std::wstring folderName = firstItemName(library, tarPath);
-    tarExtractor.extract(tarPath, unzipedFilePath);
+    const std::wstring folderName = jobFolderName(library, tarPath);
+    const BitExtractor::Unpacked unpacked = tarExtractor.extract(tarPath, unzipedFilePath, mergeFolder);
+    if (!unpacked.isMerged)
+        mergeFolder.clear();
 
     progress->set_value(100.0);
-    tarName = folderName;
+    const auto placed = unpacked.names.find(folderName);
+    tarName = placed == unpacked.names.end() ? folderName : placed->second;
     removeCmd += "*.tar";
 }
 

@@ -21,10 +21,12 @@ public:
     // 0 while the work runs, 100 after a success, -1 after a failure.
     double get_value();
 
-    static std::wstring sourcePath; // of the archive, with backslashes
-    static std::wstring tarName;    // in: the tar's file name; out: the first item's name, the job's folder
+    static std::wstring sourcePath;      // of the archive, with backslashes
+    static std::wstring tarName;         // in: the tar's file name; out: the name of the job's folder
     static std::wstring unzipedFilePath; // the job root, with a backslash at its end
     static std::string removeCmd;        // parameters of the clean-up command
+    // In: the folder of the job root that may be unpacked over, empty for none; out: empty when none was.
+    static std::wstring mergeFolder;
 
 private:
     static void process(ORVEX::COMMON::progress_value<void> *progress);

@@ -4,6 +4,7 @@
 #include "import/archive/entrylist.h"
 #include "import/archive/extractionplan.h"
 #include "import/archive/filecopier.h"
+#include "import/archive/filesystem.h"
 #include "import/archive/filewriter.h"
 #include "import/archive/localpath.h"
 #include "import/archive/outfile.h"
@@ -74,12 +75,24 @@ private:
     FileWriter m_writer;
 };
 
-// Refuses a plan that would write through a link that is already in the output folder, or into a file.
-void checkFoldersThere(const ExtractionPlan &plan, const fs::path &output)
+std::wstring firstPart(const std::wstring &path)
 {
-    std::wstring missing; // a folder that is not there, with a "/": nothing in it needs a look
+    return path.substr(0, path.find(L'/'));
+}
+
+// Refuses a plan that would write through a link that is already in the output folder, or into a file. Only
+// what is merged into `mergeFolder` meets anything there.
+void checkFoldersThere(const ExtractionPlan &plan, const fs::path &output, const fs::path &mergeFolder)
+{
+    std::wstring top;
+    bool isMerged = false; // everything in `top`
+    std::wstring missing;  // a folder that is not there, with a "/": nothing in it needs a look
     for (const ExtractionPlan::Folder &folder : plan.folders) {
-        if (!missing.empty() && folder.path.compare(0, missing.size(), missing) == 0)
+        if (firstPart(folder.path) != top) {
+            top = firstPart(folder.path);
+            isMerged = StagingFolder::isReplaceable(output, localRelativePath(top), mergeFolder);
+        }
+        if (!isMerged || (!missing.empty() && folder.path.compare(0, missing.size(), missing) == 0))
             continue;
         const fs::path path = output / localRelativePath(folder.path);
         const fs::file_type type = statusOfItself(path).type();
@@ -101,25 +114,20 @@ void checkSpace(std::uint64_t needed, const fs::path &output)
                            std::to_string(space.available) + " are free");
 }
 
-void makeFolders(const ExtractionPlan &plan, const fs::path &folder)
+void makePlannedFolders(const ExtractionPlan &plan, const fs::path &folder)
 {
     for (const ExtractionPlan::Folder &planned : plan.folders)
         makeFolder(folder / localRelativePath(planned.path));
 }
 
 // Links come after all files, so that nothing is ever written through one.
-void makeLinks(const ExtractionPlan &plan, const fs::path &folder)
+void makePlannedLinks(const ExtractionPlan &plan, const fs::path &folder)
 {
     for (const ExtractionPlan::Link &link : plan.hardLinks)
-        fs::create_hard_link(folder / localRelativePath(link.target), folder / localRelativePath(link.path));
-    for (const ExtractionPlan::Link &link : plan.symbolicLinks) {
-        const fs::path target = localRelativePath(link.target);
-        const fs::path path = folder / localRelativePath(link.path);
-        if (link.toFolder)
-            fs::create_directory_symlink(target, path);
-        else
-            fs::create_symlink(target, path);
-    }
+        makeHardLink(folder / localRelativePath(link.target), folder / localRelativePath(link.path));
+    for (const ExtractionPlan::Link &link : plan.symbolicLinks)
+        makeSymbolicLink(localRelativePath(link.target), folder / localRelativePath(link.path),
+                         link.toFolder);
 }
 
 // Inner folders first: making something in a folder changes its time.
@@ -165,18 +173,34 @@ void unpackFiles(const InArchive &archive, const std::vector<ExtractionPlan::Fil
         decodeFiles(archive, others, folder);
 }
 
-void extractTar(const InArchive &archive, const std::vector<Entry> &entries, const std::wstring &archiveFile,
-                const fs::path &output)
+BitExtractor::Unpacked extractTar(const InArchive &archive, const std::vector<Entry> &entries,
+                                  const std::wstring &archiveFile, const fs::path &output,
+                                  const fs::path &mergeFolder)
 {
     const ExtractionPlan plan = planExtraction(entries, nativeNameRules());
-    checkFoldersThere(plan, output);
+    checkFoldersThere(plan, output, mergeFolder);
     StagingFolder staging(output);
     checkSpace(plan.totalSize, output);
-    makeFolders(plan, staging.content());
+    makePlannedFolders(plan, staging.content());
     unpackFiles(archive, plan.files, archiveFile, staging.content());
-    makeLinks(plan, staging.content());
+    makePlannedLinks(plan, staging.content());
     setFolderTimes(plan, staging.content());
-    staging.commit();
+
+    BitExtractor::Unpacked unpacked;
+    for (const StagingFolder::Placed &placed : staging.commit(mergeFolder)) {
+        unpacked.names[wideFromLocal(placed.name)] = wideFromLocal(placed.placedAs);
+        unpacked.isMerged = unpacked.isMerged || placed.isMerged;
+    }
+    return unpacked;
+}
+
+// Whether a file of this name may be the tar of an earlier import.
+bool isTarName(const std::wstring &name)
+{
+    const std::size_t endingLength = 4;
+    if (name.size() < endingLength)
+        return false;
+    return foldedName(name.substr(name.size() - endingLength), NameRules::Windows) == L".TAR";
 }
 
 // The file that a gzip member becomes. Without a stored name it is the archive's base name; when something of
@@ -205,13 +229,15 @@ void extractGZip(const InArchive &archive, const std::vector<Entry> &entries, co
     const fs::path place = output / localRelativePath(name);
     if (fs::is_directory(statusOfItself(place)))
         throw BitException("\"" + utf8(name) + "\": the output folder has a folder of this name");
-    std::error_code notThere;
-    if (fs::equivalent(place, localPath(archiveFile), notThere))
+    if (isSame(place, localPath(archiveFile)))
         throw BitException("\"" + utf8(name) + "\": the gzip member would replace its own archive");
+    if (isTaken(place) && !isTarName(name))
+        throw BitException("\"" + utf8(name) +
+                           "\": the output folder has a file of this name, which is no tar");
 
     StagingFolder staging(output);
     decodeFiles(archive, {{0, name, entries[0].size, entries[0].modified}}, staging.content());
-    staging.commit();
+    staging.commit(localRelativePath(name));
 }
 
 } // namespace
@@ -221,6 +247,15 @@ Bit7zLibrary::Bit7zLibrary(const std::wstring &name) : m_backend(loadBackend(nam
 std::wstring BitArchiveItem::name() const
 {
     return lastPart(m_entry.path);
+}
+
+std::wstring BitArchiveItem::topFolder() const
+{
+    std::wstring path = m_entry.path;
+    while (path.compare(0, 2, L"./") == 0)
+        path.erase(0, path.find_first_not_of(L'/', 1));
+    const std::wstring first = firstPart(path);
+    return first.size() < path.size() || m_entry.kind == Entry::Kind::Folder ? first : std::wstring();
 }
 
 BitArchiveInfo::BitArchiveInfo(const Bit7zLibrary &library, const std::wstring &file,
@@ -253,16 +288,17 @@ BitExtractor::BitExtractor(const Bit7zLibrary &library, const BitInFormat &forma
 {
 }
 
-void BitExtractor::extract(const std::wstring &file, const std::wstring &folder) const
+BitExtractor::Unpacked BitExtractor::extract(const std::wstring &file, const std::wstring &folder,
+                                             const std::wstring &mergeFolder) const
 {
     const std::wstring localFile = platform::toLocal(file);
     const fs::path output = localPath(platform::toLocal(folder));
     const std::unique_ptr<InArchive> archive = m_library.backend().open(localFile, m_format);
     const std::vector<Entry> entries = readEntries(*archive, m_format);
-    if (m_format.number == BitFormat::GZip.number)
-        extractGZip(*archive, entries, localFile, output);
-    else
-        extractTar(*archive, entries, localFile, output);
+    if (m_format.number == BitFormat::Tar.number)
+        return extractTar(*archive, entries, localFile, output, localRelativePath(mergeFolder));
+    extractGZip(*archive, entries, localFile, output);
+    return {};
 }
 
 } // namespace archive

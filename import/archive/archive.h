@@ -3,7 +3,8 @@
 //
 // An archive is unpacked completely or not at all: every entry's name is checked before the first write, the
 // content is built in a folder of its own inside the output folder, and only a complete content is moved to
-// its place. After a failure the output folder is what it was.
+// its place. After a failure the output folder is what it was. After a success, what was in it is what it
+// was, but for one folder that the caller may name.
 //
 //     Bit7zLibrary library;
 //     BitExtractor(library, BitFormat::GZip).extract(L"C:\\mail\\job.tgz", L"C:\\jobs\\");
@@ -11,6 +12,7 @@
 
 #include "import/archive/entry.h"
 
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -63,6 +65,8 @@ public:
     const std::wstring &path() const { return m_entry.path; }
     // The last part of the path.
     std::wstring name() const;
+    // The folder at the top of the archive that the entry is or lies in; empty for anything else.
+    std::wstring topFolder() const;
 
 private:
     Entry m_entry;
@@ -99,11 +103,23 @@ public:
     // Both arguments must outlive the extractor.
     BitExtractor(const Bit7zLibrary &library, const BitInFormat &format);
 
-    // Unpacks all of `file` into `folder`, which is made when it is missing. A gzip member without a stored
-    // name gets the archive's base name, or that and ".tar" when one of the two is taken. Throws BitException
-    // (or another std::exception) when anything is wrong with the archive, one of its names would leave
-    // `folder`, or writing fails.
-    void extract(const std::wstring &file, const std::wstring &folder) const;
+    // What has become of a tar's items at the top.
+    struct Unpacked
+    {
+        std::map<std::wstring, std::wstring> names; // by the names in the archive, those in the output folder
+        bool isMerged = false;                      // one of them into `mergeFolder`
+    };
+
+    // Unpacks all of `file` into `folder`, which is made when it is missing. Throws BitException (or another
+    // std::exception) when anything is wrong with the archive, one of its names would leave `folder`, or
+    // writing fails.
+    //
+    // A tar touches nothing that is in `folder` but the folder `mergeFolder` of it: a folder of the archive
+    // that has its name is unpacked over it. An item at the top whose name is taken otherwise gets a free one
+    // ("odb~1"). A gzip member replaces a file of its name that ends in ".tar", and nothing else. Without a
+    // stored name it gets the archive's base name, or that and ".tar" when one of the two is taken.
+    Unpacked extract(const std::wstring &file, const std::wstring &folder,
+                     const std::wstring &mergeFolder = std::wstring()) const;
 
 private:
     const Bit7zLibrary &m_library;

@@ -66,6 +66,8 @@ private:
                 refuse(entry, "the entry has no name");
             return; // "./", the output folder itself
         }
+        if (m_rules == NameRules::Posix && hasRawBytes(parts[0]))
+            refuse(entry, "the name of the job's folder is no UTF-8");
         addFolders(entry, parts);
         const std::wstring path = joined(parts, parts.size());
         switch (entry.kind) {

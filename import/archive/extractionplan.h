@@ -40,7 +40,8 @@ struct ExtractionPlan
 
 // Plans the entries of a tar archive. Of two files of the same path the later one wins, as archivers append
 // changes. Throws BitException, naming the entry, when one could end up outside the output folder or cannot
-// be unpacked as it was meant: names as checkedPathParts() says; a link that leads out of the top folder it
+// be unpacked as it was meant: names as checkedPathParts() says; a name at the top that no program could show
+// (by the Posix rules, where it is no UTF-8); a link that leads out of the top folder it
 // is in, that passes through another link, or whose hard target is no earlier file of the archive; an entry
 // below a link; one path used as two kinds of thing, or (by the Windows rules) in two spellings; devices and
 // what else has no place in a job.

@@ -19,8 +19,9 @@ std::string lastError()
 } // namespace
 
 InFile::InFile(const std::wstring &path)
-    : m_shownPath(utf8(path)), m_handle(CreateFileW(localPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr))
+    : m_shownPath(utf8(path)),
+      m_handle(CreateFileW(longForm(localPath(path)).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr))
 {
     if (m_handle == INVALID_HANDLE_VALUE)
         throw BitException("cannot open \"" + m_shownPath + "\": " + lastError());

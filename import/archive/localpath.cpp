@@ -96,7 +96,21 @@ std::wstring wideFromUtf8(const std::string &bytes)
     return text;
 }
 
+bool hasRawBytes(const std::wstring &name)
+{
+    for (const wchar_t c : name) {
+        if (std::uint32_t(c) >= EscapedByteFirst && std::uint32_t(c) <= EscapedByteLast)
+            return true;
+    }
+    return false;
+}
+
 #ifdef _WIN32
+
+std::wstring wideFromLocal(const std::filesystem::path &path)
+{
+    return path.wstring();
+}
 
 std::filesystem::path localPath(const std::wstring &path)
 {
@@ -119,15 +133,11 @@ std::wstring longForm(const std::filesystem::path &path)
 
 namespace {
 
-// Whether the folder at `path` is a link: a junction or what else has a tag that stands for another name.
-// Folders that are kept elsewhere (in a cloud, compressed) have tags too, but not such ones. Wine gives no
-// tag.
-bool isLinkedFolder(const std::wstring &path)
+// Whether what is at `path`, which has a tag, is a link: a junction or what else has a tag that stands for
+// another name. What is kept elsewhere (in a cloud, compressed) has a tag too, but not such a one. Wine gives
+// no tag.
+bool isLink(const std::wstring &path)
 {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    const DWORD taggedFolder = FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY;
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & taggedFolder) != taggedFolder)
-        return false;
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileW(path.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE)
@@ -141,12 +151,26 @@ bool isLinkedFolder(const std::wstring &path)
 
 std::filesystem::file_status statusOfItself(const std::filesystem::path &path)
 {
-    if (isLinkedFolder(longForm(path)))
-        return std::filesystem::file_status(std::filesystem::file_type::unknown);
-    return std::filesystem::symlink_status(path);
+    using std::filesystem::file_type;
+    const std::wstring text = longForm(path);
+    const DWORD attributes = GetFileAttributesW(text.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        const DWORD error = GetLastError();
+        const bool isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+        return std::filesystem::file_status(isMissing ? file_type::not_found : file_type::unknown);
+    }
+    const bool isFolder = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 && isLink(text))
+        return std::filesystem::file_status(isFolder ? file_type::unknown : file_type::symlink);
+    return std::filesystem::file_status(isFolder ? file_type::directory : file_type::regular);
 }
 
 #else
+
+std::wstring wideFromLocal(const std::filesystem::path &path)
+{
+    return wideFromUtf8(path.string());
+}
 
 std::filesystem::path localPath(const std::wstring &path)
 {

@@ -18,6 +18,13 @@ std::filesystem::path localRelativePath(const std::wstring &path);
 // for it.
 std::wstring wideFromUtf8(const std::string &bytes);
 
+// The inverse of localRelativePath().
+std::wstring wideFromLocal(const std::filesystem::path &path);
+
+// Whether `name` has bytes that are no UTF-8. Elsewhere than on Windows no text names the file that it
+// becomes.
+bool hasRawBytes(const std::wstring &name);
+
 // `path` in UTF-8, for messages. What is no text becomes "?".
 std::string utf8(const std::wstring &path);
 

@@ -28,10 +28,17 @@ private slots:
     void gzipMemberInAFolderIsRefused();
     void gzipMemberDoesNotReplaceItsArchive();
     void gzipMemberDoesNotReplaceAFolder();
+    void gzipMemberReplacesNoFileButATar();
     void namesArePathsAndTheirLastPart();
     void tarBecomesItsTree();
     void tarWithoutFolderEntriesBecomesItsTree();
-    void tarMergesIntoAFolder();
+    void tarMergesIntoTheFolderThatItMay();
+    void takenNamesAtTheTopGetFreeOnes_data();
+    void takenNamesAtTheTopGetFreeOnes();
+    void everyTakenNameGetsAFreeOneOfItsOwn();
+    void onlyTheNamedFolderIsMergedInto();
+    void aFolderOfTheMergedNameThatIsNotThereIsMade();
+    void theTopFolderIsTheFirstPartOfThePath();
     void tarKeepsTimes();
     void emptyTarHasNoItems();
     void longNamesInEveryForm_data();
@@ -43,6 +50,9 @@ private slots:
     void hardLinksAreMade();
     void symbolicLinksAreMadeWhereThePlatformAllows();
     void namesThatAreNoUtf8KeepTheirBytes();
+#ifndef _WIN32
+    void aJobFolderThatIsNoUtf8IsRefused();
+#endif
     void globalHeadersThatChangeEntriesAreRefused_data();
     void globalHeadersThatChangeEntriesAreRefused();
     void textForTheNamesBeginInAGnuHeaderIsRefused();
@@ -56,6 +66,7 @@ private slots:
     // junctions, is tested by tests/windows/tst_linkedfolders.cpp.
 #ifndef _WIN32
     void entriesDoNotGoThroughALinkThatIsThere();
+    void aLinkOfATakenNameIsLeftAlone();
     void aLinkThatIsThereIsReplacedByAFile();
 #endif
     void aFileInTheWayOfAFolderKeepsEverything();
@@ -81,24 +92,25 @@ private:
         return (out() + "/").toStdWString();
     }
 
-    void extract(const BitInFormat &format, const QString &file)
+    BitExtractor::Unpacked extract(const BitInFormat &format, const QString &file,
+                                   const std::wstring &mergeFolder = {})
     {
-        BitExtractor(*m_library, format).extract(file.toStdWString(), outText());
+        return BitExtractor(*m_library, format).extract(file.toStdWString(), outText(), mergeFolder);
     }
-    void extractTar(const QByteArray &bytes)
-    {
-        QVERIFY(writeFile(path("x.tar"), bytes));
-        extract(BitFormat::Tar, path("x.tar"));
-    }
-    QString tarRefusal(const QByteArray &bytes)
+    BitExtractor::Unpacked extractTar(const QByteArray &bytes, const std::wstring &mergeFolder = {})
     {
         writeFile(path("x.tar"), bytes);
-        return refusal(BitFormat::Tar, path("x.tar"));
+        return extract(BitFormat::Tar, path("x.tar"), mergeFolder);
     }
-    QString refusal(const BitInFormat &format, const QString &file)
+    QString tarRefusal(const QByteArray &bytes, const std::wstring &mergeFolder = {})
+    {
+        writeFile(path("x.tar"), bytes);
+        return refusal(BitFormat::Tar, path("x.tar"), mergeFolder);
+    }
+    QString refusal(const BitInFormat &format, const QString &file, const std::wstring &mergeFolder = {})
     {
         try {
-            extract(format, file);
+            extract(format, file, mergeFolder);
         } catch (const std::exception &error) {
             return QString::fromStdString(error.what());
         }
@@ -190,6 +202,20 @@ void TestArchive::gzipMemberDoesNotReplaceAFolder()
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/matrix", "old"}}));
 }
 
+void TestArchive::gzipMemberReplacesNoFileButATar()
+{
+    QVERIFY(writeFile(out() + "/list.ini", "the user's"));
+    QVERIFY(writeFile(path("x.tgz"), gzip("content", "list.ini")));
+    const QString reason = refusal(BitFormat::GZip, path("x.tgz"));
+    QVERIFY2(reason.contains("list.ini"), qPrintable(reason));
+    QCOMPARE(tree(), (Tree{{"list.ini", "the user's"}}));
+    // The tar of an earlier import.
+    QVERIFY(writeFile(out() + "/xyz.TAR", "old"));
+    QVERIFY(writeFile(path("x.tgz"), gzip("content", "xyz.TAR")));
+    extract(BitFormat::GZip, path("x.tgz"));
+    QCOMPARE(readFile(out() + "/xyz.TAR"), QByteArray("content"));
+}
+
 void TestArchive::namesArePathsAndTheirLastPart()
 {
     QVERIFY(writeFile(path("x.tar"), TarBuilder().folder("./ABC/").file("ABC/matrix/matrix", "m").bytes()));
@@ -230,17 +256,107 @@ void TestArchive::tarWithoutFolderEntriesBecomesItsTree()
                            {"top", "3"}}));
 }
 
-void TestArchive::tarMergesIntoAFolder()
+void TestArchive::tarMergesIntoTheFolderThatItMay()
 {
     QVERIFY(writeFile(out() + "/ABC/kept", "kept"));
     QVERIFY(writeFile(out() + "/ABC/d/replaced", "old"));
-    extractTar(TarBuilder().file("ABC/d/replaced", "new").file("ABC/d/e/f", "more").bytes());
+    const auto unpacked =
+        extractTar(TarBuilder().file("ABC/d/replaced", "new").file("ABC/d/e/f", "more").bytes(), L"ABC");
+    QVERIFY(unpacked.isMerged);
+    QCOMPARE(unpacked.names.at(L"ABC"), std::wstring(L"ABC"));
     QCOMPARE(tree(), (Tree{{"ABC/", ""},
                            {"ABC/d/", ""},
                            {"ABC/d/e/", ""},
                            {"ABC/kept", "kept"},
                            {"ABC/d/replaced", "new"},
                            {"ABC/d/e/f", "more"}}));
+}
+
+void TestArchive::takenNamesAtTheTopGetFreeOnes_data()
+{
+    QTest::addColumn<QStringList>("there"); // files; a folder's is "<folder>/x"
+    QTest::addColumn<QByteArray>("tar");
+    QTest::addColumn<QStringList>("come");
+    const QByteArray folder = TarBuilder().folder("odb/").file("odb/new", "new").bytes();
+    const QByteArray file = TarBuilder().file("odb", "new").bytes();
+    QTest::newRow("a folder for a folder")
+        << QStringList{"odb/x"} << folder << QStringList{"odb~1/", "odb~1/new"};
+    QTest::newRow("without its entry") << QStringList{"odb/x"} << TarBuilder().file("odb/new", "new").bytes()
+                                       << QStringList{"odb~1/", "odb~1/new"};
+    QTest::newRow("the free name is taken, too")
+        << QStringList{"odb/x", "odb~1/x", "odb~2"} << folder << QStringList{"odb~3/", "odb~3/new"};
+    QTest::newRow("a file for a folder")
+        << QStringList{"odb"} << folder << QStringList{"odb~1/", "odb~1/new"};
+    QTest::newRow("a folder for a file") << QStringList{"odb/x"} << file << QStringList{"odb~1"};
+    QTest::newRow("a file for a file") << QStringList{"odb"} << file << QStringList{"odb~1"};
+    QTest::newRow("one of two") << QStringList{"odb/x"}
+                                << TarBuilder().file("odb/new", "new").file("abc/new", "new").bytes()
+                                << QStringList{"abc/", "abc/new", "odb~1/", "odb~1/new"};
+    QTest::newRow("the archive's own name is not given away")
+        << QStringList{"odb/x"} << TarBuilder().file("odb/new", "new").file("odb~1/new", "new").bytes()
+        << QStringList{"odb~1/", "odb~1/new", "odb~2/", "odb~2/new"};
+    QTest::newRow("with an ending") << QStringList{"a.b/x"} << TarBuilder().file("a.b/new", "new").bytes()
+                                    << QStringList{"a.b~1/", "a.b~1/new"};
+}
+
+void TestArchive::takenNamesAtTheTopGetFreeOnes()
+{
+    QFETCH(QStringList, there);
+    QFETCH(QByteArray, tar);
+    for (const QString &name : there)
+        QVERIFY(writeFile(out() + "/" + name, "old"));
+    const Tree before = tree();
+    QVERIFY(!extractTar(tar).isMerged);
+    Tree come = tree();
+    for (auto it = before.begin(); it != before.end(); ++it)
+        QCOMPARE(come.take(it.key()), it.value());
+    QTEST(QStringList(come.keys()), "come");
+}
+
+void TestArchive::everyTakenNameGetsAFreeOneOfItsOwn()
+{
+    const QByteArray tar = TarBuilder().file("odb/x", "x").file("readme", "r").file("free/x", "x").bytes();
+    QVERIFY(writeFile(out() + "/odb/x", "old"));
+    QVERIFY(writeFile(out() + "/readme", "old"));
+    const std::map<std::wstring, std::wstring> names = extractTar(tar).names;
+    QCOMPARE(names, (std::map<std::wstring, std::wstring>{
+                        {L"free", L"free"}, {L"odb", L"odb~1"}, {L"readme", L"readme~1"}}));
+}
+
+void TestArchive::onlyTheNamedFolderIsMergedInto()
+{
+    QVERIFY(writeFile(out() + "/odb/x", "old"));
+    QVERIFY(writeFile(out() + "/ABC/x", "old"));
+    QVERIFY(extractTar(TarBuilder().file("odb/x", "new").file("ABC/x", "new").bytes(), L"ABC").isMerged);
+    QCOMPARE(tree(), (Tree{{"ABC/", ""},
+                           {"ABC/x", "new"},
+                           {"odb/", ""},
+                           {"odb/x", "old"},
+                           {"odb~1/", ""},
+                           {"odb~1/x", "new"}}));
+}
+
+void TestArchive::aFolderOfTheMergedNameThatIsNotThereIsMade()
+{
+    extractTar(TarBuilder().file("ABC/x", "new").bytes(), L"ABC");
+    QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/x", "new"}}));
+}
+
+void TestArchive::theTopFolderIsTheFirstPartOfThePath()
+{
+    QVERIFY(writeFile(path("x.tar"), TarBuilder()
+                                         .folder("./")
+                                         .file("top", "file")
+                                         .folder("odb/")
+                                         .folder("./odb/misc/")
+                                         .file("odb/misc/info", "i")
+                                         .file("././odb//x", "x")
+                                         .bytes()));
+    std::vector<std::wstring> folders;
+    for (const BitArchiveItem &item :
+         BitArchiveInfo(*m_library, path("x.tar").toStdWString(), BitFormat::Tar).items())
+        folders.push_back(item.topFolder());
+    QCOMPARE(folders, (std::vector<std::wstring>{L".", L"", L"odb", L"odb", L"odb", L"odb"}));
 }
 
 void TestArchive::tarKeepsTimes()
@@ -428,6 +544,15 @@ void TestArchive::namesThatAreNoUtf8KeepTheirBytes()
 #endif
 }
 
+#ifndef _WIN32
+void TestArchive::aJobFolderThatIsNoUtf8IsRefused()
+{
+    const QString reason = tarRefusal(TarBuilder().file("\xC1\xCF/x", "x").bytes());
+    QVERIFY2(reason.contains("UTF-8"), qPrintable(reason));
+    QCOMPARE(tree(), Tree());
+}
+#endif
+
 void TestArchive::otherTypesAreRefused_data()
 {
     QTest::addColumn<char>("type");
@@ -494,7 +619,7 @@ void TestArchive::entriesDoNotGoThroughALinkThatIsThere()
     QVERIFY(QDir().mkpath(path("elsewhere")));
     std::filesystem::create_directory_symlink(path("elsewhere").toStdString(),
                                               (out() + "/ABC").toStdString());
-    const QString reason = tarRefusal(TarBuilder().file("ABC/x", "x").bytes());
+    const QString reason = tarRefusal(TarBuilder().file("ABC/x", "x").bytes(), L"ABC");
     QVERIFY2(reason.contains("link"), qPrintable(reason));
     QCOMPARE(treeOf(path("elsewhere")), Tree());
     // Nor through one that is deeper in a job that is there.
@@ -503,10 +628,26 @@ void TestArchive::entriesDoNotGoThroughALinkThatIsThere()
     std::filesystem::create_directory_symlink(path("elsewhere").toStdString(),
                                               (out() + "/ABC/steps").toStdString());
     const QString deeper =
-        tarRefusal(TarBuilder().file("ABC/new/x", "x").file("ABC/steps/pcb/x", "x").bytes());
+        tarRefusal(TarBuilder().file("ABC/new/x", "x").file("ABC/steps/pcb/x", "x").bytes(), L"ABC");
     QVERIFY2(deeper.contains("ABC/steps") && deeper.contains("link"), qPrintable(deeper));
     QCOMPARE(treeOf(path("elsewhere")), Tree());
     QCOMPARE(tree().keys(), (QStringList{"ABC/", "ABC/old", "ABC/steps"}));
+}
+
+// It is not followed either when it leads to the folder that may be merged into.
+void TestArchive::aLinkOfATakenNameIsLeftAlone()
+{
+    QVERIFY(writeFile(out() + "/ABC/x", "old"));
+    std::filesystem::create_directory_symlink("ABC", (out() + "/odb").toStdString());
+    std::filesystem::create_symlink("nowhere", (out() + "/top").toStdString());
+    extractTar(TarBuilder().file("odb/x", "new").file("top", "new").bytes(), L"ABC");
+    QCOMPARE(tree(), (Tree{{"ABC/", ""},
+                           {"ABC/x", "old"},
+                           {"odb", "-> ABC"},
+                           {"odb~1/", ""},
+                           {"odb~1/x", "new"},
+                           {"top", "-> nowhere"},
+                           {"top~1", "new"}}));
 }
 
 void TestArchive::aLinkThatIsThereIsReplacedByAFile()
@@ -514,7 +655,7 @@ void TestArchive::aLinkThatIsThereIsReplacedByAFile()
     QVERIFY(writeFile(path("elsewhere"), "untouched"));
     QVERIFY(QDir().mkpath(out() + "/ABC"));
     std::filesystem::create_symlink(path("elsewhere").toStdString(), (out() + "/ABC/x").toStdString());
-    extractTar(TarBuilder().file("ABC/x", "new").bytes());
+    extractTar(TarBuilder().file("ABC/x", "new").bytes(), L"ABC");
     QCOMPARE(readFile(path("elsewhere")), QByteArray("untouched"));
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/x", "new"}}));
 }
@@ -525,7 +666,7 @@ void TestArchive::aFileInTheWayOfAFolderKeepsEverything()
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     QVERIFY(writeFile(out() + "/ABC/b", "old"));
     const Tree before = tree();
-    QVERIFY(!tarRefusal(TarBuilder().file("ABC/a", "new").file("ABC/b/x", "new").bytes()).isEmpty());
+    QVERIFY(!tarRefusal(TarBuilder().file("ABC/a", "new").file("ABC/b/x", "new").bytes(), L"ABC").isEmpty());
     QCOMPARE(tree(), before);
 }
 
@@ -534,7 +675,8 @@ void TestArchive::aFolderInTheWayOfAFileKeepsEverything()
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     QVERIFY(writeFile(out() + "/ABC/z/x", "old"));
     const Tree before = tree();
-    QVERIFY(!tarRefusal(TarBuilder().file("ABC/a", "new").file("ABC/n", "new").file("ABC/z", "new").bytes())
+    QVERIFY(!tarRefusal(TarBuilder().file("ABC/a", "new").file("ABC/n", "new").file("ABC/z", "new").bytes(),
+                        L"ABC")
                  .isEmpty());
     QCOMPARE(tree(), before);
 }
@@ -543,7 +685,7 @@ void TestArchive::aFailureInTheMiddleKeepsTheOldFiles()
 {
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     const QByteArray bytes = TarBuilder().file("ABC/a", "new").file("ABC/b", QByteArray(5000, 'b')).bytes();
-    QVERIFY(!tarRefusal(bytes.left(2000)).isEmpty());
+    QVERIFY(!tarRefusal(bytes.left(2000), L"ABC").isEmpty());
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/a", "old"}}));
 }
 

@@ -116,7 +116,14 @@ private slots:
     void theQuestionIsAsked();
     void theQuestionHasNoDefaultButton();
     void noKeepsTheOldJobWhenTheNamesDiffer();
-    void noUnpacksOverTheOldJobWhenTheNamesAreEqual();
+    void noUnpacksBesideTheOldJobWhenTheNamesAreEqual();
+    void twoBoardsAreNotMixed_data();
+    void twoBoardsAreNotMixed();
+    void everyFolderAtTheTopFindsItsPlace();
+    void aFreeNameStaysWhenTheArchivesIsTaken();
+    void yesReplacesTheOldJobAndNoOther();
+    void aRenamedArchiveWithoutFolderEntriesReplacesTheOldJob();
+    void aTakenFileIsLeftAlone();
     void yesUnpacksOverTheOldJobWhenTheNamesAreEqual();
     void yesReplacesTheOldJobWhenTheNamesDiffer();
     void aNamelessMemberCanBeImportedTwice();
@@ -313,14 +320,124 @@ void TestCopyDirectory::noKeepsTheOldJobWhenTheNamesDiffer()
                            {"XYZ/matrix/matrix", "new"}}));
 }
 
-void TestCopyDirectory::noUnpacksOverTheOldJobWhenTheNamesAreEqual()
+void TestCopyDirectory::noUnpacksBesideTheOldJobWhenTheNamesAreEqual()
 {
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
     QVERIFY(m_folder->write("job/ABC/only/old", "old"));
+    const Tree before = jobs();
     m_user->expectMessageBox(QMessageBox::No);
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
-    QCOMPARE(jobs()["ABC/matrix/matrix"], QByteArray("new"));
-    QCOMPARE(jobs()["ABC/only/old"], QByteArray("old"));
+    QCOMPARE(m_name, QString("ABC~1"));
+    Tree after = before;
+    after.unite({{"ABC~1/", ""}, {"ABC~1/matrix/", ""}, {"ABC~1/matrix/matrix", "new"}});
+    QCOMPARE(jobs(), after);
+}
+
+// As three programs write the folder that they all call "odb".
+void TestCopyDirectory::twoBoardsAreNotMixed_data()
+{
+    QTest::addColumn<QByteArray>("tar");
+    QTest::newRow("with its entry") << TarBuilder()
+                                           .folder("odb/")
+                                           .folder("odb/misc/")
+                                           .file("odb/misc/attrlist", "new")
+                                           .file("odb/matrix/matrix", "new")
+                                           .bytes();
+    QTest::newRow("without its entry") << TarBuilder()
+                                              .folder("odb/fonts/")
+                                              .file("odb/fonts/standard", "new")
+                                              .folder("odb/matrix/")
+                                              .file("odb/matrix/matrix", "new")
+                                              .bytes();
+    QTest::newRow("files only")
+        << TarBuilder().file("./odb/fonts/standard", "new").file("./odb/matrix/matrix", "new").bytes();
+}
+
+void TestCopyDirectory::twoBoardsAreNotMixed()
+{
+    QFETCH(QByteArray, tar);
+    QVERIFY(m_folder->write("job/odb/matrix/matrix", "first"));
+    QVERIFY(m_folder->write("job/odb/steps/pcb/layers/l1/features", "first"));
+    const Tree before = jobs();
+    QVERIFY(import(archive("second.tgz", gzip(tar))));
+    QCOMPARE(m_name, QString("odb~1"));
+    QVERIFY(import(archive("third.tgz", gzip(tar))));
+    QCOMPARE(m_name, QString("odb~1"));
+    QVERIFY(m_user->boxes.empty());
+    Tree after = jobs();
+    for (auto it = before.begin(); it != before.end(); ++it)
+        QCOMPARE(after.take(it.key()), it.value());
+    QCOMPARE(after.value("second/matrix/matrix"), QByteArray("new"));
+    QCOMPARE(after.value("third/matrix/matrix"), QByteArray("new"));
+    const auto isOfTheNewJobs = [](const QString &path) {
+        return path.startsWith("second/") || path.startsWith("third/");
+    };
+    for (auto it = after.begin(); it != after.end(); ++it)
+        QVERIFY2(isOfTheNewJobs(it.key()) && it.value() != "first", qPrintable(it.key()));
+}
+
+void TestCopyDirectory::everyFolderAtTheTopFindsItsPlace()
+{
+    QVERIFY(m_folder->write("job/matrix/matrix", "old"));
+    QVERIFY(m_folder->write("job/steps/x", "old"));
+    QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder()
+                                               .file("matrix/matrix", "new")
+                                               .file("misc/x", "new")
+                                               .file("steps/x", "new")
+                                               .bytes()))));
+    QCOMPARE(m_name, QString("matrix~1"));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""},
+                           {"ABC/matrix", "new"},
+                           {"matrix/", ""},
+                           {"matrix/matrix", "old"},
+                           {"misc/", ""},
+                           {"misc/x", "new"},
+                           {"steps/", ""},
+                           {"steps/x", "old"},
+                           {"steps~1/", ""},
+                           {"steps~1/x", "new"}}));
+}
+
+void TestCopyDirectory::aFreeNameStaysWhenTheArchivesIsTaken()
+{
+    QVERIFY(m_folder->write("job/ABC/x", "old ABC"));
+    QVERIFY(m_folder->write("job/odb/x", "old odb"));
+    Tree after = jobs();
+    m_user->expectMessageBox(QMessageBox::No);
+    QVERIFY(import(archive("ABC.tgz", gzip(job("odb")))));
+    QCOMPARE(m_name, QString("odb~1"));
+    after.unite({{"odb~1/", ""}, {"odb~1/matrix/", ""}, {"odb~1/matrix/matrix", "new"}});
+    QCOMPARE(jobs(), after);
+}
+
+void TestCopyDirectory::yesReplacesTheOldJobAndNoOther()
+{
+    QVERIFY(m_folder->write("job/ABC/x", "old ABC"));
+    QVERIFY(m_folder->write("job/odb/x", "old odb"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("ABC.tgz", gzip(job("odb")))));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""},
+                           {"ABC/matrix/", ""},
+                           {"ABC/matrix/matrix", "new"},
+                           {"odb/", ""},
+                           {"odb/x", "old odb"}}));
+}
+
+void TestCopyDirectory::aRenamedArchiveWithoutFolderEntriesReplacesTheOldJob()
+{
+    QVERIFY(m_folder->write("job/ABC/x", "old"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().file("odb/misc/info", "new").bytes()))));
+    QCOMPARE(m_name, QString("odb"));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/misc/", ""}, {"ABC/misc/info", "new"}}));
+}
+
+void TestCopyDirectory::aTakenFileIsLeftAlone()
+{
+    QVERIFY(m_folder->write("job/readme", "the user's"));
+    QVERIFY(
+        import(archive("ABC.tgz", gzip(TarBuilder().file("ABC/x", "new").file("readme", "new").bytes()))));
+    QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/x", "new"}, {"readme", "the user's"}, {"readme~1", "new"}}));
 }
 
 void TestCopyDirectory::yesUnpacksOverTheOldJobWhenTheNamesAreEqual()
@@ -455,8 +572,9 @@ void TestCopyDirectory::failedImportKeepsTheOldJob_data()
         row("without its end, equal names") << gzip(same.chopped(1024)) << yes;
         row("a bad name at the end")
             << gzip(TarBuilder().file("ABC/matrix/matrix", "n").file("/x", "x").bytes()) << yes;
-        row("a folder for a file")
-            << gzip(TarBuilder().file("ABC/a", "n").file("ABC/matrix/matrix/x", "n").bytes()) << yes;
+        if (yes) // otherwise the new job comes to stand beside the old one
+            row("a folder for a file")
+                << gzip(TarBuilder().file("ABC/a", "n").file("ABC/matrix/matrix/x", "n").bytes()) << yes;
     }
 }
 

@@ -32,8 +32,8 @@ private slots:
     void aStoredMemberNameReplacesTheTarName();
     void aMemberWithoutItsEndingIsRenamed();
     void anEmptyTarHasNoFolderName();
-    void theFirstItemNamesTheFolder_data();
-    void theFirstItemNamesTheFolder();
+    void theFirstFolderIsTheJobs_data();
+    void theFirstFolderIsTheJobs();
     void aFailureIsLoggedUnderTheExportJob_data();
     void aFailureIsLoggedUnderTheExportJob();
     void aFailureRunsTheCleanUpInAShownWindow();
@@ -173,18 +173,23 @@ void TestUnzipProgress::anEmptyTarHasNoFolderName()
     QCOMPARE(UnzipProgress::tarName, std::wstring());
 }
 
-void TestUnzipProgress::theFirstItemNamesTheFolder_data()
+void TestUnzipProgress::theFirstFolderIsTheJobs_data()
 {
     QTest::addColumn<QByteArray>("tar");
     QTest::addColumn<QString>("name");
     QTest::newRow("folder entry") << TarBuilder().folder("odb/").file("odb/x", "x").bytes() << "odb";
     QTest::newRow("folder entry after a dot")
         << TarBuilder().folder("./odb/").file("./odb/x", "x").bytes() << "odb";
-    QTest::newRow("no folder entries") << TarBuilder().file("odb/matrix/matrix", "x").bytes() << "matrix";
+    QTest::newRow("no folder entries") << TarBuilder().file("odb/matrix/matrix", "x").bytes() << "odb";
+    QTest::newRow("no entry of its own")
+        << TarBuilder().folder("odb/misc/").file("odb/misc/info", "x").bytes() << "odb";
+    QTest::newRow("a file before it")
+        << TarBuilder().file("._odb", "x").folder("odb/").file("odb/x", "x").bytes() << "odb";
+    QTest::newRow("a file only") << TarBuilder().file("odb", "x").bytes() << "odb";
     QTest::newRow("the folder itself") << TarBuilder().folder("./").file("./odb/x", "x").bytes() << ".";
 }
 
-void TestUnzipProgress::theFirstItemNamesTheFolder()
+void TestUnzipProgress::theFirstFolderIsTheJobs()
 {
     QFETCH(QByteArray, tar);
     QFETCH(QString, name);

@@ -80,18 +80,20 @@ private slots:
     void aJobIsNotUnpackedThroughOne_data();
     void aJobIsNotUnpackedThroughOne();
     void aFileDoesNotReplaceOne();
+    void oneOfATakenNameIsLeftAlone();
     void aGzipMemberDoesNotReplaceOne();
     void theJobRootMayBeOne();
 
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
-    // The reason why the archive is refused; empty when it is not.
+    // The reason why the archive, which may be merged into the job ABC, is refused; empty when it is not.
     QString refusal(const BitInFormat &format, const QString &name, const QByteArray &bytes) const
     {
         writeFile(path(name), bytes);
         try {
             const Bit7zLibrary library;
-            BitExtractor(library, format).extract(path(name).toStdWString(), path("jobs/").toStdWString());
+            BitExtractor(library, format)
+                .extract(path(name).toStdWString(), path("jobs/").toStdWString(), L"ABC");
         } catch (const std::exception &error) {
             return QString::fromUtf8(error.what());
         }
@@ -157,6 +159,17 @@ void tst_LinkedFolders::aFileDoesNotReplaceOne()
     QVERIFY(!refusal(BitFormat::Tar, "x.tar", TarBuilder().file("ABC/x", "new").bytes()).isEmpty());
     QCOMPARE(treeOf(path("elsewhere")), (Tree{{"kept", "kept"}}));
     QCOMPARE(readFile(path("jobs/ABC/x/kept")), QByteArray("kept")); // the link is there still
+}
+
+// Not even when it leads to the job that may be merged into.
+void tst_LinkedFolders::oneOfATakenNameIsLeftAlone()
+{
+    QVERIFY(writeFile(path("jobs/ABC/x"), "old"));
+    QVERIFY(makeLinkedFolder(path("jobs/odb"), path("jobs/ABC")));
+    const QString reason = refusal(BitFormat::Tar, "x.tar", TarBuilder().file("odb/x", "new").bytes());
+    QVERIFY2(reason.isEmpty(), qPrintable(reason));
+    QCOMPARE(readFile(path("jobs/ABC/x")), QByteArray("old"));
+    QCOMPARE(readFile(path("jobs/odb~1/x")), QByteArray("new"));
 }
 
 void tst_LinkedFolders::aGzipMemberDoesNotReplaceOne()

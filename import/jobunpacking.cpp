@@ -3,6 +3,7 @@
 
 #include "plugin/fileprocess.h"
 
+#include "import/cleanup.h"
 #include "import/unzipprogress.h"
 #include "platform/paths.h"
 #include "run/backgroundturn.h"
@@ -20,6 +21,7 @@
 
 #include <glog/logging.h>
 
+#include <algorithm>
 #include <system_error>
 
 namespace {
@@ -114,10 +116,37 @@ bool start(UnzipProgress &job)
     }
 }
 
+// Why `command` must not remove the job `oldDir` for the job `newDir`, which is empty when the archive was;
+// empty when it may.
+QString dangerOfRemoval(const std::string &command, const QString &oldDir, const QString &newDir)
+{
+    if (!UnzipProgress::mergeFolder.empty())
+        return "the archive was unpacked over it";
+    if (!newDir.isEmpty() && !isFolder(newDir))
+        return "there is no new one";
+    if (!newDir.isEmpty() && !cleanup::areApart(oldDir, newDir))
+        return "it is, holds or lies in the folder " + newDir;
+    return cleanup::danger(command, oldDir);
+}
+
+// A name of dots and blanks alone is that of the job root or of a folder around it; a separator leads to
+// another folder.
+bool namesAJob(const QString &name)
+{
+    const auto isDotOrBlank = [](QChar c) { return c == '.' || c.isSpace(); };
+    return !std::all_of(name.begin(), name.end(), isDotOrBlank) && !name.contains('\\') &&
+           !name.contains('/');
+}
+
 } // namespace
 
 bool FileProcess::copyDirectory(QString source, QString &name, bool)
 {
+    if (!namesAJob(name)) {
+        LOG(ERROR) << "the archive " << source.toStdString() << " was not imported: its name names no job";
+        ask(tr("Error"), tr("The job unzipped failed, please check your files!"), QMessageBox::Yes);
+        return false;
+    }
     const bool hasJobPath = !m_config.jobPath.isEmpty() && isFolder(m_config.jobPath);
     const QString rootFolder = hasJobPath ? m_config.jobPath : QString(".\\job");
     const QString jobRoot = rootFolder + "\\";
@@ -161,7 +190,14 @@ bool FileProcess::copyDirectory(QString source, QString &name, bool)
     name = QString::fromStdWString(UnzipProgress::tarName);
     if (!self) // the host has unloaded the plug-in: the job stays as it was unpacked
         return true;
-    mysystem("cmd", deleteCommand);
+    const QString deleteDanger = cleanup::danger(deleteCommand);
+    if (deleteDanger.isEmpty()) {
+        mysystem("cmd", deleteCommand);
+    } else {
+        LOG(ERROR) << "only " << tarFile.toStdString()
+                   << " was deleted, without the command for it: " << deleteDanger.toStdString();
+        QFile::remove(platform::toLocal(jobRoot + tarFile));
+    }
     if (!isFolder(rootFolder))
         return true;
 
@@ -170,9 +206,15 @@ bool FileProcess::copyDirectory(QString source, QString &name, bool)
     qDebug() << oldDir;
     const QString newDir = jobRoot + name;
     if (overwrite && newDir != oldDir) {
-        mysystem("cmd", "/c rd /s /q " + oldDir.toStdString());
-        const QString localOldDir = platform::toLocal(oldDir);
-        QDir().rmdir(localOldDir);
+        const std::string removeCommand = "/c rd /s /q " + oldDir.toStdString();
+        const QString removeDanger =
+            dangerOfRemoval(removeCommand, oldDir, name.isEmpty() ? QString() : newDir);
+        if (removeDanger.isEmpty()) {
+            mysystem("cmd", removeCommand);
+            QDir().rmdir(platform::toLocal(oldDir));
+        } else {
+            LOG(ERROR) << "the old job " << oldDir.toStdString() << " stays: " << removeDanger.toStdString();
+        }
     }
     // Fails when the old job was kept, or when the folder has this name already; then it keeps the name it
     // has.

@@ -1,6 +1,7 @@
 #include "import/unzipprogress.h"
 
 #include "import/archive/archive.h"
+#include "import/cleanup.h"
 #include "platform/paths.h"
 #include "platform/shell.h"
 #include "platform/thread.h"
@@ -15,6 +16,7 @@
 
 #include <chrono>
 #include <iostream>
+#include <thread>
 
 using namespace archive;
 
@@ -30,6 +32,10 @@ namespace {
 // for them.
 const char LoggedFile[] = "Progress";
 const int LoggedLine = 139;
+
+// In the place of a clean-up that is not run: the user interface must look at the failure before the job
+// ends.
+const std::chrono::milliseconds NoCleanUpTime(250);
 
 std::wstring withoutEnding(const std::wstring &path)
 {
@@ -73,6 +79,19 @@ void nameTar(const std::wstring &tarPath)
         QFile::rename(platform::toLocal(tarStem), localTar);
 }
 
+// Why the clean-up command of a failure must not be run; empty when it may. A name from inside the archive
+// gets into no command that would act on what it falls apart into: only the archive's own name, which the
+// user has seen, may.
+QString cleanUpDanger()
+{
+    const auto text = [](const std::wstring &path) { return QString::fromStdWString(path); };
+    const QString tar = text(UnzipProgress::tarName);
+    const QString own = QFileInfo(platform::toLocal(text(UnzipProgress::sourcePath))).completeBaseName();
+    if (tar != own && text(withoutEnding(UnzipProgress::tarName)) != own && cleanup::fallsApart(tar))
+        return "the tar's name falls apart in it, and comes from inside the archive";
+    return cleanup::danger(UnzipProgress::removeCmd);
+}
+
 void markFailed(ORVEX::COMMON::progress_value<void> *progress)
 {
     try {
@@ -109,7 +128,7 @@ double UnzipProgress::get_value()
 
 void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)
 {
-    platform::workInBackground();
+    const platform::BackgroundWork stepBack;
     const auto fail = [progress] {
         google::LogMessage(LoggedFile, LoggedLine, google::GLOG_ERROR).stream()
             << gbk("解压文件异常！ 异常位置：") << LoggedFile << " : " << LoggedLine;
@@ -117,7 +136,13 @@ void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)
         // The quote at the end has no partner. The command is known by this text.
         removeCmd +=
             QString::fromStdWString(withoutEnding(unzipedFilePath + tarName)).toStdString() + "*.*\"";
-        mysystem("cmd", removeCmd);
+        const QString danger = cleanUpDanger();
+        if (danger.isEmpty()) {
+            mysystem("cmd", removeCmd);
+            return;
+        }
+        LOG(ERROR) << "the command to clean up was not run: " << danger.toStdString();
+        std::this_thread::sleep_for(NoCleanUpTime);
     };
     try {
         unpack(progress);
@@ -155,6 +180,6 @@ void UnzipProgress::unpack(ORVEX::COMMON::progress_value<void> *progress)
 
 void UnzipProgress::mysystem(const std::string &file, const std::string &parameters)
 {
-    platform::shellExecuteAndWait(platform::wideFromSystemCodePage(file),
-                                  platform::wideFromSystemCodePage(parameters), platform::ShowState::Shown);
+    platform::shellExecuteAndWait(platform::wideFromThreadCodePage(file),
+                                  platform::wideFromThreadCodePage(parameters), platform::ShowState::Shown);
 }

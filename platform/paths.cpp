@@ -27,4 +27,10 @@ std::wstring toLocal(const std::wstring &path)
 #endif
 }
 
+QString toHandedOver(const QString &path)
+{
+    QString handedOver = path;
+    return handedOver.replace(QLatin1Char('/'), QLatin1Char('\\'));
+}
+
 } // namespace platform

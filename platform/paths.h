@@ -12,4 +12,9 @@ namespace platform {
 QString toLocal(const QString &path);
 std::wstring toLocal(const std::wstring &path);
 
+// `path` as it is handed to the plug-in on every platform, with every "/" as a backslash: the plug-in's
+// clean-up commands carry it without quotes, and the command interpreter reads a "/" as the begin of a
+// switch.
+QString toHandedOver(const QString &path);
+
 } // namespace platform

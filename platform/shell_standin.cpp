@@ -1,9 +1,11 @@
 #include "platform/shell_standin.h"
 
+#include "platform/commandline.h"
 #include "platform/paths.h"
 #include "platform/shell.h"
 #include "platform/thread.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -26,60 +28,6 @@ const unsigned long ShownStartMilliseconds = 250;
 // Giving back the space of a file of this size takes about a millisecond.
 const qint64 LargeFile = 8 * 1024 * 1024;
 
-bool isSeparator(QChar c)
-{
-    return c == ' ' || c == '\t' || c == ',' || c == ';' || c == '=';
-}
-
-QStringList splitParameters(const QString &line)
-{
-    QStringList parts;
-    QString part;
-    bool inQuotes = false;
-    for (int i = 0; i < line.size(); ++i) {
-        const QChar c = line[i];
-        if (c == '"') {
-            inQuotes = !inQuotes;
-            continue;
-        }
-        if (!inQuotes) {
-            if (c == '&' || c == '|' || c == '<' || c == '>')
-                break;
-            if (isSeparator(c)) {
-                if (!part.isEmpty())
-                    parts << part;
-                part.clear();
-                continue;
-            }
-            if (c == '^') {
-                if (++i < line.size())
-                    part += line[i];
-                continue;
-            }
-        }
-        part += c;
-    }
-    if (!part.isEmpty())
-        parts << part;
-    return parts;
-}
-
-bool matches(const QString &pattern, int p, const QString &name, int n)
-{
-    for (; p < pattern.size(); ++p, ++n) {
-        if (pattern[p] == '*') {
-            for (int rest = n; rest <= name.size(); ++rest) {
-                if (matches(pattern, p + 1, name, rest))
-                    return true;
-            }
-            return false;
-        }
-        if (n == name.size() || (pattern[p] != '?' && pattern[p] != name[n]))
-            return false;
-    }
-    return n == name.size();
-}
-
 // The interpreter does its work in another process, at no cost to who waits in an event loop. What a large
 // file costs is giving back its space, which happens when its last user closes it: a thread of its own is
 // that user.
@@ -94,7 +42,7 @@ void removeFile(const QFileInfo &file)
         return;
     try {
         std::thread([descriptor] {
-            workInBackground();
+            const BackgroundWork stepBack;
             ::close(descriptor);
         }).detach();
     } catch (const std::system_error &) { // no thread to be had
@@ -104,47 +52,22 @@ void removeFile(const QFileInfo &file)
 
 } // namespace
 
-CommandLine parseCommandLine(const QString &parameters)
+bool deleteFiles(const QString &pattern)
 {
-    QStringList parts = splitParameters(parameters);
-    const auto take = [&parts](const char *word) {
-        if (parts.isEmpty() || parts.first().compare(QLatin1String(word), Qt::CaseInsensitive) != 0)
-            return false;
-        parts.removeFirst();
-        return true;
-    };
-    if (!take("/c"))
-        return {};
-    if (take("del"))
-        return {CommandLine::Command::Delete, parts};
-    if (take("rd") && take("/s") && take("/q"))
-        return {CommandLine::Command::RemoveTree, parts};
-    return {};
-}
-
-bool matchesWildcard(const QString &pattern, const QString &name)
-{
-    const QString foldedPattern = pattern.toCaseFolded();
-    const QString foldedName = name.toCaseFolded();
-    if (matches(foldedPattern, 0, foldedName, 0))
-        return true;
-    return foldedPattern.endsWith("*.*") &&
-           matches(foldedPattern.left(foldedPattern.size() - 2), 0, foldedName, 0);
-}
-
-void deleteFiles(const QString &pattern)
-{
+    if (delAsks(pattern))
+        return false;
     const QString local = toLocal(pattern);
     const int slash = local.lastIndexOf('/');
     const QString folder = slash < 0 ? QString(".") : local.left(slash + 1);
     const QString namePattern = local.mid(slash + 1);
     if (folder.contains('*') || folder.contains('?'))
-        return;
+        return true;
     QDir dir(folder);
     for (const QFileInfo &file : dir.entryInfoList(QDir::Files | QDir::System)) {
         if (matchesWildcard(namePattern, file.fileName()))
             removeFile(file);
     }
+    return true;
 }
 
 void removeTree(const QString &folder)
@@ -161,6 +84,11 @@ std::wstring wideFromSystemCodePage(const std::string &text)
     return QString::fromLocal8Bit(text.data(), int(text.size())).toStdWString();
 }
 
+std::wstring wideFromThreadCodePage(const std::string &text)
+{
+    return wideFromSystemCodePage(text); // a system's threads share one here
+}
+
 void shellExecuteAndWait(const std::wstring &program, const std::wstring &parameters, ShowState show)
 {
     if (program != L"cmd")
@@ -169,11 +97,17 @@ void shellExecuteAndWait(const std::wstring &program, const std::wstring &parame
         QThread::msleep(ShownStartMilliseconds);
 
     const CommandLine line = parseCommandLine(QString::fromStdWString(parameters));
+    if (!line.switches.isEmpty())
+        return; // none that both commands take is left: the interpreter says so, and does nothing
     for (const QString &operand : line.operands) {
-        if (line.command == CommandLine::Command::Delete)
-            deleteFiles(operand);
-        else
+        if (line.command == CommandLine::Command::Delete) {
+            if (!deleteFiles(operand)) {
+                qWarning() << "del asks whether to empty" << operand << "and gets no answer";
+                return;
+            }
+        } else if (line.command == CommandLine::Command::RemoveTree) {
             removeTree(operand);
+        }
     }
 }
 

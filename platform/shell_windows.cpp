@@ -14,15 +14,25 @@ static_assert(sizeof(SHELLEXECUTEINFOW) == 112, "the shell-execute record of 64-
 static_assert(int(ShowState::Hidden) == SW_HIDE && int(ShowState::Shown) == SW_SHOW,
               "the show states are passed on as they are");
 
+std::wstring wideFrom(UINT codePage, const std::string &text)
+{
+    const int bytes = int(text.size());
+    const int length = MultiByteToWideChar(codePage, 0, text.data(), bytes, nullptr, 0);
+    std::wstring wide(size_t(length), L'\0');
+    MultiByteToWideChar(codePage, 0, text.data(), bytes, &wide[0], length);
+    return wide;
+}
+
 } // namespace
 
 std::wstring wideFromSystemCodePage(const std::string &text)
 {
-    const int bytes = int(text.size());
-    const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), bytes, nullptr, 0);
-    std::wstring wide(size_t(length), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, text.data(), bytes, &wide[0], length);
-    return wide;
+    return wideFrom(CP_ACP, text);
+}
+
+std::wstring wideFromThreadCodePage(const std::string &text)
+{
+    return wideFrom(CP_THREAD_ACP, text);
 }
 
 void shellExecuteAndWait(const std::wstring &program, const std::wstring &parameters, ShowState show)

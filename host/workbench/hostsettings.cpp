@@ -26,7 +26,7 @@ HostSettings hostsettings::read()
     QSettings settings(fileName, QSettings::IniFormat);
     openAsUtf8(settings);
     HostSettings values;
-    values.jobFolder = settings.value("Job_Path/path").toString();
+    values.jobFolder = platform::toLocal(settings.value("Job_Path/path").toString());
     values.outputFolder = settings.value("Output_Path/path").toString();
     values.secondFolder = settings.value("Output_Path_Second/path").toString();
     values.resize = settings.value("Resize/value", defaults.resize).toDouble();
@@ -41,7 +41,7 @@ bool hostsettings::write(const HostSettings &values)
 {
     QSettings settings(fileName, QSettings::IniFormat);
     openAsUtf8(settings);
-    settings.setValue("Job_Path/path", values.jobFolder);
+    settings.setValue("Job_Path/path", platform::toHandedOver(values.jobFolder));
     settings.setValue("Output_Path/path", values.outputFolder);
     settings.setValue("Output_Path_Second/path", values.secondFolder);
     settings.setValue("Resize/value", values.resize);
@@ -68,6 +68,17 @@ bool hostsettings::writeDefaults()
     return write(defaults);
 }
 
+void hostsettings::mendJobFolder()
+{
+    QSettings settings(fileName, QSettings::IniFormat);
+    openAsUtf8(settings);
+    const QString folder = settings.value("Job_Path/path").toString();
+    if (!folder.contains('/'))
+        return;
+    settings.setValue("Job_Path/path", platform::toHandedOver(folder));
+    LOG(INFO) << "the job folder " << folder.toStdString() << " is written with backslashes now";
+}
+
 QString hostsettings::jobRoot(const QString &configured)
 {
     const QString folder = platform::toLocal(configured);
@@ -88,7 +99,7 @@ RunFolder::RunFolder(const QString &jobFolder) : m_before(QDir::currentPath()), 
             value = QDir(m_before).absoluteFilePath(platform::toLocal(value));
         settings.setValue(key, value);
     }
-    settings.setValue("Job_Path/path", jobFolder);
+    settings.setValue("Job_Path/path", platform::toHandedOver(jobFolder));
     settings.sync();
     QDir::setCurrent(m_folder->path());
 }

@@ -10,7 +10,7 @@ class QTemporaryDir;
 
 struct HostSettings
 {
-    QString jobFolder;
+    QString jobFolder;           // local; in the file with backslashes, as plug-ins take it
     QString outputFolder;        // empty: the job's own folder
     QString secondFolder;        // empty: what the Export dialog proposes
     double resize = 0.0;         // in resizeUnit
@@ -31,6 +31,9 @@ bool write(const HostSettings &values);
 // Writes a settings file with the defaults when the working folder has none: jobs in its folder "job",
 // exports as GDS with a database unit of 0.001 um. Returns whether the folder has a settings file now.
 bool writeDefaults();
+
+// Writes the job folder of an existing settings file as plug-ins take it: with backslashes.
+void mendJobFolder();
 
 // The folder that holds the jobs when the settings give `configured`: that folder when it exists, else "job"
 // in the working folder. Plug-ins fall back in the same way. Absolute and local.

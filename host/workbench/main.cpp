@@ -86,10 +86,12 @@ void shutDown(std::unique_ptr<MainWindow> window)
 int runProgram(QApplication &application, const CommandLine &options)
 {
     std::unique_ptr<RunFolder> runFolder;
-    if (!options.jobFolder.isEmpty())
+    if (!options.jobFolder.isEmpty()) {
         runFolder.reset(new RunFolder(options.jobFolder));
-    else
+    } else {
         hostsettings::writeDefaults();
+        hostsettings::mendJobFolder();
+    }
 
     LogCollector log;
     if (options.batch) {

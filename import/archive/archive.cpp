@@ -210,7 +210,7 @@ std::wstring memberFileName(const std::wstring &storedName, const std::wstring &
                             const fs::path &output)
 {
     if (!storedName.empty()) {
-        checkMemberName(storedName, baseName, nativeNameRules());
+        checkMemberName(storedName, nativeNameRules());
         return storedName;
     }
     if (isTaken(output / localRelativePath(baseName)) ||

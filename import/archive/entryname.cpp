@@ -121,7 +121,7 @@ std::vector<std::wstring> checkedPathParts(const std::wstring &path, NameRules r
     return parts;
 }
 
-void checkMemberName(const std::wstring &name, const std::wstring &baseName, NameRules rules)
+void checkMemberName(const std::wstring &name, NameRules rules)
 {
     const std::vector<std::wstring> parts = checkedPathParts(name, rules);
     if (parts.size() != 1 || parts[0] != name)
@@ -132,11 +132,6 @@ void checkMemberName(const std::wstring &name, const std::wstring &baseName, Nam
                    "the name of the gzip member contains a character that means something to the command "
                    "interpreter");
     }
-    const std::wstring stem = name.substr(0, name.rfind(L'.'));
-    if (name != baseName && stem != baseName && name.find_first_of(L" ,;=()'`\u00A0") != std::wstring::npos)
-        refuse(name,
-               "the name of the gzip member contains a character at which the command interpreter splits, "
-               "and is not the archive's own name");
 }
 
 std::wstring foldedName(const std::wstring &part, NameRules rules)

@@ -21,10 +21,9 @@ NameRules nativeNameRules();
 std::vector<std::wstring> checkedPathParts(const std::wstring &path, NameRules rules);
 
 // Checks the stored name of a gzip member, which becomes a file in the job root and part of a command line:
-// one part, and nothing in it that the command interpreter gives a meaning to. Blanks and the interpreter's
-// other separators are fine only when the user has seen them: when the name is `baseName` (that of the
-// archive) with or without an ending. Throws BitException.
-void checkMemberName(const std::wstring &name, const std::wstring &baseName, NameRules rules);
+// one part, and nothing in it that the command interpreter gives a meaning to besides taking the line apart
+// at it. Throws BitException.
+void checkMemberName(const std::wstring &name, NameRules rules);
 
 // `part` in a form in which two names that the file system takes for the same are equal.
 std::wstring foldedName(const std::wstring &part, NameRules rules);

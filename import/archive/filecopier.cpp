@@ -28,7 +28,7 @@ public:
         std::vector<std::thread> helpers;
         for (std::size_t i = 1; i < ThreadCount; ++i)
             helpers.emplace_back([this] {
-                platform::workInBackground();
+                const platform::BackgroundWork stepBack;
                 work();
             });
         work();

@@ -139,7 +139,7 @@ void FileWriter::queuePiece(bool isLast)
 
 void FileWriter::run()
 {
-    platform::workInBackground();
+    const platform::BackgroundWork stepBack;
     std::unique_lock<std::mutex> lock(m_mutex);
     for (;;) {
         m_queued.wait(lock, [this] { return m_stop || !m_queue.empty(); });

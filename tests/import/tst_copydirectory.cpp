@@ -137,6 +137,18 @@ private slots:
     void failedImportKeepsTheOldJob();
     void aTarLeftByAFailureDoesNotSpoilTheNextImport();
     void aPathWithBlanksSplitsTheCommands();
+    void aCommandThatWouldHitAFolderIsNotRun_data();
+    void aCommandThatWouldHitAFolderIsNotRun();
+    void aFailedImportRunsNoCommandThatWouldHitAFolder();
+    void aJobRootWithSlashesKeepsTheOldJob();
+    void aNameThatNamesNoJobFails_data();
+    void aNameThatNamesNoJobFails();
+    void whatWasJustUnpackedIsNotRemoved_data();
+    void whatWasJustUnpackedIsNotRemoved();
+    void memberNamesMayFallApart_data();
+    void memberNamesMayFallApart();
+    void aMembersNameGetsIntoNoCommandThatFallsApart();
+    void aFailureThatEndsUnseenKeepsTheOldJob();
     void aTaskThatEndsUnseenTakesTheSuccessRoad();
     void aJobRootThatVanishesEndsTheImport();
     void aJobRootThatIsAFileFails();
@@ -612,13 +624,162 @@ void TestCopyDirectory::aPathWithBlanksSplitsTheCommands()
     m_user->expectMessageBox(QMessageBox::Yes);
     QVERIFY(import(archive("my part.tgz", gzip(job("XYZ")))));
     // "del .\job\my part*.tar" is about .\job\my and part*.tar, "rd /s /q .\job\my part" about .\job\my and
-    // part: the tar and the old job stay, and the new one keeps its name.
+    // part, a folder, so that it is not run: the tar and the old job stay, and the new one keeps its name.
     QVERIFY(!jobs().contains("my"));
     QVERIFY(!QFile::exists("part_too.tar"));
-    QVERIFY(!QDir("part").exists());
+    QCOMPARE(readFile("part/x"), QByteArray("3"));
     QVERIFY(jobs().contains("my part.tar"));
     QCOMPARE(jobs()["my part/matrix"], QByteArray("old"));
     QVERIFY(jobs().contains("XYZ/matrix/matrix"));
+}
+
+void TestCopyDirectory::aCommandThatWouldHitAFolderIsNotRun_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("folder"); // in the way, from the working folder
+    QTest::newRow("a second download") << "board (1)"
+                                       << "job/board";
+    QTest::newRow("a blank") << "my part"
+                             << "job/my";
+    QTest::newRow("a comma") << "my,part"
+                             << "job/my";
+#ifndef _WIN32 // where it would be the same folder
+    QTest::newRow("a blank at the end") << "board "
+                                        << "job/board";
+#endif
+    QTest::newRow("a caret") << "bo^ard"
+                             << "job/board";
+    QTest::newRow("another command") << "board&part"
+                                     << "job/board";
+    QTest::newRow("a variable") << "%PATH%"
+                                << "job/board";
+}
+
+// Neither command, whatever the answer: the tar is deleted as a file, both folders stay.
+void TestCopyDirectory::aCommandThatWouldHitAFolderIsNotRun()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, folder);
+    QVERIFY(m_folder->write(folder + "/file", "another job"));
+    const Tree before = jobs();
+    const QString file = archive(name + ".tgz", gzip(job("XYZ")));
+
+    const LogCapture log;
+    QVERIFY(import(file));
+    Tree after = before;
+    after.unite({{name + "/", ""}, {name + "/matrix/", ""}, {name + "/matrix/matrix", "new"}});
+    QCOMPARE(jobs(), after);
+    bool isLogged = false;
+    for (const LogLine &line : log.lines())
+        isLogged = isLogged || line.message.find("without the command for it") != std::string::npos;
+    QVERIFY(isLogged);
+
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive(name + ".tgz", gzip(job("XYZ", "newer")))));
+    after.unite({{"XYZ/", ""}, {"XYZ/matrix/", ""}, {"XYZ/matrix/matrix", "newer"}});
+    QCOMPARE(jobs(), after);
+}
+
+void TestCopyDirectory::aFailedImportRunsNoCommandThatWouldHitAFolder()
+{
+    QVERIFY(m_folder->write("job/board/file", "another job"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    const LogCapture log;
+    QVERIFY(!import(archive("board (1).tgz", gzip(job("XYZ")).chopped(20))));
+    QCOMPARE(m_user->boxes.back().text, QString(Failure));
+    QCOMPARE(jobs(), (Tree{{"board/", ""}, {"board/file", "another job"}}));
+    QCOMPARE(log.find("Progress", 139).severity, google::GLOG_ERROR);
+}
+
+// The interpreter reads a slash as the begin of a switch.
+void TestCopyDirectory::aJobRootWithSlashesKeepsTheOldJob()
+{
+    QVERIFY(m_folder->write("jobs/ABC/x", "old"));
+    FileProcessAccess::config(*m_plugin).jobPath = m_folder->filePath("jobs");
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("ABC.tgz", gzip(job("XYZ")))));
+    QCOMPARE(treeOf(m_folder->filePath("jobs")), (Tree{{"ABC/", ""},
+                                                       {"ABC/x", "old"},
+                                                       {"XYZ/", ""},
+                                                       {"XYZ/matrix/", ""},
+                                                       {"XYZ/matrix/matrix", "new"}}));
+}
+
+void TestCopyDirectory::aNameThatNamesNoJobFails_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("nothing") << "";
+    QTest::newRow("the job root") << ".";
+    QTest::newRow("the folder around it") << "..";
+    QTest::newRow("what Windows reads as the job root") << "...";
+    QTest::newRow("a blank") << " ";
+    QTest::newRow("dots and blanks") << ". .";
+    QTest::newRow("another folder") << "..\\other";
+}
+
+void TestCopyDirectory::aNameThatNamesNoJobFails()
+{
+    QFETCH(QString, name);
+    QVERIFY(m_folder->write("job/ABC/x", "old"));
+    QVERIFY(m_folder->write("other/x", "old"));
+    const QString file = archive("valid.tgz", gzip(job("XYZ")));
+    const Tree before = treeOf(m_folder->path());
+    m_user->expectMessageBox(QMessageBox::Yes);
+    const LogCapture log;
+    m_name = name;
+    QVERIFY(!FileProcessAccess::copyDirectory(*m_plugin, file, m_name));
+    QCOMPARE(m_user->boxes.size(), std::size_t(1));
+    QCOMPARE(m_user->boxes[0].title, QString("Error"));
+    QCOMPARE(m_user->boxes[0].text, QString(Failure));
+    QCOMPARE(treeOf(m_folder->path()), before);
+    QCOMPARE(log.lines().size(), std::size_t(1));
+    QCOMPARE(log.lines()[0].severity, google::GLOG_ERROR);
+}
+
+void TestCopyDirectory::whatWasJustUnpackedIsNotRemoved_data()
+{
+    QTest::addColumn<QByteArray>("tar");
+    QTest::newRow("packed from the folder above")
+        << TarBuilder().folder("./").folder("./ABC/").file("./ABC/x", "new").bytes();
+    QTest::newRow("another folder first") << TarBuilder().file("XYZ/x", "x").file("ABC/x", "new").bytes();
+}
+
+void TestCopyDirectory::whatWasJustUnpackedIsNotRemoved()
+{
+    QFETCH(QByteArray, tar);
+    QVERIFY(m_folder->write("job/ABC/old", "old"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(import(archive("ABC.tgz", gzip(tar))));
+    QCOMPARE(jobs().value("ABC/x"), QByteArray("new"));
+    QCOMPARE(jobs().value("ABC/old"), QByteArray("old"));
+}
+
+void TestCopyDirectory::memberNamesMayFallApart_data()
+{
+    QTest::addColumn<QString>("archiveName");
+    QTest::addColumn<QByteArray>("member");
+    QTest::newRow("blanks") << "my_board" << QByteArray("my board.tar");
+    QTest::newRow("brackets") << "board" << QByteArray("board(1).tar");
+    QTest::newRow("a renamed second download") << "board" << QByteArray("board (1).tar");
+}
+
+void TestCopyDirectory::memberNamesMayFallApart()
+{
+    QFETCH(QString, archiveName);
+    QFETCH(QByteArray, member);
+    QVERIFY(import(archive(archiveName + ".tgz", gzip(job("XYZ"), member))));
+    QCOMPARE(jobs().value(archiveName + "/matrix/matrix"), QByteArray("new"));
+}
+
+// The command would delete board.txt and ask about the folder "my".
+void TestCopyDirectory::aMembersNameGetsIntoNoCommandThatFallsApart()
+{
+    QVERIFY(m_folder->write("board.txt", "the user's"));
+    QVERIFY(m_folder->write("job/my/x", "a job"));
+    m_user->expectMessageBox(QMessageBox::Yes);
+    QVERIFY(!import(archive("my_board.tgz", gzip("this is no tar file", "my board.tar"))));
+    QCOMPARE(readFile("board.txt"), QByteArray("the user's"));
+    QCOMPARE(jobs(), (Tree{{"my/", ""}, {"my/x", "a job"}, {"my board.tar", "this is no tar file"}}));
 }
 
 // The event loop of the first poll is held up until the failed task and its clean-up have ended.
@@ -633,6 +794,25 @@ void TestCopyDirectory::aTaskThatEndsUnseenTakesTheSuccessRoad()
     QVERIFY(import(archive("ABC.tgz", "no gzip")));
     QVERIFY(m_user->boxes.empty());
     QCOMPARE(m_name, QString("ABC.tar"));
+}
+
+void TestCopyDirectory::aFailureThatEndsUnseenKeepsTheOldJob()
+{
+    QVERIFY(m_folder->write("job/ABC/x", "old"));
+    const Tree before = jobs();
+    m_user->expectMessageBox(QMessageBox::Yes);
+    FailureGate gate;
+    QTimer later; // than the question
+    connect(&later, &QTimer::timeout, [&] {
+        if (m_user->boxes.empty() || QApplication::activeModalWidget() == nullptr)
+            return;
+        later.stop();
+        gate.open();
+        QTest::qSleep(2000);
+    });
+    later.start(1);
+    QVERIFY(import(archive("ABC.tgz", "no gzip")));
+    QCOMPARE(jobs(), before);
 }
 
 void TestCopyDirectory::aJobRootThatVanishesEndsTheImport()

@@ -11,6 +11,7 @@ class tst_Paths : public QObject
 private slots:
     void backslashesBecomeTheLocalSeparator_data();
     void backslashesBecomeTheLocalSeparator();
+    void slashesAreHandedOverAsBackslashes();
 };
 
 void tst_Paths::backslashesBecomeTheLocalSeparator_data()
@@ -39,6 +40,13 @@ void tst_Paths::backslashesBecomeTheLocalSeparator()
 #endif
     QCOMPARE(platform::toLocal(path), elsewhere);
     QCOMPARE(platform::toLocal(path.toStdWString()), elsewhere.toStdWString());
+}
+
+void tst_Paths::slashesAreHandedOverAsBackslashes()
+{
+    QCOMPARE(platform::toHandedOver("C:/jobs\\a/b"), QString("C:\\jobs\\a\\b"));
+    QCOMPARE(platform::toHandedOver("/home/me/jobs"), QString("\\home\\me\\jobs"));
+    QCOMPARE(platform::toHandedOver(""), QString());
 }
 
 QTEST_GUILESS_MAIN(tst_Paths)

@@ -1,4 +1,4 @@
-// The stand-in for the command interpreter: parameters, wildcards, and what it refuses to run.
+// The stand-in for the command interpreter: what it deletes, where it would ask, and what it refuses to run.
 
 #include "platform/shell.h"
 #include "platform/shell_standin.h"
@@ -8,85 +8,20 @@
 #include <QtTest>
 
 using namespace platform;
-Q_DECLARE_METATYPE(platform::CommandLine::Command)
 
 class tst_ShellStandin : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void commandLinesFallIntoParameters_data();
-    void commandLinesFallIntoParameters();
-    void wildcardsMatchWithoutRegardToCase_data();
-    void wildcardsMatchWithoutRegardToCase();
     void wildcardsInAFolderMatchNothing();
     void linksAreRemovedAndNotFollowed();
     void aLargeFileIsGoneAtOnceAndItsSpaceSoon();
     void nothingElseIsRun();
+    void aQuestionGetsNoAnswer_data();
+    void aQuestionGetsNoAnswer();
+    void aSlashIsASwitch();
 };
-
-void tst_ShellStandin::commandLinesFallIntoParameters_data()
-{
-    using Command = CommandLine::Command;
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<Command>("command");
-    QTest::addColumn<QStringList>("operands");
-    QTest::newRow("del") << "/c del C:\\j\\A*.tar" << Command::Delete << QStringList("C:\\j\\A*.tar");
-    QTest::newRow("rd") << "/c rd /s /q C:\\j\\A" << Command::RemoveTree << QStringList("C:\\j\\A");
-    QTest::newRow("capitals") << "/C DEL a" << Command::Delete << QStringList("a");
-    QTest::newRow("blanks") << "/c del C:\\my jobs\\A" << Command::Delete
-                            << QStringList({"C:\\my", "jobs\\A"});
-    QTest::newRow("other separators")
-        << "/c del a,b;c=d\te" << Command::Delete << QStringList({"a", "b", "c", "d", "e"});
-    QTest::newRow("quotes") << "/c del \"a b\" c" << Command::Delete << QStringList({"a b", "c"});
-    QTest::newRow("open quote") << "/c del a*.tara*.*\"" << Command::Delete << QStringList("a*.tara*.*");
-    QTest::newRow("ampersand") << "/c del a&b c" << Command::Delete << QStringList("a");
-    QTest::newRow("caret") << "/c del a^&b" << Command::Delete << QStringList("a&b");
-    QTest::newRow("rd without switches") << "/c rd A" << Command::None << QStringList();
-    QTest::newRow("another command") << "/c format c:" << Command::None << QStringList();
-    QTest::newRow("no /c") << "del a" << Command::None << QStringList();
-    QTest::newRow("empty") << "" << Command::None << QStringList();
-}
-
-void tst_ShellStandin::commandLinesFallIntoParameters()
-{
-    QFETCH(QString, line);
-    const CommandLine parsed = parseCommandLine(line);
-    QTEST(parsed.command, "command");
-    QTEST(parsed.operands, "operands");
-}
-
-void tst_ShellStandin::wildcardsMatchWithoutRegardToCase_data()
-{
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("matches");
-    QTest::newRow("star") << "ABC*.tar"
-                          << "abc_old.TAR" << true;
-    QTest::newRow("empty star") << "ABC*.tar"
-                                << "ABC.tar" << true;
-    QTest::newRow("other start") << "ABC*.tar"
-                                 << "xABC.tar" << false;
-    QTest::newRow("other end") << "ABC*.tar"
-                               << "ABC.tar.gz" << false;
-    QTest::newRow("question mark") << "a?c"
-                                   << "abc" << true;
-    QTest::newRow("question mark needs one") << "a?c"
-                                             << "ac" << false;
-    QTest::newRow("two stars") << "a*b*c"
-                               << "axxbyybzc" << true;
-    QTest::newRow("star dot star without a dot") << "ABC*.*"
-                                                 << "ABCdef" << true;
-    QTest::newRow("plain") << "abc"
-                           << "ABC" << true;
-}
-
-void tst_ShellStandin::wildcardsMatchWithoutRegardToCase()
-{
-    QFETCH(QString, pattern);
-    QFETCH(QString, name);
-    QTEST(matchesWildcard(pattern, name), "matches");
-}
 
 void tst_ShellStandin::wildcardsInAFolderMatchNothing()
 {
@@ -140,6 +75,46 @@ void tst_ShellStandin::nothingElseIsRun()
     shellExecuteAndWait(L"cmd", L"/c echo x > touched", ShowState::Hidden);
     shellExecuteAndWait(L"cmd", L"/c del nothing & touch touched", ShowState::Hidden);
     QVERIFY(!QFileInfo::exists("touched"));
+}
+
+// "del" asks before it empties a folder. The interpreter would wait for ever.
+void tst_ShellStandin::aQuestionGetsNoAnswer_data()
+{
+    QTest::addColumn<QString>("operand");
+    QTest::newRow("folder") << ".\\board";
+    QTest::newRow("folder with its separator") << ".\\board\\";
+    QTest::newRow("everything in it") << ".\\board\\*";
+    QTest::newRow("everything in it, the old way") << ".\\board\\*.*";
+}
+
+void tst_ShellStandin::aQuestionGetsNoAnswer()
+{
+    QFETCH(QString, operand);
+    TemporaryWorkingFolder folder;
+    QVERIFY(folder.write("board/file", "x"));
+    QVERIFY(folder.write("before.tar", "x"));
+    QVERIFY(folder.write("after.tar", "x"));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("gets no answer"));
+
+    shellExecuteAndWait(L"cmd", ("/c del before.tar " + operand + " after.tar").toStdWString(),
+                        ShowState::Hidden);
+
+    QVERIFY(QFileInfo::exists("board/file"));
+    QVERIFY(!QFileInfo::exists("before.tar"));
+    QVERIFY(QFileInfo::exists("after.tar"));
+}
+
+void tst_ShellStandin::aSlashIsASwitch()
+{
+    TemporaryWorkingFolder folder;
+    QVERIFY(folder.write("job/ABC.tar", "x"));
+    QVERIFY(folder.write("job/ABC/matrix", "x"));
+
+    shellExecuteAndWait(L"cmd", L"/c del ./job\\ABC.tar", ShowState::Hidden);
+    shellExecuteAndWait(L"cmd", L"/c rd /s /q ./job\\ABC", ShowState::Hidden);
+
+    QVERIFY(QFileInfo::exists("job/ABC.tar"));
+    QVERIFY(QFileInfo::exists("job/ABC/matrix"));
 }
 
 QTEST_GUILESS_MAIN(tst_ShellStandin)

@@ -14,6 +14,7 @@ class tst_Thread : public QObject
 private slots:
     void onlyTheCallingThreadStepsBack();
     void onceIsEnough();
+    void thePriorityIsGivenBack();
 };
 
 void tst_Thread::onlyTheCallingThreadStepsBack()
@@ -21,7 +22,7 @@ void tst_Thread::onlyTheCallingThreadStepsBack()
     const int before = threadPriority();
     int inBackground = before;
     std::thread([&inBackground] {
-        platform::workInBackground();
+        const platform::BackgroundWork work;
         inBackground = threadPriority();
     }).join();
     QVERIFY2(inBackground < before, qPrintable(QString::number(inBackground)));
@@ -32,12 +33,28 @@ void tst_Thread::onceIsEnough()
 {
     int once = 0, twice = 0;
     std::thread([&once, &twice] {
-        platform::workInBackground();
+        const platform::BackgroundWork work;
         once = threadPriority();
-        platform::workInBackground();
+        const platform::BackgroundWork again;
         twice = threadPriority();
     }).join();
     QCOMPARE(twice, once);
+}
+
+// A pool's thread gets other work afterwards.
+void tst_Thread::thePriorityIsGivenBack()
+{
+    if (!mayRaisePriority())
+        QSKIP("this user may not make a thread more important again");
+    int before = 0, after = 0;
+    std::thread([&] {
+        before = threadPriority();
+        {
+            const platform::BackgroundWork work;
+        }
+        after = threadPriority();
+    }).join();
+    QCOMPARE(after, before);
 }
 
 QTEST_APPLESS_MAIN(tst_Thread)

@@ -26,6 +26,8 @@ private slots:
     void textsAreReadInTheSystemCodePage_data();
     void textsAreReadInTheSystemCodePage();
     void everyByteIsReadAsQtReadsIt();
+    void theThreadsCodePageIsThatOfItsLocale();
+    void whatDelDoesWithAFolder();
     void utf8NamesOutsideAsciiNameAnotherFile();
 
 private:
@@ -164,6 +166,41 @@ void tst_ShellExecute::everyByteIsReadAsQtReadsIt()
         const QByteArray bytes = QByteArray("a") + char(value) + "bc";
         QCOMPARE(QString::fromStdWString(platform::wideFromSystemCodePage(bytes.toStdString())),
                  QString::fromLocal8Bit(bytes));
+    }
+}
+
+// A host may give a thread a locale of its own.
+void tst_ShellExecute::theThreadsCodePageIsThatOfItsLocale()
+{
+    const LCID before = GetThreadLocale();
+    const std::string bytes = "\xE0\xE1.tar";
+    QCOMPARE(platform::wideFromThreadCodePage("plain"), std::wstring(L"plain"));
+    QVERIFY(SetThreadLocale(MAKELCID(MAKELANGID(LANG_RUSSIAN, SUBLANG_DEFAULT), SORT_DEFAULT)));
+    const std::wstring russian = platform::wideFromThreadCodePage(bytes);
+    QVERIFY(SetThreadLocale(MAKELCID(MAKELANGID(LANG_GREEK, SUBLANG_DEFAULT), SORT_DEFAULT)));
+    const std::wstring greek = platform::wideFromThreadCodePage(bytes);
+    SetThreadLocale(before);
+    QCOMPARE(QString::fromStdWString(russian), QString::fromUtf8("\xD0\xB0\xD0\xB1.tar")); // windows-1251
+    QCOMPARE(QString::fromStdWString(greek), QString::fromUtf8("\xCE\xB0\xCE\xB1.tar"));   // windows-1253
+}
+
+// It asks, and without an answer deletes nothing. Seen in a program of its own, which can be ended.
+void tst_ShellExecute::whatDelDoesWithAFolder()
+{
+    TemporaryWorkingFolder folder;
+    for (const char *operand : {"board", ".\\board\\*", ".\\board\\*.*"}) {
+        QVERIFY(folder.write("board/file", "x"));
+        QProcess interpreter;
+        interpreter.setNativeArguments(QString("/c del ") + operand);
+        interpreter.start("cmd", QStringList());
+        QVERIFY(interpreter.waitForStarted());
+        const bool hasEnded = interpreter.waitForFinished(5000);
+        qInfo() << "del" << operand << (hasEnded ? "ended" : "waits") << interpreter.readAll();
+        if (!hasEnded) {
+            interpreter.kill();
+            interpreter.waitForFinished();
+        }
+        QVERIFY(!hasEnded || QFile::exists("board/file"));
     }
 }
 

@@ -31,13 +31,27 @@ private slots:
     void aJobRootWithABlankKeepsItsTarAndLosesOthers();
     void anOldJobUnderABlankIsNotReplaced();
     void namesOutsideAsciiAreUnpacked();
+    void aSecondDownloadLeavesTheOtherJobAlone_data();
+    void aSecondDownloadLeavesTheOtherJobAlone();
+    void aJobRootWithSlashesLosesNothing();
     void pathsLongerThan260CharactersAreUnpacked();
+    void aDeepJobCanBeImportedAgain();
+    void anArchiveMayLieDeep();
+    void oneFolderUnderTwoSpellingsIsNotRemoved();
+    void aNameOfDotsNamesNoJob();
     void aJobOfTheSameNameInAnotherCaseIsTheSameJob();
     void twoSpellingsOfOneNameAreRefused();
     void reservedNamesAreRefused_data();
     void reservedNamesAreRefused();
 
 private:
+    // A path that begins with `top` and is longer than `length`.
+    static QByteArray deepPath(QByteArray top, int length)
+    {
+        while (top.size() < length)
+            top += "/steps_" + QByteArray(40, 'x');
+        return top;
+    }
     QString native(const QString &name) const { return QDir::toNativeSeparators(m_folder->filePath(name)); }
     bool import(const QString &archive, const QByteArray &bytes,
                 QMessageBox::StandardButton answer = QMessageBox::NoButton);
@@ -188,16 +202,86 @@ void tst_WindowsRoad::pathsLongerThan260CharactersAreUnpacked()
 {
     QVERIFY(QDir().mkpath("jobs"));
     FileProcessAccess::config(*m_plugin).jobPath = native("jobs");
-    QByteArray path = "ABC";
-    while (path.size() < 400)
-        path += "/steps_" + QByteArray(40, 'x');
-    path += "/features";
+    const QByteArray path = deepPath("ABC", 400) + "/features";
 
     QVERIFY(import("ABC.tgz",
                    gzip(TarBuilder().extended({{"path", path}}).file("shortened", "content").bytes())));
 
     QCOMPARE(readFile(m_folder->filePath("jobs/" + path)), QByteArray("content"));
     QVERIFY(QDir(m_folder->filePath("jobs")).removeRecursively());
+}
+
+void tst_WindowsRoad::aDeepJobCanBeImportedAgain()
+{
+    QVERIFY(QDir().mkpath("jobs"));
+    FileProcessAccess::config(*m_plugin).jobPath = native("jobs");
+    const QByteArray folder = deepPath("ABC", 400);
+    const auto deepJob = [&folder](const QByteArray &content) {
+        return gzip(TarBuilder()
+                        .extended({{"path", folder + "/features"}})
+                        .file("shortened", content)
+                        .extended({{"path", folder + "/" + content}})
+                        .file("shortened", content)
+                        .bytes());
+    };
+    QVERIFY(import("ABC.tgz", deepJob("first")));
+    QVERIFY(import("ABC.tgz", deepJob("second"), QMessageBox::Yes));
+
+    QCOMPARE(m_user->boxes.size(), std::size_t(1)); // the question
+    QCOMPARE(readFile(m_folder->filePath("jobs/" + folder + "/features")), QByteArray("second"));
+    QCOMPARE(readFile(m_folder->filePath("jobs/" + folder + "/first")), QByteArray("first"));
+    QCOMPARE(readFile(m_folder->filePath("jobs/" + folder + "/second")), QByteArray("second"));
+    QCOMPARE(QDir("jobs").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{"ABC"});
+    QVERIFY(QDir(m_folder->filePath("jobs")).removeRecursively());
+}
+
+void tst_WindowsRoad::anArchiveMayLieDeep()
+{
+    QVERIFY(QDir().mkpath("jobs"));
+    FileProcessAccess::config(*m_plugin).jobPath = native("jobs");
+    const QString file = m_folder->filePath(deepPath("mail", 300) + "/ABC.tgz");
+    QVERIFY(writeFile(file, gzip(TarBuilder().file("ABC/x", "new").bytes())));
+    QString name = "ABC";
+    QVERIFY(FileProcessAccess::copyDirectory(*m_plugin, file, name));
+    QCOMPARE(readFile("jobs/ABC/x"), QByteArray("new"));
+    QVERIFY(QDir(m_folder->filePath("mail")).removeRecursively());
+}
+
+// "del C:\...\board (1)*.tar" would ask about the folder "board", in a window that nobody sees.
+void tst_WindowsRoad::aSecondDownloadLeavesTheOtherJobAlone_data()
+{
+    QTest::addColumn<bool>("again");
+    QTest::newRow("new") << false;
+    QTest::newRow("instead of an old job") << true;
+}
+
+void tst_WindowsRoad::aSecondDownloadLeavesTheOtherJobAlone()
+{
+    QFETCH(bool, again);
+    QVERIFY(m_folder->write("jobs/board/x", "another job"));
+    if (again)
+        QVERIFY(m_folder->write("jobs/board (1)/x", "old"));
+    FileProcessAccess::config(*m_plugin).jobPath = native("jobs");
+
+    QVERIFY(import("board (1).tgz", gzip(TarBuilder().folder("odb/").file("odb/x", "new").bytes()),
+                   again ? QMessageBox::Yes : QMessageBox::NoButton));
+
+    QCOMPARE(readFile("jobs/board/x"), QByteArray("another job"));
+    QCOMPARE(readFile("jobs/board (1)/x"), QByteArray(again ? "old" : "new"));
+    QCOMPARE(readFile("jobs/odb/x"), QByteArray(again ? "new" : ""));
+    QVERIFY(!QFile::exists("jobs/board (1).tar"));
+}
+
+void tst_WindowsRoad::aJobRootWithSlashesLosesNothing()
+{
+    QVERIFY(m_folder->write("jobs/ABC/x", "old"));
+    FileProcessAccess::config(*m_plugin).jobPath = m_folder->filePath("jobs");
+    QVERIFY(
+        import("ABC.tgz", gzip(TarBuilder().folder("odb/").file("odb/x", "new").bytes()), QMessageBox::Yes));
+    QCOMPARE(readFile("jobs/ABC/x"), QByteArray("old"));
+    QCOMPARE(readFile("jobs/odb/x"), QByteArray("new"));
+    QVERIFY(!QFile::exists("jobs/ABC.tar"));
 }
 
 void tst_WindowsRoad::aJobOfTheSameNameInAnotherCaseIsTheSameJob()
@@ -212,6 +296,28 @@ void tst_WindowsRoad::aJobOfTheSameNameInAnotherCaseIsTheSameJob()
     QCOMPARE(QDir("jobs").entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 1);
     QCOMPARE(readFile("jobs/ABC/old"), QByteArray("old")); // equal names: unpacked over the old folder
     QCOMPARE(readFile("jobs/ABC/new"), QByteArray("new"));
+}
+
+// Over the old job, and then one folder with two names, neither of which may be removed.
+void tst_WindowsRoad::oneFolderUnderTwoSpellingsIsNotRemoved()
+{
+    QVERIFY(m_folder->write("jobs/BOARD/old", "old"));
+    FileProcessAccess::config(*m_plugin).jobPath = native("jobs");
+    QVERIFY(import("BOARD.tgz", gzip(TarBuilder().folder("board/").file("board/new", "new").bytes()),
+                   QMessageBox::Yes));
+    QCOMPARE(readFile("jobs/BOARD/old"), QByteArray("old"));
+    QCOMPARE(readFile("jobs/BOARD/new"), QByteArray("new"));
+}
+
+// Windows drops dots at a name's end: "C:\jobs\..." is "C:\jobs".
+void tst_WindowsRoad::aNameOfDotsNamesNoJob()
+{
+    QVERIFY(m_folder->write("jobs/ABC/x", "old"));
+    FileProcessAccess::config(*m_plugin).jobPath = native("jobs");
+    QVERIFY(!import("....tgz", gzip(TarBuilder().file("odb/x", "new").bytes()), QMessageBox::Yes));
+    QCOMPARE(m_user->boxes.size(), std::size_t(1));
+    QCOMPARE(m_user->boxes[0].title, QString("Error"));
+    QCOMPARE(readFile("jobs/ABC/x"), QByteArray("old"));
 }
 
 void tst_WindowsRoad::twoSpellingsOfOneNameAreRefused()

@@ -2,6 +2,7 @@
 #include "host/workbench/hostsettings.h"
 #include "host/workbench/jobstore.h"
 #include "host/workbench/settingsdialog.h"
+#include "platform/paths.h"
 #include "tests/support/temporaryworkingfolder.h"
 
 #include <QCheckBox>
@@ -35,7 +36,7 @@ private slots:
     {
         TemporaryWorkingFolder folder;
         QVERIFY(hostsettings::writeDefaults());
-        QCOMPARE(setting("Job_Path/path"), folder.filePath("job"));
+        QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("job")));
         QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.001);
         QCOMPARE(setting("Profile_Dot/Profile_Dot"), QString("no"));
     }
@@ -54,7 +55,9 @@ private slots:
         values.exportDatabase = "exports.sqlite";
         QVERIFY(hostsettings::write(values));
         const HostSettings read = hostsettings::read();
-        QCOMPARE(read.jobFolder, values.jobFolder);
+        QCOMPARE(platform::toLocal(read.jobFolder),
+                 platform::toLocal(platform::toHandedOver(values.jobFolder)));
+        QCOMPARE(setting("Job_Path/path"), QString::fromUtf8("D:\\Aufträge"));
         QCOMPARE(read.outputFolder, values.outputFolder);
         QCOMPARE(read.secondFolder, values.secondFolder);
         QCOMPARE(read.resize, values.resize);
@@ -110,6 +113,15 @@ private slots:
         QCOMPARE(file.readAll(), QByteArray("[Job_Path]\npath=D:/mine\n"));
     }
 
+    void slashesInTheUsersJobFolderAreMended()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("oxconfig.ini", "[Job_Path]\npath=D:/mine/jobs\n[Dbu]\nDbu=0.0005\n"));
+        hostsettings::mendJobFolder();
+        QCOMPARE(setting("Job_Path/path"), QString("D:\\mine\\jobs"));
+        QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
+    }
+
     void jobRootIsTheConfiguredFolderOrJob()
     {
         TemporaryWorkingFolder folder;
@@ -132,7 +144,7 @@ private slots:
         {
             const RunFolder runFolder(folder.filePath("other jobs"));
             QVERIFY(QDir::current().canonicalPath() != folder.path());
-            QCOMPARE(setting("Job_Path/path"), folder.filePath("other jobs"));
+            QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("other jobs")));
             QCOMPARE(setting("Export_Database/path"), folder.filePath("log/exports.sqlite"));
             QCOMPARE(setting("Output_Path_Second/path"), QString("NC"));
             QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
@@ -145,7 +157,7 @@ private slots:
     {
         TemporaryWorkingFolder folder;
         const RunFolder runFolder(folder.filePath("j"));
-        QCOMPARE(setting("Job_Path/path"), folder.filePath("j"));
+        QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("j")));
     }
 
     void jobsAreTheFoldersWithAMatrix()

@@ -105,7 +105,12 @@ void markFailed(ORVEX::COMMON::progress_value<void> *progress)
 
 UnzipProgress::UnzipProgress() = default;
 
-UnzipProgress::~UnzipProgress() = default;
+UnzipProgress::~UnzipProgress()
+{
+    // The base would destroy its mutex first, which the task still locks.
+    if (task.valid())
+        task.wait();
+}
 
 void UnzipProgress::do_process()
 {

@@ -6,5 +6,10 @@
 
 std::string gbk(const char *utf8)
 {
-    return QTextCodec::codecForName("GBK")->fromUnicode(QString::fromUtf8(utf8)).toStdString();
+    return gbk(utf8, QTextCodec::codecForName("GBK"));
+}
+
+std::string gbk(const char *utf8, const QTextCodec *codec)
+{
+    return codec ? codec->fromUnicode(QString::fromUtf8(utf8)).toStdString() : utf8;
 }

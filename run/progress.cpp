@@ -21,7 +21,12 @@ bool Progress::isRotate = false;
 bool Progress::isScale = false;
 
 Progress::Progress() = default;
-Progress::~Progress() = default;
+Progress::~Progress()
+{
+    // The base would destroy its mutex first, which the host still locks.
+    if (task.valid())
+        task.wait();
+}
 
 void Progress::do_process()
 {

@@ -11,6 +11,7 @@ class tst_GbkText : public QObject
 private slots:
     void textsAreInCodePage936_data();
     void textsAreInCodePage936();
+    void withoutTheCodecTextsStayUtf8();
 };
 
 void tst_GbkText::textsAreInCodePage936_data()
@@ -29,6 +30,12 @@ void tst_GbkText::textsAreInCodePage936()
     QFETCH(QString, text);
     QFETCH(QByteArray, bytes);
     QCOMPARE(QByteArray::fromStdString(gbk(text.toUtf8().constData())), bytes);
+}
+
+// Qt can be built without its large codecs.
+void tst_GbkText::withoutTheCodecTextsStayUtf8()
+{
+    QCOMPARE(gbk("\xc3\xa4", nullptr), std::string("\xc3\xa4"));
 }
 
 QTEST_GUILESS_MAIN(tst_GbkText)

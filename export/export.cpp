@@ -2,7 +2,6 @@
 
 #include "export/export.h"
 
-#include "export/cellcombostyle.h"
 #include "export/combobox.h"
 #include "export/fittingfont.h"
 #include "platform/paths.h"
@@ -79,8 +78,6 @@ Export::~Export()
         m_progressDialog->setParent(nullptr, m_progressDialog->windowFlags());
         m_progressDialog->setVisible(!m_progressDialog->wasCanceled());
     }
-    // The cell combo boxes draw with m_cellComboStyle as long as they exist.
-    delete PNListTable;
     delete m_scaleModel;
 }
 

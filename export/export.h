@@ -16,11 +16,9 @@
 #include <QWidget>
 
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
-class CellComboStyle;
 class CheckBoxDelegate;
 class ComboBoxDelegate;
 class Progress;
@@ -161,7 +159,6 @@ private:
     double m_referenceY = 0.0;
     std::map<std::string, LayerExportParam> m_layerParams;
 
-    std::unique_ptr<CellComboStyle> m_cellComboStyle;
     QStandardItemModel *m_scaleModel = nullptr; // "1" in the scale columns of each row; has no parent
     ReadOnlyDelegate *m_readOnlyDelegate = nullptr;
     CheckBoxDelegate *m_checkBoxDelegate = nullptr;

@@ -4,7 +4,6 @@
 #include "export/export.h"
 
 #include "export/cellcombobox.h"
-#include "export/cellcombostyle.h"
 #include "export/delegates/checkboxdelegate.h"
 #include "export/delegates/comboboxdelegate.h"
 #include "export/delegates/readonlydelegate.h"
@@ -15,6 +14,7 @@
 
 #include <QDebug>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QStandardItemModel>
 #include <QTableWidget>
 
@@ -72,7 +72,6 @@ QColor layerColor(const layer_info &layer)
 
 void Export::initTable()
 {
-    m_cellComboStyle = std::make_unique<CellComboStyle>();
     m_scaleModel = new QStandardItemModel;
     m_readOnlyDelegate = new ReadOnlyDelegate(this);
     m_checkBoxDelegate = new CheckBoxDelegate(this);
@@ -91,6 +90,7 @@ void Export::initTable()
     initHeader();
     PNListTable->setContextMenuPolicy(Qt::CustomContextMenu);
     PNListTable->setSelectionMode(QAbstractItemView::NoSelection);
+    PNListTable->setTabKeyNavigation(false); // Tab goes on to the buttons, the arrow keys move in the table
     PNListTable->show();
 }
 
@@ -122,6 +122,11 @@ void Export::fillLayerTable()
     }
     for (int record = 0; record < int(m_layers.size()); ++record)
         addCellComboBoxes(record);
+    // Out of a cell's box, as out of the table, Tab goes on to the buttons.
+    if (m_negateComboBox) {
+        setTabOrder(m_negateComboBox, OKButton);
+        setTabOrder(OKButton, CancelButton);
+    }
     google::LogMessage("Export", 492, google::GLOG_INFO).stream()
         << "Export: " << gbk("已获取导出层列表。料号：") << m_jobName.toStdString() << gbk("；STEP：")
         << m_stepName.toStdString();
@@ -154,6 +159,7 @@ void Export::addLayerRow(int row, const layer_info &layer)
     const QString name = QString::fromStdString(layer.name);
     auto *nameItem = new QTableWidgetItem(name);
     nameItem->setBackground(layerColor(layer));
+    nameItem->setForeground(Qt::black); // readable on all these colours, whatever the palette's text is
     if (!isBoardLayer(layer))
         qDebug() << name;
 
@@ -178,7 +184,6 @@ void Export::addCellComboBoxes(int record)
 QComboBox *Export::addCellComboBox(int row, int column, const QStringList &entries, const QString &styleSheet)
 {
     auto *box = new CellComboBox(PNListTable);
-    box->setStyle(m_cellComboStyle.get());
     box->setStyleSheet(styleSheet);
     box->addItems(entries);
     if (row < PNListTable->rowCount())

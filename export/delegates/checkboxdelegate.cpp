@@ -19,6 +19,10 @@ void CheckBoxDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     const bool checked = index.data(Qt::DisplayRole).toBool();
     box.state = QStyle::State_Enabled | (checked ? QStyle::State_On : QStyle::State_Off);
     box.rect = checkRect(option.rect);
+    box.palette = option.palette;
+    // Styles draw the edge of a box in a darker shade of the window's colour, which is lost on a dark cell.
+    if (option.palette.color(QPalette::Base).lightness() < 128)
+        box.palette.setBrush(QPalette::Window, option.palette.text());
     QApplication::style()->drawControl(QStyle::CE_CheckBox, &box, painter);
 }
 

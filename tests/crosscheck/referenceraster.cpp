@@ -204,7 +204,13 @@ public:
 private:
     void step(const cam::StepImage &step, const Transform &place, Bitmap &result)
     {
-        features(step.features, place.then(m_export), true, result);
+        if (step.features.negativeCount == 0) {
+            features(step.features, place.then(m_export), true, result);
+        } else { // negative features erase within their step only
+            Bitmap picture = m_canvas.blank();
+            features(step.features, place.then(m_export), true, picture);
+            result.paint(picture, true, 0, picture.height() - 1);
+        }
         for (const cam::StepRepeat &repeat : step.repeats) {
             for (std::uint32_t row = 0; row < repeat.ny; ++row) {
                 for (std::uint32_t column = 0; column < repeat.nx; ++column) {

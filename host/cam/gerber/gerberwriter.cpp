@@ -26,25 +26,23 @@ void writeHead(const LayerImage &image, const ExportOptions &options, GerberStre
     stream.allQuadrants();
 }
 
-// The profile's area, out of which paint() then takes the layer.
-void paintBase(const LayerImage &image, GerberStream &stream, Painter &painter)
+// The area of the profile, or the extent of the layer where there is none, less the layer.
+void paintNegative(const LayerImage &image, GerberStream &stream, Painter &painter)
 {
+    const GridBox extent = image.profile.isEmpty() ? painter.darkExtent() : GridBox();
     stream.polarity(true);
     if (!image.profile.isEmpty())
-        return painter.paintContours(image.profile);
-    const GridBox extent = painter.positiveExtent();
-    if (!extent.isEmpty())
+        painter.paintContours(image.profile);
+    else if (!extent.isEmpty())
         painter.paintBox(extent);
-}
-
-void paintImage(const LayerImage &image, const ExportOptions &options, GerberStream &stream, Painter &painter)
-{
-    if (options.negative)
-        paintBase(image, stream, painter);
     painter.paint();
-    // Negative features are painted dark now, and may reach out of the profile.
-    if (options.negative && !image.profile.isEmpty() && painter.hasNegativeFeatures())
+    // Negative features are painted dark now, and may reach out of what the layer is taken from.
+    if (!painter.hasNegativeFeatures())
+        return;
+    if (!image.profile.isEmpty())
         painter.clearOutside(image.profile);
+    else
+        painter.clearOutside(extent);
 }
 
 } // namespace
@@ -65,7 +63,10 @@ void writeGerber(const LayerImage &image, const ExportOptions &options)
     apertures.write(stream);
     if (painter.isEmpty())
         stream.moveTo({0, 0});
-    paintImage(image, options, stream, painter);
+    if (options.negative)
+        paintNegative(image, stream, painter);
+    else
+        painter.paint();
     if (drawsProfile) {
         stream.polarity(true);
         painter.drawContours(image.profile, profileCode);

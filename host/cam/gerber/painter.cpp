@@ -3,10 +3,13 @@
 
 #include "host/cam/geometry/clipping.h"
 #include "host/cam/geometry/flatten.h"
+#include "host/cam/geometry/neighbourhood.h"
 #include "host/cam/geometry/work.h"
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <tuple>
 
 namespace cam {
 
@@ -38,6 +41,11 @@ Transform placementOf(const StepRepeat &repeat, std::uint32_t column, std::uint3
     return placement(repeat).then(Transform::translation(along));
 }
 
+GridRing ringOf(const GridBox &box)
+{
+    return {box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}};
+}
+
 } // namespace
 
 bool Painter::PadKey::operator==(const PadKey &other) const
@@ -55,8 +63,8 @@ std::size_t Painter::PadKeyHash::operator()(const PadKey &key) const
 Painter::Painter(const LayerImage &image, const ExportOptions &options, GerberStream &stream,
                  ApertureTable &apertures)
     : m_image(image), m_options(options), m_stream(stream), m_apertures(apertures),
-      m_drawn(image, grid, mostRegionCorners), m_export(exportTransform(options, image.datum)),
-      m_workInAll(workOf(image, image.top()))
+      m_drawn(image, grid, mostRegionCorners), m_clashes(m_drawn, options.resize),
+      m_export(exportTransform(options, image.datum)), m_workInAll(workOf(image, image.top()))
 {
 }
 
@@ -136,13 +144,20 @@ void Painter::collect(Context &context)
 
 void Painter::paint()
 {
-    paintStep(m_image.top(), Transform());
+    paintStep(static_cast<std::uint32_t>(m_image.steps.size() - 1), Transform());
 }
 
-void Painter::paintStep(const StepImage &step, const Transform &place)
+void Painter::paintStep(std::uint32_t number, const Transform &place)
 {
-    Context here = context(step.features, place.then(m_export), m_options.resize, m_options.negative);
-    paintFeatures(here, true);
+    const StepImage &step = m_image.steps[number];
+    const Transform map = place.then(m_export);
+    const bool clashes = m_clashes.clashes(number, map);
+    m_clashes.addPainted(number, map);
+    Context here = context(step.features, map, m_options.resize, m_options.negative);
+    if (clashes)
+        paintResolved(here);
+    else
+        paintFeatures(here, true);
     for (const StepRepeat &repeat : step.repeats)
         paintRepeat(repeat, place);
 }
@@ -153,7 +168,7 @@ void Painter::paintRepeat(const StepRepeat &repeat, const Transform &place)
         return;
     for (std::uint32_t row = 0; row < repeat.ny; ++row) {
         for (std::uint32_t column = 0; column < repeat.nx; ++column)
-            paintStep(m_image.steps[repeat.step], placementOf(repeat, column, row).then(place));
+            paintStep(repeat.step, placementOf(repeat, column, row).then(place));
     }
 }
 
@@ -186,14 +201,36 @@ bool Painter::paintAsBlock(const StepRepeat &repeat, const Transform &place)
     const bool stands = (columns > 1 && step.x == 0) || (rows > 1 && step.y == 0);
     if (stands || errorX > mostStepError || errorY > mostStepError)
         return false;
-    Context here = context(child.features, placement(repeat).then(map).then(Transform::translation(shift)),
-                           m_options.resize, m_options.negative);
+    const Transform first = placement(repeat).then(map).then(Transform::translation(shift));
+    const bool clashes = copiesClash(repeat.step, first, columns, rows, step);
+    Context here = context(child.features, first, m_options.resize, m_options.negative);
     m_copies = static_cast<double>(columns) * rows;
     m_stream.beginRepeat(columns, rows, step);
-    paintFeatures(here, true);
+    if (clashes)
+        paintResolved(here);
+    else
+        paintFeatures(here, true);
     m_stream.endRepeat();
     m_copies = 1.0;
     return true;
+}
+
+// Whether copies of a step clash with each other, or one of them with what has been painted before.
+bool Painter::copiesClash(std::uint32_t step, const Transform &first, std::uint32_t columns,
+                          std::uint32_t rows, GridPoint pitch)
+{
+    bool clashes = m_clashes.clashesAmongCopies(step, first, columns, rows, pitch);
+    std::vector<Transform> copies;
+    for (std::uint32_t row = 0; row < rows; ++row) {
+        for (std::uint32_t column = 0; column < columns; ++column) {
+            const Point by{static_cast<double>(pitch.x) * column, static_cast<double>(pitch.y) * row};
+            copies.push_back(first.then(Transform::translation(by)));
+            clashes = clashes || m_clashes.clashes(step, copies.back());
+        }
+    }
+    for (const Transform &copy : copies)
+        m_clashes.addPainted(step, copy);
+    return clashes;
 }
 
 // ---- features
@@ -204,23 +241,51 @@ void Painter::paintFeatures(Context &context, bool isStep)
         const Feature &feature = context.features.order[item];
         const double work = isStep ? workOf(context.features, feature) : 0.0;
         m_edgeWork = feature.kind == FeatureKind::Surface ? work : 0.0;
-        switch (feature.kind) {
-        case FeatureKind::Line:
-            paintLine(context, feature, item);
-            break;
-        case FeatureKind::Arc:
-            paintArc(context, feature, item);
-            break;
-        case FeatureKind::Pad:
-            paintPad(context, feature, item);
-            break;
-        case FeatureKind::Surface:
-            paintSurface(context, feature, item);
-            break;
-        }
+        paintFeature(context, item);
         if (isStep)
             advance(feature.kind == FeatureKind::Surface ? m_edgeWork : work);
     }
+}
+
+void Painter::paintFeature(Context &context, std::uint32_t item)
+{
+    const Feature &feature = context.features.order[item];
+    switch (feature.kind) {
+    case FeatureKind::Line:
+        return paintLine(context, feature, item);
+    case FeatureKind::Arc:
+        return paintArc(context, feature, item);
+    case FeatureKind::Pad:
+        return paintPad(context, feature, item);
+    case FeatureKind::Surface:
+        return paintSurface(context, feature, item);
+    }
+}
+
+// A step as the area that its negative features leave, without a clear object: what none of them reaches as
+// it is, the rest as regions.
+void Painter::paintResolved(Context &context)
+{
+    const std::vector<Feature> &order = context.features.order;
+    FeatureDrawing &drawing = polygonsOf(context);
+    std::vector<GridBox> negatives;
+    for (std::uint32_t item = 0; item < order.size(); ++item) {
+        if (order[item].polarity == Polarity::Negative)
+            negatives.push_back(drawing.box(item));
+    }
+    const Neighbourhood reach(negatives);
+    PaintedArea reached(drawing, mostRegionCorners);
+    m_edgeWork = 0.0;
+    for (std::uint32_t item = 0; item < order.size(); ++item) {
+        const bool isNegative = order[item].polarity == Polarity::Negative;
+        if (isNegative || reach.mayTouch(drawing.box(item)))
+            reached.paint(item, order[item].polarity, drawing.box(item), drawing.corners(item));
+        else
+            paintFeature(context, item);
+        advance(workOf(context.features, order[item]));
+    }
+    m_stream.polarity(context.isDark(Polarity::Positive));
+    reached.resolve([this](const GridRing &ring) { region(ring); }, [this](double) { report(); });
 }
 
 void Painter::advance(double more)
@@ -500,6 +565,18 @@ bool Painter::hasNegativeFeatures() const
 
 void Painter::clearOutside(const ContourPool &contours)
 {
+    std::vector<GridRing> rings;
+    contourRings(contours, m_export, grid, rings);
+    clearOutside(std::move(rings));
+}
+
+void Painter::clearOutside(const GridBox &box)
+{
+    clearOutside(box.isEmpty() ? std::vector<GridRing>() : std::vector<GridRing>{ringOf(box)});
+}
+
+void Painter::clearOutside(std::vector<GridRing> rings)
+{
     GridBox frame;
     forEachStep([this, &frame](const StepImage &step, const Transform &place) {
         FeatureDrawing drawing(m_drawn, step.features, place.then(m_export), m_options.resize);
@@ -509,8 +586,6 @@ void Painter::clearOutside(const ContourPool &contours)
             frame.add(drawing.box(item));
         }
     });
-    std::vector<GridRing> rings;
-    contourRings(contours, m_export, grid, rings);
     for (const GridRing &ring : rings)
         frame.add(ring);
     const std::int64_t margin = 1000000; // nanometres
@@ -520,35 +595,59 @@ void Painter::clearOutside(const ContourPool &contours)
     // The frame as the island, what the contours enclose as holes in it, and their holes as islands again.
     for (GridRing &ring : rings)
         std::reverse(ring.begin(), ring.end());
-    rings.insert(rings.begin(),
-                 {frame.low, {frame.high.x, frame.low.y}, frame.high, {frame.low.x, frame.high.y}});
+    rings.insert(rings.begin(), ringOf(frame));
     m_stream.polarity(false);
     emitSimple(cleaned(rings), mostRegionCorners, [this](const GridRing &ring) { region(ring); });
 }
 
-GridBox Painter::positiveExtent()
+GridBox Painter::darkExtent()
 {
     GridBox box;
-    forEachStep([this, &box](const StepImage &step, const Transform &place) {
-        FeatureDrawing drawing(m_drawn, step.features, place.then(m_export), m_options.resize);
-        std::vector<GridRing> rings;
-        for (std::uint32_t item = 0; item < step.features.order.size(); ++item) {
-            if (item % reportInterval == 0)
-                report();
-            if (step.features.order[item].polarity == Polarity::Negative)
-                continue;
-            rings.clear();
-            drawing.rings(item, rings);
-            for (const GridRing &ring : rings)
-                box.add(ring);
+    // Copies differ in their position only.
+    std::map<std::tuple<const StepImage *, double, double, double, double>, GridBox> known;
+    forEachStep([&](const StepImage &step, const Transform &place) {
+        Transform map = place.then(m_export);
+        const GridPoint at = grid.round(map.offset);
+        map.offset = {};
+        const std::tuple key(&step, map.xx + 0.0, map.xy + 0.0, map.yx + 0.0, map.yy + 0.0);
+        auto found = known.find(key);
+        if (found == known.end())
+            found = known.emplace(key, darkExtent(step, map)).first;
+        const GridBox &dark = found->second;
+        if (!dark.isEmpty()) {
+            box.add(GridPoint{dark.low.x + at.x, dark.low.y + at.y});
+            box.add(GridPoint{dark.high.x + at.x, dark.high.y + at.y});
         }
     });
     return box;
 }
 
+GridBox Painter::darkExtent(const StepImage &step, const Transform &map)
+{
+    const std::vector<Feature> &order = step.features.order;
+    GridBox box;
+    FeatureDrawing drawing(m_drawn, step.features, map, m_options.resize);
+    PaintedArea left(drawing, mostRegionCorners);
+    std::vector<GridRing> rings;
+    for (std::uint32_t item = 0; item < order.size(); ++item) {
+        if (item % reportInterval == 0)
+            report();
+        if (step.features.negativeCount > 0) {
+            left.paint(item, order[item].polarity, drawing.box(item), drawing.corners(item));
+            continue;
+        }
+        rings.clear();
+        drawing.rings(item, rings);
+        for (const GridRing &ring : rings)
+            box.add(ring);
+    }
+    left.resolve([&box](const GridRing &ring) { box.add(ring); }, [this](double) { report(); });
+    return box;
+}
+
 void Painter::paintBox(const GridBox &box)
 {
-    region(GridRing{box.low, {box.high.x, box.low.y}, box.high, {box.low.x, box.high.y}});
+    region(ringOf(box));
 }
 
 } // namespace cam

@@ -6,6 +6,7 @@
 #include "host/cam/geometry/drawing.h"
 #include "host/cam/geometry/exportoptions.h"
 #include "host/cam/gerber/aperturetable.h"
+#include "host/cam/gerber/copyclashes.h"
 #include "host/cam/gerber/gerberstream.h"
 #include "host/cam/gerber/region.h"
 
@@ -32,9 +33,10 @@ public:
     void drawContours(const ContourPool &contours, int aperture);
     // Clears what lies outside of `contours`, as far as paint() may have painted.
     void clearOutside(const ContourPool &contours);
+    void clearOutside(const GridBox &box);
 
-    // A box, in output coordinates, around all positive features; empty when there are none.
-    GridBox positiveExtent();
+    // A box, in output coordinates, around what the steps darken; empty when that is nothing.
+    GridBox darkExtent();
     void paintBox(const GridBox &box);
     bool hasNegativeFeatures() const;
     bool isEmpty() const { return m_workInAll == 0.0; }
@@ -87,11 +89,15 @@ private:
 
     void collect(Context &context);
     void collectRepeated(const StepImage &step, const Transform &place);
-    void paintStep(const StepImage &step, const Transform &place);
+    void paintStep(std::uint32_t step, const Transform &place);
     void paintRepeat(const StepRepeat &repeat, const Transform &place);
     bool paintAsBlock(const StepRepeat &repeat, const Transform &place);
+    bool copiesClash(std::uint32_t step, const Transform &first, std::uint32_t columns, std::uint32_t rows,
+                     GridPoint pitch);
 
     void paintFeatures(Context &context, bool isStep);
+    void paintFeature(Context &context, std::uint32_t item);
+    void paintResolved(Context &context);
     void paintLine(Context &context, const Feature &feature, std::uint32_t item);
     void paintArc(Context &context, const Feature &feature, std::uint32_t item);
     void paintPad(Context &context, const Feature &feature, std::uint32_t item);
@@ -114,12 +120,15 @@ private:
     void advance(double more);
     void advanceAnEdge();
     void report();
+    void clearOutside(std::vector<GridRing> rings);
+    GridBox darkExtent(const StepImage &step, const Transform &map);
 
     const LayerImage &m_image;
     const ExportOptions &m_options;
     GerberStream &m_stream;
     ApertureTable &m_apertures;
     DrawnSymbols m_drawn;
+    CopyClashes m_clashes;
     Transform m_export;
     double m_workInAll = 0.0;
     double m_workDone = 0.0;

@@ -148,6 +148,11 @@ private slots:
     void copiesToTheLeftStartAtTheLast();
     void copiesAtOddAnglesAreWrittenOut();
     void nestedStepsAreWrittenOut();
+    void clearFeaturesOfCopiesStayWhereTheyReachNothingElse();
+    void clearFeaturesOfCopiesEraseNothingOfThePanel_data();
+    void clearFeaturesOfCopiesEraseNothingOfThePanel();
+    void clearFeaturesOfCopiesEraseNothingOfEachOther();
+    void negativeWithoutAProfileIsNotDarkOutsideOfTheExtent();
     void panelIsAnArray();
     void emptyLayerIsAFileWithoutImage();
     void equalLayersMakeEqualFiles();
@@ -644,6 +649,76 @@ void GerberWriterTest::nestedStepsAreWrittenOut()
     image.steps.push_back(std::move(outer));
     QCOMPARE(WrittenFile(image).body(), QString("%SRX2Y1I5J0*% %LPD*% D10* X1000000Y500000D03* %SR*% "
                                                 "%SRX2Y1I5J0*% %LPD*% D10* X1000000Y9500000D03* %SR*%"));
+}
+
+void GerberWriterTest::clearFeaturesOfCopiesStayWhereTheyReachNothingElse()
+{
+    LayerImage image = panel(repeat(2, 1, 5000, 0));
+    addPad(image.steps[0].features, symbol(image, "s50"), at(1000, 500), false);
+    addPad(image.steps[1].features, symbol(image, "r100"), at(-1000, 500)); // beside the copies
+    QCOMPARE(WrittenFile(image).body(),
+             QString("%LPD*% D10* X-1000000Y500000D03* %SRX2Y1I5J0*% %LPD*% D10* X1000000Y500000D03* "
+                     "%LPC*% D11* Y500000D03* %SR*%"));
+}
+
+void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfThePanel_data()
+{
+    QTest::addColumn<bool>("repeated");
+    QTest::addColumn<bool>("negative");
+    for (const bool repeated : {false, true}) {
+        for (const bool negative : {false, true})
+            QTest::newRow(qPrintable(
+                QString("%1%2").arg(repeated ? "copies" : "one copy", negative ? ", negated" : "")))
+                << repeated << negative;
+    }
+}
+
+// A ring in the nested step, and below its clear middle a pad of the panel: the pad stays.
+void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfThePanel()
+{
+    QFETCH(bool, repeated);
+    QFETCH(bool, negative);
+    LayerImage image = panel(repeat(repeated ? 2 : 1, 1, 5000, 0));
+    FeatureSet &board = image.steps[0].features;
+    addPad(board, symbol(image, "s50"), at(1000, 500), false);
+    addPad(board, symbol(image, "r100"), at(3000, 500)); // far from the clear one
+    addPad(image.steps[1].features, symbol(image, "s20"), at(1000, 500));
+    addRectangle(image.profile, -1000, -1000, 10000, 10000);
+    cam::ExportOptions how = options();
+    how.negative = negative;
+    const QString body = WrittenFile(image, how).body();
+    // Everything of one colour: what the clear pad leaves is a region, what it does not reach a flash.
+    const QString layer = negative ? body.mid(body.indexOf("%LPC*%")) : body;
+    const QString end = negative ? layer.mid(layer.lastIndexOf("G36")) : QString();
+    QVERIFY(!layer.contains(negative ? "%LPD*%" : "%LPC*%"));
+    QCOMPARE(layer.count("D03"), 2);
+    QVERIFY(layer.contains("X3000000"));
+    QCOMPARE(layer.contains("%SRX2Y1I5J0*%"), repeated);
+    QVERIFY(layer.contains("X975000") && layer.contains("X1025000")); // the clear square
+    QVERIFY(end.isEmpty() || end.contains("X10000000"));              // outside of the profile
+}
+
+void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfEachOther()
+{
+    LayerImage image = panel(repeat(2, 1, 1000, 0));
+    addPad(image.steps[0].features, symbol(image, "s50"), at(2000, 500),
+           false); // where the next copy has a pad
+    const QString body = WrittenFile(image).body();
+    QVERIFY(!body.contains("LPC"));
+    QCOMPARE(body.count("D03"), 1); // the pad, which no clear one of its own step reaches
+}
+
+void GerberWriterTest::negativeWithoutAProfileIsNotDarkOutsideOfTheExtent()
+{
+    LayerImage image = emptyLayer();
+    FeatureSet &set = image.steps[0].features;
+    addPad(set, symbol(image, "s200"), at(0, 0));
+    addPad(set, symbol(image, "s200"), at(100, 0), false); // leaves the left half
+    cam::ExportOptions how = options();
+    how.negative = true;
+    const QString body = WrittenFile(image, how).body();
+    QVERIFY(body.startsWith("%LPD*% G36* X-100000Y-100000D02* G01* X0D01* Y100000D01* X-100000D01* "
+                            "Y-100000D01* G37* %LPC*% D10* X0Y0D03* %LPD*% X100000D03* %LPC*% G36*"));
 }
 
 void GerberWriterTest::panelIsAnArray()

@@ -79,7 +79,10 @@ QStringList WrittenPicture::faults() const
     for (const cam::GerberRemark &remark : m_image.remarks) {
         const char *const names[] = {"an open contour", "an uneven arc", "a mode kept behind a region",
                                      "a mode kept in a region"};
-        faults.append(QString("line %1: %2").arg(remark.line).arg(names[int(remark.doubt)]));
+        // The job's numbers are rounded more coarsely than the file's: what that makes of an arc is judged by
+        // its points.
+        if (remark.doubt != cam::GerberDoubt::UnevenArc)
+            faults.append(QString("line %1: %2").arg(remark.line).arg(names[int(remark.doubt)]));
     }
     return faults;
 }

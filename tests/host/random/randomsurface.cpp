@@ -19,8 +19,8 @@ struct Cells
 class SurfaceMaker
 {
 public:
-    SurfaceMaker(std::mt19937 &random, Point corner, double step, std::size_t most)
-        : m_random(random), m_corner(corner), m_step(step), m_most(most)
+    SurfaceMaker(std::mt19937 &random, Point corner, double step, std::size_t most, bool mayTouch)
+        : m_random(random), m_corner(corner), m_step(step), m_most(most), m_mayTouch(mayTouch)
     {
     }
 
@@ -53,6 +53,11 @@ private:
             if (!oneIn(5))
                 place(high, isHole);
             return;
+        }
+        if (!m_mayTouch) {
+            cells = {cells.left + 1, cells.bottom + 1, cells.right - 1, cells.top - 1};
+            if (cells.width() < 1 || cells.height() < 1)
+                return;
         }
         // Often without any distance to what is around and beside it.
         if (!oneIn(3))
@@ -184,15 +189,17 @@ private:
     Point m_corner;
     double m_step;
     std::size_t m_most;
+    bool m_mayTouch;
     std::vector<cam::ContourPool> m_contours; // of one contour each, each parent before its children
 };
 
 } // namespace
 
 void addRandomSurface(cam::FeatureSet &features, std::mt19937 &random, Point corner, double step, int cells,
-                      std::size_t mostContours, bool positive)
+                      std::size_t mostContours, bool positive, bool mayTouch)
 {
-    std::vector<cam::ContourPool> contours = SurfaceMaker(random, corner, step, mostContours).contours(cells);
+    std::vector<cam::ContourPool> contours =
+        SurfaceMaker(random, corner, step, mostContours, mayTouch).contours(cells);
     const int order = std::uniform_int_distribution<int>(0, 2)(random);
     const auto isHole = [](const cam::ContourPool &pool) { return pool[0].isHole; };
     if (order > 0) {

@@ -10,6 +10,6 @@ namespace testing {
 // Adds a surface of up to `mostContours` contours on a grid of `step` nanometres, inside of a square of
 // `cells` steps from `corner` on.
 void addRandomSurface(cam::FeatureSet &features, std::mt19937 &random, cam::Point corner, double step,
-                      int cells, std::size_t mostContours, bool positive = true);
+                      int cells, std::size_t mostContours, bool positive = true, bool mayTouch = true);
 
 } // namespace testing

@@ -84,7 +84,12 @@ void TestRandomSurfaces::areWrittenTruly_data()
     QTest::addColumn<unsigned>("seed");
     QTest::addColumn<bool>("isGerber");
     const QStringList range = qEnvironmentVariable("FILE_PROCESS_SEEDS", "1-40").split('-');
-    for (unsigned seed = range[0].toUInt(); seed <= range.value(1, range[0]).toUInt(); ++seed) {
+    QVector<unsigned> seeds;
+    for (unsigned seed = range[0].toUInt(); seed <= range.value(1, range[0]).toUInt(); ++seed)
+        seeds.append(seed);
+    seeds << 379 << 517; // holes that touch an island beside theirs came out dark in GDSII
+    for (const unsigned seed : seeds) {
+        QTest::newRow(qPrintable(QString("%1 Gerber").arg(seed))) << seed << true;
         QTest::newRow(qPrintable(QString("%1 GDSII").arg(seed))) << seed << false;
     }
 }

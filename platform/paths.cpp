@@ -3,6 +3,8 @@
 #include <QtGlobal>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace platform {
 
@@ -31,6 +33,13 @@ QString toHandedOver(const QString &path)
 {
     QString handedOver = path;
     return handedOver.replace(QLatin1Char('/'), QLatin1Char('\\'));
+}
+
+void touchFolder(const QString &folder)
+{
+    const auto now = std::filesystem::file_time_type::clock::now();
+    std::error_code ignored;
+    std::filesystem::last_write_time(std::filesystem::u8path(folder.toStdString()), now, ignored);
 }
 
 } // namespace platform

@@ -17,4 +17,7 @@ std::wstring toLocal(const std::wstring &path);
 // switch.
 QString toHandedOver(const QString &path);
 
+// Makes now the time at which the local folder `folder` was last changed, where the system allows it.
+void touchFolder(const QString &folder);
+
 } // namespace platform

@@ -167,6 +167,9 @@ void Export::readRunFields()
     const QString localDir = platform::toLocal(m_outputDir);
     if (!QDir(localDir).exists())
         QDir().mkpath(localDir);
+    // The CAM library gets the path in lower case. Of folders that differ only in case, which not every
+    // system takes for one, it writes to the one that was changed last.
+    platform::touchFolder(localDir);
 
     m_pathText = path.toStdString();
     m_secondDirText = secondDir.toStdString();

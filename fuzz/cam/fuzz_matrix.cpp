@@ -1,7 +1,8 @@
-// A matrix file; the same text also as a step header and as a settings file.
+// A matrix file; the same text also as a step header, a tools file and a settings file.
 #include "host/cam/error.h"
 #include "host/cam/odb/matrix.h"
 #include "host/cam/odb/stepheader.h"
+#include "host/cam/odb/tools.h"
 #include "host/cam/settings.h"
 
 #include <cstddef>
@@ -16,6 +17,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     }
     try {
         cam::parseStepHeader(text, "input");
+    } catch (const cam::Error &) {
+    }
+    try {
+        cam::platingOf(cam::parseTools(text, "input"), "");
     } catch (const cam::Error &) {
     }
     cam::settingIn(text, "Job_Path", "path");

@@ -21,14 +21,24 @@ namespace {
 
 using Progress = ORVEX::COMMON::progress_value<void>;
 
-cam::Job openJob(const std::string &job)
+std::vector<std::filesystem::path> findJobs(const std::string &job)
 {
     const std::string root = HOST::job_root();
-    const std::filesystem::path folder = cam::resolveIgnoringCase(root);
-    const auto found = job.empty() ? std::nullopt : cam::findEntry(folder, job);
-    if (!found)
+    std::vector<std::filesystem::path> found = cam::findEntries(cam::resolveIgnoringCase(root), job);
+    if (found.empty())
         throw cam::Error(root + ": expected a job \"" + job + "\"");
-    return cam::Job(*found);
+    return found;
+}
+
+// Exports are asked for with the job's name in lower case: of jobs whose names differ only in case, any may
+// be meant, and a layer of the wrong one must not pass for the right one's.
+cam::Job openOnlyJob(const std::string &job)
+{
+    const std::vector<std::filesystem::path> found = findJobs(job);
+    if (found.size() > 1)
+        throw cam::Error("expected one job of the name \"" + job + "\" but for case, found " +
+                         found[0].u8string() + " and " + found[1].u8string() + "; rename one of them");
+    return cam::Job(found[0]);
 }
 
 // Writes one log line for each kind of thing; whether there was any.
@@ -59,7 +69,7 @@ cam::ExportOptions makeOptions(const std::string &fileName, double dbu, double r
                                const std::string &axis, double xScale, double yScale)
 {
     cam::ExportOptions options;
-    options.file = cam::resolveIgnoringCase(fileName);
+    options.file = cam::resolveOutputPath(fileName);
     options.dbu = finite(dbu, "the database unit");
     options.resize = finite(resize, "the resize amount");
     options.negative = isNegative;
@@ -90,7 +100,7 @@ std::string get_matrix(const std::string &job, std::vector<std::string> &names,
     names.clear();
     layers.clear();
     try {
-        const cam::Job opened = openJob(job);
+        const cam::Job opened(findJobs(job).front());
         names = opened.matrix().steps;
         for (const cam::MatrixLayer &layer : opened.matrix().layers)
             layers.push_back({layer.context, layer.type, layer.name, layer.oldName, layer.polarity,
@@ -122,7 +132,7 @@ bool layer_export(const std::string &job, const std::string &step, const std::st
         options.report = [&](double share) { setValue(readingShare + (100.0 - readingShare) * share); };
         cam::ReadingNotes notes;
         const auto reportReading = [&](double share) { setValue(readingShare * share); };
-        const cam::LayerImage image = openJob(job).readLayer(step, layer, notes, reportReading);
+        const cam::LayerImage image = openOnlyJob(job).readLayer(step, layer, notes, reportReading);
         logNotes(notes.simplified, name, "drawn in a simpler form");
         logReadings(notes.readings, name);
         if (logNotes(notes.unsupported, name, "not supported: nothing is exported"))

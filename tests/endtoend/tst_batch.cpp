@@ -53,6 +53,28 @@ private slots:
         QVERIFY(result.output.contains(QString("%1 files, ").arg(gds.size() + gerber.size())));
     }
 
+    // Where the file system tells them apart, "ox" and what was written there stays as it is.
+    void filesLandInTheFolderThatTheDialogShows()
+    {
+        QVERIFY(folder->write("out/ox/beacon/top.gds", "another job's"));
+        const BatchResult result = run(folders() + QStringList{"--format", ".gds", SAMPLE_ARCHIVE});
+        QVERIFY2(result.code == 0, qPrintable(result.all()));
+        QVERIFY(exported("beacon", ".gds").size() > 10);
+        if (QFileInfo::exists(folder->filePath("OUT")))
+            return;
+        // Younger than the one that the dialog shows, which the second run finds there already.
+        QVERIFY(folder->write("out/Ox/beacon/kept", ""));
+        const BatchResult again =
+            run(folders() + QStringList{"--format", ".gerber", "--overwrite", SAMPLE_ARCHIVE});
+        QVERIFY2(again.code == 0, qPrintable(again.all()));
+        QVERIFY(exported("beacon", ".gerber").size() > 10);
+        QCOMPARE(QDir(folder->filePath("out/ox/beacon")).entryList(QDir::Files), QStringList{"top.gds"});
+        QCOMPARE(QDir(folder->filePath("out/Ox/beacon")).entryList(QDir::Files), QStringList{"kept"});
+        QFile other(folder->filePath("out/ox/beacon/top.gds"));
+        QVERIFY(other.open(QIODevice::ReadOnly));
+        QCOMPARE(other.readAll(), QByteArray("another job's"));
+    }
+
     void exportedFilesAreWhatTheirNamesSay()
     {
         const BatchResult result = run(folders() + QStringList{SAMPLE_ARCHIVE});

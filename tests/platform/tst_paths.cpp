@@ -4,6 +4,9 @@
 
 #include <QtTest>
 
+#include <chrono>
+#include <filesystem>
+
 class tst_Paths : public QObject
 {
     Q_OBJECT
@@ -12,6 +15,8 @@ private slots:
     void backslashesBecomeTheLocalSeparator_data();
     void backslashesBecomeTheLocalSeparator();
     void slashesAreHandedOverAsBackslashes();
+    void touchedFolderIsTheLastChanged();
+    void missingFolderIsNotTouched();
 };
 
 void tst_Paths::backslashesBecomeTheLocalSeparator_data()
@@ -47,6 +52,29 @@ void tst_Paths::slashesAreHandedOverAsBackslashes()
     QCOMPARE(platform::toHandedOver("C:/jobs\\a/b"), QString("C:\\jobs\\a\\b"));
     QCOMPARE(platform::toHandedOver("/home/me/jobs"), QString("\\home\\me\\jobs"));
     QCOMPARE(platform::toHandedOver(""), QString());
+}
+
+void tst_Paths::touchedFolderIsTheLastChanged()
+{
+#ifdef Q_OS_WIN
+    QSKIP("Windows does not ask for it: names that differ only in case are one folder there.");
+#endif
+    QTemporaryDir folder;
+    const auto older = QDateTime::currentDateTime().addSecs(-2);
+    const QString touched = folder.filePath(QString::fromUtf8("\u677f"));
+    QVERIFY(QDir().mkpath(touched));
+    std::filesystem::last_write_time(std::filesystem::u8path(touched.toStdString()),
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+    QVERIFY(QFileInfo(touched).lastModified() < older);
+    platform::touchFolder(touched);
+    QVERIFY(QFileInfo(touched).lastModified() > older);
+}
+
+void tst_Paths::missingFolderIsNotTouched()
+{
+    QTemporaryDir folder;
+    platform::touchFolder(folder.filePath("missing"));
+    QVERIFY(!QFileInfo::exists(folder.filePath("missing")));
 }
 
 QTEST_GUILESS_MAIN(tst_Paths)

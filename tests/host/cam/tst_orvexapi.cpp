@@ -12,6 +12,8 @@
 
 #include <sqlite3.h>
 
+#include <chrono>
+#include <filesystem>
 #include <limits>
 #include <thread>
 
@@ -89,6 +91,13 @@ QStringList rows(const QString &file, const QStringList &columns)
     sqlite3_finalize(statement);
     sqlite3_close(database);
     return result;
+}
+
+// Seconds after some time in the past.
+void setChanged(const QString &folder, int seconds)
+{
+    const auto past = std::filesystem::file_time_type::clock::now() - std::chrono::hours(24);
+    std::filesystem::last_write_time(JobFolder::local(folder), past + std::chrono::seconds(seconds));
 }
 
 bool logSays(const LogCapture &log, const QString &part)
@@ -190,6 +199,89 @@ private slots:
         board.call.file = (board.root() + "/fab files//job1\\top.gds").toStdString();
         QVERIFY(board.call.run());
         QVERIFY(QFile::exists(board.filePath("Fab Files/Job1/top.gds")));
+    }
+
+    // The whole path in lower case, as Qt makes it.
+    void outputFolderOfEveryAlphabetIsFound_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name : {"\u0490", "\u0218", "\u0386", "\uff2f\uff35\uff34", "\u0130", "\u1e9e",
+                                 "\u0531\u0532", "B\u1ea2NG M\u1ea0CH", "\U00010400"})
+            QTest::newRow(name) << QString::fromUtf8(name);
+    }
+    void outputFolderOfEveryAlphabetIsFound()
+    {
+        QFETCH(QString, name);
+        Board board;
+        QDir().mkpath(board.filePath(name + "/" + name));
+        board.call.file =
+            QString(board.root() + "/" + name + "//" + name + "\\top.gds").toLower().toStdString();
+        QVERIFY(board.call.run());
+        QVERIFY(QFile::exists(board.filePath(name + "/" + name + "/top.gds")));
+    }
+
+    // The dialog makes or touches the folder that it shows; its path arrives in lower case.
+    void ofFoldersThatDifferInCaseTheLastChangedIsMeant_data()
+    {
+        QTest::addColumn<QString>("older");
+        QTest::addColumn<QString>("newer");
+        QTest::newRow("in capitals") << "ox"
+                                     << "OX";
+        QTest::newRow("in lower case") << "OX"
+                                       << "ox";
+        QTest::newRow("neither as it arrives") << "Ox"
+                                               << "OX";
+        QTest::newRow("a folder above") << "ox/job"
+                                        << "OX/job";
+        QTest::newRow("the exact one lacks the folder below") << "ox"
+                                                              << "OX/job";
+    }
+    void ofFoldersThatDifferInCaseTheLastChangedIsMeant()
+    {
+        QFETCH(QString, older);
+        QFETCH(QString, newer);
+        Board board;
+        QDir().mkpath(board.filePath("out/" + older));
+        if (QFile::exists(board.filePath("OUT")))
+            QSKIP("This file system takes them for one.");
+        QDir().mkpath(board.filePath("out/" + newer));
+        setChanged(board.filePath("out/" + older), 1000);
+        setChanged(board.filePath("out/" + newer), 2000);
+        board.call.file = QString(board.root() + "/out/" + newer + "\\top.gds").toLower().toStdString();
+        for (int time = 0; time < 2; ++time) { // the first export makes no difference to the second
+            QVERIFY(board.call.run());
+            QVERIFY(QFile::exists(board.filePath("out/" + newer + "/top.gds")));
+            QVERIFY(!QFile::exists(board.filePath("out/" + older + "/top.gds")));
+        }
+    }
+
+    void pathWithCapitalsIsTakenAtItsWord()
+    {
+        Board board;
+        QDir().mkpath(board.filePath("out/Ox"));
+        if (QFile::exists(board.filePath("OUT")))
+            QSKIP("This file system takes them for one.");
+        QDir().mkpath(board.filePath("out/OX"));
+        setChanged(board.filePath("out/Ox"), 1000);
+        board.call.file = board.filePath("out/Ox/top.gds").toStdString();
+        QVERIFY(board.call.run());
+        QVERIFY(QFile::exists(board.filePath("out/Ox/top.gds")));
+    }
+
+    // The name of the job arrives in lower case too, and nothing tells which is meant.
+    void ofJobsThatDifferInCaseNoneIsExported()
+    {
+        Board board;
+        if (QFile::exists(board.filePath("BOARD")))
+            QSKIP("This file system takes them for one.");
+        QDir().mkpath(board.filePath("BOARD"));
+        LogCapture log;
+        QVERIFY(!board.call.run());
+        QVERIFY(logSays(log, "expected one job of the name \"board\" but for case, found "));
+        QVERIFY(board.files().isEmpty());
+        std::vector<std::string> names;
+        std::vector<API::layer_info> layers;
+        QCOMPARE(API::get_matrix("board", names, layers), std::string()); // the dialog asks by the exact name
     }
 
     void missingOutputFolderFails()

@@ -274,12 +274,25 @@ private slots:
         QVERIFY(!toInteger(text.toStdString()));
     }
 
-    void caseIsFoldedForTheUsualAlphabets()
+    // Whoever lower-cases a name with Qt finds it again.
+    void caseIsFoldedAsQtFoldsIt()
     {
-        QCOMPARE(QString::fromStdString(lowerCase(
-                     QString::fromUtf8("Job-\u00c4\u00d8\u0160\u0394\u0416\u0401\u0178").toStdString())),
-                 QString::fromUtf8("job-\u00e4\u00f8\u0161\u03b4\u0436\u0451\u00ff"));
-        QCOMPARE(lowerCase("\xc3"), std::string("\xc3")); // a cut-off letter stays
+        for (uint letter = 0x21; letter < 0x20000; ++letter) {
+            if (QChar::isSurrogate(letter))
+                continue;
+            const QString name = QString::fromUcs4(&letter, 1);
+            const std::string lower = lowerCase(name.toStdString());
+            QVERIFY2(lower == name.toLower().toStdString(), qPrintable(QString::number(letter, 16)));
+            QVERIFY2(lowerCase(lower) == lower, qPrintable(QString::number(letter, 16)));
+        }
+    }
+
+    // Names in an older encoding: their bytes stay apart.
+    void bytesThatAreNoUtf8KeepTheirValues()
+    {
+        QCOMPARE(lowerCase("\xc3"), std::string("\xc3"));
+        QCOMPARE(lowerCase("TOP\xb2\xe3"), std::string("top\xb2\xe3"));
+        QVERIFY(lowerCase("\xb0\xe5") != lowerCase("\xb2\xe3"));
     }
 
     // As the export hands it over: lower-cased as a whole, "/" and a backslash.
@@ -295,6 +308,26 @@ private slots:
         QVERIFY2(
             std::filesystem::equivalent(found.parent_path(), std::filesystem::u8path(wanted.toStdString())),
             found.u8string().c_str());
+    }
+
+    void entriesOfEveryAlphabetAreFound_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const char *name :
+             {"Job-\u00c4\u00d8\u0160\u0394\u0416\u0401\u0178", "\u0490", "\u0218", "\u0386",
+              "\uff2f\uff35\uff34", "\u0130", "\u1e9e", "\u0531\u0532", "B\u1ea2NG M\u1ea0CH", "\U00010400"})
+            QTest::newRow(name) << QString::fromUtf8(name);
+    }
+    void entriesOfEveryAlphabetAreFound()
+    {
+        QFETCH(QString, name);
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write(name + "/" + name, ""));
+        const QString path = folder.path() + "/" + name.toLower() + "/" + name.toLower();
+        std::error_code failure;
+        const QString wanted = folder.filePath(name + "/" + name);
+        QVERIFY(std::filesystem::equivalent(resolveIgnoringCase(path.toStdString()),
+                                            std::filesystem::u8path(wanted.toStdString()), failure));
     }
 
     void exactNameWinsOverAnotherCase()

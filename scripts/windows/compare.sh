@@ -16,7 +16,7 @@ archives=()
 for archive in "$@"; do archives+=("$(cd "$(dirname "$archive")" && pwd)/$(basename "$archive")"); done
 if [ ${#archives[@]} -eq 0 ]; then
     shopt -s nullglob
-    archives=("$build"/samples/*.tgz "$project"/../shared/data/*.tgz)
+    archives=("$build"/samples/*.tgz "$project"/../shared/data/{,unread/}*.tgz)
     shopt -u nullglob
 fi
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/file_process_compare.XXXXXX")

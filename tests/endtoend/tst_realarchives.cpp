@@ -12,8 +12,11 @@ private slots:
     void archiveIsImportedAndEveryLayerExported_data()
     {
         QTest::addColumn<QString>("archive");
-        for (const QFileInfo &file : QDir(REAL_ARCHIVES).entryInfoList({"*.tgz"}, QDir::Files))
-            QTest::newRow(qPrintable(file.fileName())) << file.absoluteFilePath();
+        for (const char *folder : {"", "/unread"}) {
+            for (const QFileInfo &file :
+                 QDir(QString(REAL_ARCHIVES) + folder).entryInfoList({"*.tgz"}, QDir::Files))
+                QTest::newRow(qPrintable(file.fileName())) << file.absoluteFilePath();
+        }
     }
     void archiveIsImportedAndEveryLayerExported()
     {

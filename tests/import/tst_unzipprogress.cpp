@@ -263,9 +263,11 @@ void TestUnzipProgress::theRealArchivesUnpack_data()
 {
     QTest::addColumn<QString>("file");
     QTest::newRow("generated") << QString();
-    const QDir data(QString::fromLocal8Bit(TEST_DATA_FOLDER));
-    for (const QString &file : data.entryList({"*.tgz"}, QDir::Files))
-        QTest::newRow(qPrintable(file)) << data.filePath(file);
+    for (const char *folder : {"", "/unread"}) {
+        const QDir data(QString::fromLocal8Bit(TEST_DATA_FOLDER) + folder);
+        for (const QString &file : data.entryList({"*.tgz"}, QDir::Files))
+            QTest::newRow(qPrintable(file)) << data.filePath(file);
+    }
 }
 
 void TestUnzipProgress::theRealArchivesUnpack()

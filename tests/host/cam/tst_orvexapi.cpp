@@ -553,9 +553,11 @@ private slots:
         const QDir samples(QString(SOURCE_FOLDER) + "/samples");
         for (const QString &job : samples.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
             QTest::newRow(qPrintable(job)) << QString() << samples.filePath(job);
-        const QDir data(QString(SOURCE_FOLDER) + "/../shared/data");
-        for (const QString &archive : data.entryList({"*.tgz"}, QDir::Files))
-            QTest::newRow(qPrintable(archive)) << data.filePath(archive) << QString();
+        for (const char *folder : {"/../shared/data", "/../shared/data/unread"}) {
+            const QDir data(QString(SOURCE_FOLDER) + folder);
+            for (const QString &archive : data.entryList({"*.tgz"}, QDir::Files))
+                QTest::newRow(qPrintable(archive)) << data.filePath(archive) << QString();
+        }
     }
     void everyLayerOfEveryJobIsExported()
     {

@@ -1,7 +1,7 @@
 // A job that is destroyed while its task runs waits for the task before its mutex goes.
 //
-// Where a mutex has nothing to destroy, as with GCC's library, nobody would notice the wrong order. So the job
-// is compiled here with a mutex that notes when it goes.
+// Where a mutex has nothing to destroy, as with GCC's library, nobody would notice the wrong order. So the
+// job is compiled here with a mutex that notes when it goes.
 
 #include "plugin/export_macro.h"
 

@@ -195,7 +195,7 @@ void tst_ShellExecute::whatDelDoesWithAFolder()
         interpreter.start("cmd", QStringList());
         QVERIFY(interpreter.waitForStarted());
         const bool hasEnded = interpreter.waitForFinished(5000);
-        qInfo() << "del" << operand << (hasEnded ? "ended" : "waits") << interpreter.readAll();
+        qInfo() << "del" << operand << (hasEnded ? "ended" : "waits") << interpreter.readAll().left(100);
         if (!hasEnded) {
             interpreter.kill();
             interpreter.waitForFinished();

@@ -228,9 +228,15 @@ EdgeCells::EdgeCells(const std::vector<GridOutline> &outlines) : m_outlines(outl
 {
     std::size_t count = 0;
     for (const GridOutline &outline : outlines) {
-        for (std::size_t i = 0; i < outline.edges.size(); ++i)
-            m_extent.add(widened(extentOf(outline.startOf(i), outline.edges[i])));
+        m_firstBox.push_back(count);
         count += outline.edges.size();
+    }
+    m_boxes.reserve(count);
+    for (const GridOutline &outline : outlines) {
+        for (std::size_t i = 0; i < outline.edges.size(); ++i) {
+            m_boxes.push_back(widened(extentOf(outline.startOf(i), outline.edges[i])));
+            m_extent.add(m_boxes.back());
+        }
     }
     m_side = std::max<std::int64_t>(1, static_cast<std::int64_t>(std::sqrt(static_cast<double>(count))));
     m_cellWidth = (m_extent.high.x - m_extent.low.x) / m_side + 1;
@@ -297,11 +303,11 @@ bool EdgeCells::findLeft(GridPoint from, const std::vector<bool> &isLeftOut, Lan
 
 // Calls `visit` with each cell that the edge may reach: row by row, a line only where it runs.
 template <typename Visit>
-void EdgeCells::cellsOf(const GridOutline &outline, std::size_t index, Visit visit) const
+void EdgeCells::cellsOf(EdgeName name, Visit visit) const
 {
-    const GridEdge &edge = outline.edges[index];
-    const GridPoint from = outline.startOf(index);
-    const GridBox box = widened(extentOf(from, edge));
+    const GridEdge &edge = m_outlines[name.outline].edges[name.edge];
+    const GridPoint from = m_outlines[name.outline].startOf(name.edge);
+    const GridBox &box = boxOf(name);
     const auto margin = static_cast<std::int64_t>(touching);
     const std::int64_t firstRow = (box.low.y - m_extent.low.y) / m_cellHeight;
     const std::int64_t lastRow = (box.high.y - m_extent.low.y) / m_cellHeight;
@@ -336,34 +342,28 @@ void EdgeCells::forEachEdge(Visit visit) const
 void EdgeCells::fill()
 {
     m_first.assign(static_cast<std::size_t>(m_side * m_side) + 2, 0);
-    forEachEdge([this](EdgeName name) {
-        cellsOf(m_outlines[name.outline], name.edge, [this](std::size_t cell) { ++m_first[cell + 2]; });
-    });
+    forEachEdge([this](EdgeName name) { cellsOf(name, [this](std::size_t cell) { ++m_first[cell + 2]; }); });
     for (std::size_t i = 2; i < m_first.size(); ++i)
         m_first[i] += m_first[i - 1];
     m_edges.resize(m_first.back());
     forEachEdge([this](EdgeName name) {
-        cellsOf(m_outlines[name.outline], name.edge,
-                [this, name](std::size_t cell) { m_edges[m_first[cell + 1]++] = name; });
+        cellsOf(name, [this, name](std::size_t cell) { m_edges[m_first[cell + 1]++] = name; });
     });
 }
 
 bool EdgeCells::meet(EdgeName a, EdgeName b) const
 {
+    if (!boxOf(a).touches(boxOf(b)))
+        return false;
     const GridOutline &first = m_outlines[a.outline], &second = m_outlines[b.outline];
     const GridPoint from = first.startOf(a.edge), otherFrom = second.startOf(b.edge);
     const GridEdge &edge = first.edges[a.edge], &other = second.edges[b.edge];
-    if (a.outline != b.outline) {
-        return widened(extentOf(from, edge)).touches(extentOf(otherFrom, other)) &&
-               edgesMeet(from, edge, otherFrom, other);
-    }
     const std::size_t count = first.edges.size();
-    if ((a.edge + 1) % count == b.edge)
+    if (a.outline == b.outline && (a.edge + 1) % count == b.edge)
         return neighboursMeet(from, edge, other);
-    if ((b.edge + 1) % count == a.edge)
+    if (a.outline == b.outline && (b.edge + 1) % count == a.edge)
         return neighboursMeet(otherFrom, other, edge);
-    return extentOf(from, edge).touches(extentOf(otherFrom, other)) &&
-           edgesMeet(from, edge, otherFrom, other);
+    return edgesMeet(from, edge, otherFrom, other);
 }
 
 } // namespace cam

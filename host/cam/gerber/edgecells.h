@@ -45,13 +45,16 @@ private:
     };
 
     template <typename Visit>
-    void cellsOf(const GridOutline &outline, std::size_t index, Visit visit) const;
+    void cellsOf(EdgeName name, Visit visit) const;
     template <typename Visit>
     void forEachEdge(Visit visit) const;
     void fill();
     bool meet(EdgeName a, EdgeName b) const;
+    const GridBox &boxOf(EdgeName name) const { return m_boxes[m_firstBox[name.outline] + name.edge]; }
 
     const std::vector<GridOutline> &m_outlines;
+    std::vector<std::size_t> m_firstBox; // by outline
+    std::vector<GridBox> m_boxes;        // around the edges, a little wider
     GridBox m_extent;
     std::int64_t m_side = 1; // cells in a row and in a column
     std::int64_t m_cellWidth = 1, m_cellHeight = 1;

@@ -102,7 +102,8 @@ void walkSpiral(Point from, const Edge &arc, const ArcAngles &angles, Piece piec
     constexpr double tolerance = 2.0; // nanometres
     const double radius = std::max({angles.startRadius, angles.endRadius, 1.0});
     const double step = 2.0 * std::sqrt(2.0 * tolerance / std::max(radius, 8.0 * tolerance));
-    const int count = static_cast<int>(std::fabs(angles.sweep) / step) + 1;
+    constexpr double most = 20000.0; // of arcs far larger than any board
+    const int count = static_cast<int>(std::min(std::fabs(angles.sweep) / step, most)) + 1;
     Point at = from;
     for (int i = 1; i <= count; ++i) {
         const double share = static_cast<double>(i) / count;

@@ -20,8 +20,8 @@ namespace cam {
 
 namespace {
 
-// Files have some ten thousand; more copies than these can only be meant to fill the memory.
-constexpr std::size_t mostObjects = 20'000'000;
+// Panels have a million; more copies than these can only be meant to fill the memory.
+constexpr std::size_t mostObjects = 5'000'000;
 constexpr int mostRepeats = 100'000;
 
 // How far the two radii of an arc may differ by rounding: steps of the file's grid.

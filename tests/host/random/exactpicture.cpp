@@ -25,10 +25,10 @@ Transform clockwise(double degrees)
     return {std::cos(angle), -std::sin(angle), std::sin(angle), std::cos(angle), {}};
 }
 
-// Enlarged, turned clockwise, mirrored, set in place.
+// Turned clockwise, mirrored, set in place.
 Transform padMap(const cam::Pad &pad)
 {
-    Transform map = Transform::scaling(pad.factor, pad.factor).then(clockwise(pad.angle));
+    Transform map = clockwise(pad.angle);
     if (pad.mirror)
         map = map.then(Transform::scaling(-1.0, 1.0));
     return map.then(Transform::translation(pad.at));
@@ -471,8 +471,8 @@ std::unique_ptr<ExactPicture::Figure> ExactPicture::figure(const cam::FeatureSet
         const cam::Pad &pad = features.pads[feature.index];
         const cam::Symbol &symbol = m_image.symbols[pad.symbol];
         if (!symbol.standard)
-            return std::make_unique<OwnFigure>(drawing(*symbol.features, growth / pad.factor), padMap(pad));
-        const cam::Shape shape = cam::shapeOf(*symbol.standard, growth / pad.factor);
+            return std::make_unique<OwnFigure>(drawing(*symbol.features, growth + pad.growth), padMap(pad));
+        const cam::Shape shape = cam::shapeOf(*symbol.standard, growth + pad.growth);
         return std::make_unique<ContourFigure>(shape.contours, 0, shape.contours.size(), padMap(pad));
     }
     case cam::FeatureKind::Surface:

@@ -88,6 +88,11 @@ void GerberStream::polarity(bool dark)
     if (m_polarity == (dark ? 1 : 0))
         return;
     m_polarity = dark ? 1 : 0;
+    // Some readers take a file whose first polarity is clear for the negative of an image, and invert all of
+    // it.
+    if (!dark && !m_hasPolarity)
+        command("LPD");
+    m_hasPolarity = true;
     command(dark ? "LPD" : "LPC");
 }
 

@@ -57,6 +57,7 @@ private:
     GridPoint m_at;
     int m_aperture = 0; // 0: none selected
     int m_polarity = -1;
+    bool m_hasPolarity = false; // one was stated, be it forgotten since
     Interpolation m_interpolation = Interpolation::Unknown;
 };
 

@@ -123,6 +123,7 @@ private slots:
     void turnedPadHasAnApertureOfItsOwn();
     void resizedPadGrowsByItsOwnAndTheLayersGrowth();
     void negativeFeatureIsPaintedClear();
+    void theFirstPolarityIsDark();
     void clearPadWithCutOutsIsARegion();
     void surfaceIsARegionWithItsArcs();
     void everyRegionSaysHowItStarts();
@@ -345,6 +346,15 @@ void GerberWriterTest::negativeFeatureIsPaintedClear()
     addPad(set, symbol(image, "r200"), at(1, 0), false);
     addPad(set, symbol(image, "r200"), at(2, 0));
     QCOMPARE(WrittenFile(image).body(), QString("%LPD*% D10* X0Y0D03* %LPC*% X1000D03* %LPD*% X2000D03*"));
+}
+
+void GerberWriterTest::theFirstPolarityIsDark()
+{
+    LayerImage image = emptyLayer();
+    FeatureSet &set = image.steps[0].features;
+    addPad(set, symbol(image, "r200"), at(0, 0), false);
+    addPad(set, symbol(image, "r200"), at(1, 0));
+    QCOMPARE(WrittenFile(image).body(), QString("%LPD*% %LPC*% D10* X0Y0D03* %LPD*% X1000D03*"));
 }
 
 void GerberWriterTest::clearPadWithCutOutsIsARegion()

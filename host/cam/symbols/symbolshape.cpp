@@ -268,9 +268,18 @@ void addRing(Shape &shape, const Ring &ring)
     add(shape.contours, ring.inner, true);
 }
 
+// Whether shrinking leaves nothing of a ring whose line is `lineWidth` wide: its inner edge would be the
+// larger one.
+bool vanishes(double lineWidth, double growth)
+{
+    return growth < 0.0 && lineWidth + growth <= 0.0;
+}
+
 // A rectangular ring; the inner corners are round about the same centres as the outer ones.
 Ring rectangleRing(double width, double height, double lineWidth, const CornerForm &corners, double growth)
 {
+    if (vanishes(lineWidth, growth))
+        return {};
     CornerForm inside = corners;
     inside.size = std::max(0.0, corners.size - lineWidth);
     return {rectangle(width, height, corners, growth),
@@ -279,12 +288,16 @@ Ring rectangleRing(double width, double height, double lineWidth, const CornerFo
 
 Ring roundRing(double outer, double inner, double growth)
 {
+    if (inner > 0.0 && vanishes((outer - inner) / 2.0, growth))
+        return {};
     return {circleOutline({}, (outer + growth) / 2.0),
             circleOutline({}, inner > 0.0 ? (inner - growth) / 2.0 : 0.0)};
 }
 
 Ring ovalRing(double width, double height, double lineWidth, double growth)
 {
+    if (vanishes(lineWidth, growth))
+        return {};
     return {oval(width, height, growth), oval(width - 2.0 * lineWidth, height - 2.0 * lineWidth, -growth)};
 }
 

@@ -291,7 +291,9 @@ private:
         const double from = oneIn(2) ? 90.0 * any(0, 3) : double(any(0, 359));
         arc.start = on(from);
         arc.end = oneIn(6) ? arc.start : on(oneIn(2) ? from + 90.0 * any(1, 3) : double(any(0, 359)));
-        if (oneIn(15)) // an error of the program that wrote the job
+        // An error of the program that wrote the job; not of full circles, of which rounding would make
+        // nothing.
+        if (oneIn(15) && arc.end != arc.start)
             arc.end = arc.center + (arc.end - arc.center) * 1.5;
         features.add(arc, polarity(oneNegativeIn));
     }

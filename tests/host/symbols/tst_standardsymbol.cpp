@@ -116,6 +116,7 @@ private slots:
     void symbolWithoutAPositiveSizeDrawsNothing();
     void unknownNameIsRefusedByName_data();
     void unknownNameIsRefusedByName();
+    void ringsThatShrinkToNothingLeaveNothing();
 };
 
 void StandardSymbolTest::areaIsWhatTheNameSays_data()
@@ -621,6 +622,22 @@ void StandardSymbolTest::unknownNameIsRefusedByName()
         return;
     }
     QFAIL("the name was taken");
+}
+
+// The inner edge would be the larger one, and take away what else is there: the lines of a moire.
+void StandardSymbolTest::ringsThatShrinkToNothingLeaveNothing()
+{
+    for (const char *name :
+         {"donut_r1000x900", "donut_s1000x900", "donut_rc1000x800x50", "donut_o1000x800x50"}) {
+        const cam::StandardSymbol symbol = cam::parseStandardSymbol(name, cam::SymbolUnit::Micrometres);
+        QVERIFY2(!cam::shapeOf(symbol, -49000.0).contours.isEmpty(), name);
+        QVERIFY2(cam::shapeOf(symbol, -51000.0).contours.isEmpty(), name);
+    }
+    // A dot and three rings of 27 um, without which two lines are left.
+    const cam::Shape moire = cam::shapeOf(
+        cam::parseStandardSymbol("moire27x27x3x40x545x0", cam::SymbolUnit::Micrometres), -30000.0);
+    for (std::size_t i = 0; i < moire.contours.size(); ++i)
+        QVERIFY(!moire.contours[i].isHole);
 }
 
 QTEST_APPLESS_MAIN(StandardSymbolTest)

@@ -25,7 +25,9 @@ GerberImage read(const QByteArray &text)
 QString wrongPoints(const GerberImage &image, const QString &points, bool dark)
 {
     QString wrong;
-    for (const QString &point : points.split(' ', Qt::SkipEmptyParts)) {
+    for (const QString &point : points.simplified().split(' ')) {
+        if (point.isEmpty())
+            continue;
         const QStringList xy = point.split(',');
         if (image.isDark({xy[0].toDouble() * 1e6, xy[1].toDouble() * 1e6}) != dark)
             wrong += ' ' + point;

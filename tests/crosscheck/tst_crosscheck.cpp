@@ -18,6 +18,7 @@
 #include "tests/crosscheck/otherprograms.h"
 #include "tests/crosscheck/referenceraster.h"
 #include "tests/host/gerber/layerbuilding.h"
+#include "tests/host/random/randomjob.h"
 
 #include <QtTest>
 
@@ -221,6 +222,46 @@ QStringList judged(const QString &layer, const View &view)
     return failures;
 }
 
+// A share of a job's layers, for one processor.
+using Share = std::vector<const Check *>;
+
+QStringList differingFormats(const Share &share, const QString &base)
+{
+    std::vector<crosscheck::FormatPair> pairs;
+    for (const Check *check : share)
+        pairs.push_back(check->files);
+    const QStringList found = crosscheck::compareFormats(pairs, base);
+    QStringList failures;
+    for (std::size_t i = 0; i < share.size(); ++i) {
+        if (!found.at(static_cast<int>(i)).isEmpty())
+            failures << share[i]->layer + ": " + found.at(static_cast<int>(i));
+    }
+    return failures;
+}
+
+QStringList differingPictures(const Share &share, const QString &base)
+{
+    std::vector<Picture> gerberPictures, gdsPictures;
+    for (const Check *check : share) {
+        for (const View &view : check->views) {
+            gerberPictures.push_back(view.gerber);
+            gdsPictures.push_back(view.gds);
+        }
+    }
+    QStringList failures;
+    const QString gerbvSaid = crosscheck::drawGerber(gerberPictures);
+    if (!gerbvSaid.isEmpty())
+        failures << "gerbv: " + gerbvSaid;
+    const QString klayoutSaid = crosscheck::drawGds(gdsPictures, base);
+    if (!klayoutSaid.isEmpty())
+        failures << "KLayout: " + klayoutSaid;
+    for (const Check *check : share) {
+        for (const View &view : check->views)
+            failures << judged(check->layer, view);
+    }
+    return failures;
+}
+
 void removeFiles(const Check &check)
 {
     QFile::remove(check.files.gerber);
@@ -289,9 +330,6 @@ bool hasWritten(const QString &file, const QByteArray &text)
 } // namespace
 Q_DECLARE_METATYPE(Forms)
 
-// A share of a job's layers, for one processor.
-using Share = std::vector<const Check *>;
-
 class CrossCheckTest : public QObject
 {
     Q_OBJECT
@@ -301,6 +339,7 @@ private slots:
     void bothFormatsAgree();
     void picturesShowTheSource_data() { addRows(); }
     void picturesShowTheSource();
+    void randomJobs();
     void aShiftByTwoPixelsIsFound();
     void aMissingSpeckIsFound();
     void formatsThatDifferAreFound_data();
@@ -462,18 +501,7 @@ void CrossCheckTest::bothFormatsAgree()
 {
     QStringList failures;
     const std::vector<Check> all = checks(failures, false);
-    failures << sideBySide(all, [](const Share &share, const QString &base) {
-        std::vector<crosscheck::FormatPair> pairs;
-        for (const Check *check : share)
-            pairs.push_back(check->files);
-        const QStringList found = crosscheck::compareFormats(pairs, base);
-        QStringList failures;
-        for (std::size_t i = 0; i < share.size(); ++i) {
-            if (!found.at(static_cast<int>(i)).isEmpty())
-                failures << share[i]->layer + ": " + found.at(static_cast<int>(i));
-        }
-        return failures;
-    });
+    failures << sideBySide(all, differingFormats);
     conclude(all, failures);
 }
 
@@ -481,27 +509,7 @@ void CrossCheckTest::picturesShowTheSource()
 {
     QStringList failures;
     const std::vector<Check> all = checks(failures, true);
-    failures << sideBySide(all, [](const Share &share, const QString &base) {
-        std::vector<Picture> gerberPictures, gdsPictures;
-        for (const Check *check : share) {
-            for (const View &view : check->views) {
-                gerberPictures.push_back(view.gerber);
-                gdsPictures.push_back(view.gds);
-            }
-        }
-        QStringList failures;
-        const QString gerbvSaid = crosscheck::drawGerber(gerberPictures);
-        if (!gerbvSaid.isEmpty())
-            failures << "gerbv: " + gerbvSaid;
-        const QString klayoutSaid = crosscheck::drawGds(gdsPictures, base);
-        if (!klayoutSaid.isEmpty())
-            failures << "KLayout: " + klayoutSaid;
-        for (const Check *check : share) {
-            for (const View &view : check->views)
-                failures << judged(check->layer, view);
-        }
-        return failures;
-    });
+    failures << sideBySide(all, differingPictures);
     std::size_t dark = 0;
     for (const Check &check : all) {
         for (const View &view : check.views)
@@ -509,6 +517,33 @@ void CrossCheckTest::picturesShowTheSource()
     }
     conclude(all, failures);
     QVERIFY(dark > 0 || !failures.isEmpty());
+}
+
+// Forms that no archive here has.
+void CrossCheckTest::randomJobs()
+{
+    QStringList failures;
+    std::vector<Check> all;
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        testing::RandomJob job = testing::randomJob(seed);
+        cam::ExportOptions options = job.options;
+        options.dbu = 0.001;
+        options.resize = 0.0; // the source's picture has none
+        const auto image = std::make_shared<const cam::LayerImage>(std::move(job.image));
+        Check check;
+        check.layer = "seed " + QString::number(seed);
+        const QString base = nextFile("random");
+        check.files = {base + ".gerber", base + ".gds"};
+        try {
+            writeBoth(*image, options, check.files);
+            check.views = views(options, base, true, image, 0);
+            all.push_back(std::move(check));
+        } catch (const cam::Error &error) {
+            failures << check.layer + ": " + error.what();
+        }
+    }
+    failures << sideBySide(all, differingFormats) << sideBySide(all, differingPictures);
+    conclude(all, failures);
 }
 
 // Divides the checks among the processors, and returns what `look` finds wrong with them.

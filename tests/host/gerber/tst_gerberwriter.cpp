@@ -476,7 +476,7 @@ void GerberWriterTest::ownSymbolOfANegativePadIsPaintedClear()
     addPad(drawing, symbol(image, "r200"), at(0, 0));
     const std::uint32_t mark = testing::ownSymbol(image, "mark", std::move(drawing));
     addPad(image.steps[0].features, mark, at(0, 0), false);
-    QCOMPARE(WrittenFile(image).body(), QString("%LPC*% D10* X0Y0D03*"));
+    QCOMPARE(WrittenFile(image).body(), QString("%LPD*% %LPC*% D10* X0Y0D03*"));
 }
 
 void GerberWriterTest::ownSymbolWithCutOutsLeavesWhatLiesBelow()

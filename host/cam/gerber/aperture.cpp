@@ -332,7 +332,8 @@ std::optional<Aperture> butterfly(const StandardSymbol &symbol, const Transform 
     return body.aperture();
 }
 
-// Circles from the outermost inwards, dark and clear in turn; then the lines.
+// Circles from the outermost inwards, dark and clear in turn; then the lines. Rings that have grown into each
+// other have no such order.
 std::optional<Aperture> moire(const Shape &shape, const Transform &map)
 {
     if (!fitsMacro(shape))
@@ -344,8 +345,13 @@ std::optional<Aperture> moire(const Shape &shape, const Transform &map)
         (shape.contours[i].edgeCount == 1 ? circles : lines).push_back(shape.contours[i]);
     std::sort(circles.begin(), circles.end(),
               [](const ContourView &a, const ContourView &b) { return a.start.x > b.start.x; });
-    for (const ContourView &circle : circles)
-        addSolid(body, circle, !circle.isHole);
+    bool isHole = false;
+    for (const ContourView &circle : circles) {
+        if (circle.isHole != isHole)
+            return std::nullopt;
+        addSolid(body, circle, !isHole);
+        isHole = !isHole;
+    }
     for (const ContourView &line : lines)
         addSolid(body, line, true);
     return body.aperture();

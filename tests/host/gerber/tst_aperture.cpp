@@ -74,6 +74,7 @@ private slots:
     void simpleSymbolIsAStandardAperture();
     void macroCoversWhatTheSymbolCovers_data();
     void macroCoversWhatTheSymbolCovers();
+    void moireWhoseRingsGrowTogetherHasNoAperture();
     void symbolWithoutExactFormHasNoAperture_data();
     void symbolWithoutExactFormHasNoAperture();
     void fourGapsAreTheFormatsOwnThermal();
@@ -210,6 +211,14 @@ void ApertureTest::macroCoversWhatTheSymbolCovers()
         }
     }
     QVERIFY(dark > 100);
+}
+
+// Its circles, dark and clear in turn, would clear what is dark.
+void ApertureTest::moireWhoseRingsGrowTogetherHasNoAperture()
+{
+    const cam::StandardSymbol moire = symbol("moire45x45x3x30x895x30");
+    QVERIFY(cam::apertureOf(moire, 40000.0, Transform()).has_value());
+    QVERIFY(!cam::apertureOf(moire, 50000.0, Transform()).has_value());
 }
 
 void ApertureTest::symbolWithoutExactFormHasNoAperture_data()

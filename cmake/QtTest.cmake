@@ -6,6 +6,8 @@
 function(add_qt_test)
     cmake_parse_arguments(arg "" "NAME;TIMEOUT" "SOURCES;LIBRARIES" ${ARGN})
     add_executable(${arg_NAME} ${arg_SOURCES})
+    # Headers of the tests are included by their path from the project folder.
+    target_include_directories(${arg_NAME} PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(${arg_NAME} PRIVATE ${arg_LIBRARIES} Qt5::Test)
     add_test(NAME ${arg_NAME} COMMAND ${arg_NAME})
     if(NOT arg_TIMEOUT)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The static checks: formatting, the platform border, and the newest Qt API that the code may use.
+# The static checks: formatting, the platform border, the direction of includes, and the newest Qt API that the code may use.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/packages.sh check
@@ -11,9 +11,10 @@ mapfile -t sources < <(git ls-files '*.cpp' '*.h')
 clang-format --dry-run --Werror "${sources[@]}" || complain "Formatting: run clang-format -i on the files above."
 
 if git grep -nE '^ *# *(if|ifdef|ifndef|elif).*\b(Q_OS_|_WIN32|__linux__|WIN32)' -- \
-        plugin import export run host ':!import/archive' ':!host/cam/export_macro.h'; then
-    complain "Only platform/ and import/archive/ may know which operating system they are on."
+        src ':!src/platform' ':!src/archive'; then
+    complain "Only src/platform/ and src/archive/ may know which operating system they are on."
 fi
+scripts/check_includes.py || complain "Includes: the folders depend on each other in one direction only."
 if git grep -nE '\b(Qt::(SkipEmptyParts|endl|hex|dec)|QRandomGenerator|QString::asprintf_l|QDeadlineTimer::remaining_ns)\b' -- '*.cpp' '*.h'; then
     complain "Qt 5.9 does not have these."
 fi

@@ -9,7 +9,7 @@
 #include "bench/export/measuring.h"
 #include "bench/export/panel.h"
 #include "bench/export/responding.h"
-#include "host/cam/jobroot.h"
+#include "cam/jobroot.h"
 #include "run/orvexapi.h"
 
 #include <cstdio>

@@ -1,9 +1,9 @@
 // The library's own parts are called as layer_export calls them: its progress record has no place to hook in.
 #include "bench/export/responding.h"
 
-#include "host/cam/gdsii/gdswriter.h"
-#include "host/cam/gerber/gerberwriter.h"
-#include "host/cam/odb/job.h"
+#include "cam/gdsii/gdswriter.h"
+#include "cam/gerber/gerberwriter.h"
+#include "cam/odb/job.h"
 
 #include <algorithm>
 

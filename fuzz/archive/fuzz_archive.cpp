@@ -1,7 +1,7 @@
 // Unpacks made-up tar and gzip files through 7-Zip's library: whatever they say, nothing may change outside
 // the output folder, and nothing of the layer's own may stay in it.
 
-#include "import/archive/archive.h"
+#include "archive/archive.h"
 
 #include <cstdlib>
 #include <cstring>

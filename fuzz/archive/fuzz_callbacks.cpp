@@ -3,7 +3,7 @@
 
 #include "fuzz/archive/fuzzinput.h"
 
-#include "import/archive/sevenzip/callbacks.h"
+#include "archive/sevenzip/callbacks.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -3,10 +3,10 @@
 
 #include "fuzz/archive/fuzzinput.h"
 
-#include "import/archive/archive.h"
-#include "import/archive/entryname.h"
-#include "import/archive/extractionplan.h"
-#include "import/archive/localpath.h"
+#include "archive/archive.h"
+#include "archive/entryname.h"
+#include "archive/extractionplan.h"
+#include "archive/localpath.h"
 
 #include <cstdlib>
 #include <map>

@@ -1,9 +1,9 @@
 // A features file: read it, and draw what was read, with and without growth. Whatever it holds may end in an
 // exception and in nothing else.
-#include "host/cam/error.h"
-#include "host/cam/geometry/drawing.h"
-#include "host/cam/geometry/surfacepolygons.h"
-#include "host/cam/odb/featuresfile.h"
+#include "cam/base/error.h"
+#include "cam/odb/featuresfile.h"
+#include "cam/polygon/drawing.h"
+#include "cam/polygon/surfacepolygons.h"
 
 #include <cstddef>
 #include <cstdint>

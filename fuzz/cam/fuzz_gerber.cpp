@@ -1,7 +1,7 @@
 // A Gerber file: read it, look at some points, and search it for contours that cross themselves. Whatever it
 // holds may end in an exception and in nothing else.
-#include "host/cam/error.h"
-#include "host/cam/gerber/gerberreader.h"
+#include "cam/base/error.h"
+#include "cam/gerber/gerberreader.h"
 
 #include <cstddef>
 #include <cstdint>

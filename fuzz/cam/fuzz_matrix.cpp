@@ -1,9 +1,9 @@
 // A matrix file; the same text also as a step header, a tools file and a settings file.
-#include "host/cam/error.h"
-#include "host/cam/odb/matrix.h"
-#include "host/cam/odb/stepheader.h"
-#include "host/cam/odb/tools.h"
-#include "host/cam/settings.h"
+#include "cam/base/error.h"
+#include "cam/odb/matrix.h"
+#include "cam/odb/settings.h"
+#include "cam/odb/stepheader.h"
+#include "cam/odb/tools.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // The forms in which a job's files are packed, and fonts.
-#include "host/cam/error.h"
-#include "host/cam/odb/font.h"
-#include "host/cam/odb/packing.h"
-#include "host/cam/odb/zip.h"
+#include "cam/base/error.h"
+#include "cam/odb/font.h"
+#include "cam/odb/packing.h"
+#include "cam/odb/zip.h"
 
 #include <cstddef>
 #include <cstdint>

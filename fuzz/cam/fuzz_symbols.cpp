@@ -1,7 +1,7 @@
 // The name of a standard symbol, and the shape that it stands for.
-#include "host/cam/error.h"
-#include "host/cam/geometry/flatten.h"
-#include "host/cam/symbols/standardsymbol.h"
+#include "cam/base/error.h"
+#include "cam/model/flatten.h"
+#include "cam/model/standardsymbol.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // Scan conversion of polygons, and the features as polygons.
 #include "tests/crosscheck/referenceraster.h"
 
-#include "host/cam/error.h"
-#include "host/cam/geometry/trigonometry.h"
+#include "cam/base/error.h"
+#include "cam/model/trigonometry.h"
 
 #include <algorithm>
 #include <cmath>

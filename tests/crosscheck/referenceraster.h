@@ -2,7 +2,7 @@
 // shares nothing with the writers but the symbols' shapes.
 #pragma once
 
-#include "host/cam/geometry/exportoptions.h"
+#include "cam/model/exportoptions.h"
 #include "tests/crosscheck/bitmap.h"
 
 namespace crosscheck {

@@ -11,14 +11,14 @@
 // everything.
 //
 // FILE_PROCESS_CROSSCHECK_JOB, _TRANSFORM and _LAYER name the only job, transform and layer to be looked at.
-#include "host/cam/gdsii/gdswriter.h"
-#include "host/cam/gerber/gerberwriter.h"
-#include "host/cam/odb/job.h"
-#include "host/cam/paths.h"
+#include "cam/base/paths.h"
+#include "cam/gdsii/gdswriter.h"
+#include "cam/gerber/gerberwriter.h"
+#include "cam/odb/job.h"
+#include "tests/cam/random/randomjob.h"
+#include "tests/cam/support/layerbuilding.h"
 #include "tests/crosscheck/otherprograms.h"
 #include "tests/crosscheck/referenceraster.h"
-#include "tests/host/gerber/layerbuilding.h"
-#include "tests/host/random/randomjob.h"
 
 #include <QtTest>
 

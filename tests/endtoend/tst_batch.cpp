@@ -1,6 +1,6 @@
 // The workbench's batch mode: archives in, files out, through the plug-in and its dialogs.
+#include "tests/archive/archivebuilder.h"
 #include "tests/endtoend/batchprocess.h"
-#include "tests/import/archivebuilder.h"
 #include "tests/support/temporaryworkingfolder.h"
 
 #include <QImage>

@@ -1,6 +1,6 @@
 // The built plug-in module as a host meets it: its metadata, its object, its exported names.
-#include "host/pluginmanger/pluginhost.h"
 #include "plugin/interface/fileprointerface.h"
+#include "pluginmanger/pluginhost.h"
 #include "run/orvexapi.h"
 
 #include <QAction>

@@ -1,10 +1,10 @@
 // The workbench's window with the built module in it.
-#include "host/pluginmanger/pluginhost.h"
-#include "host/workbench/logcollector.h"
-#include "host/workbench/mainwindow.h"
-#include "host/workbench/parentwidget.h"
+#include "pluginmanger/pluginhost.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"
+#include "workbench/logcollector.h"
+#include "workbench/mainwindow.h"
+#include "workbench/parentwidget.h"
 
 #include <QAction>
 #include <QApplication>

@@ -5,7 +5,7 @@
 #include "export/delegates/readonlydelegate.h"
 #include "export/delegates/roratevalidatordelegate.h"
 #include "export/delegates/scalevalidatordelegate.h"
-#include "plugin/gbktext.h"
+#include "platform/gbktext.h"
 #include "tests/export/opendialog.h"
 #include "tests/export/wheel.h"
 #include "tests/support/logcapture.h"

@@ -4,7 +4,7 @@
 #include "tests/support/modalresponder.h"
 #include "tests/support/recordinghost.h"
 
-#include "export/exportjobinfo.h"
+#include "plugin/interface/exportjobinfo.h"
 
 #include <QAction>
 #include <QComboBox>

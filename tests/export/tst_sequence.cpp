@@ -7,9 +7,9 @@
 // they would for a host whose other plug-ins never rest.
 
 #include "plugin/fileprocess.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/export/opendialog.h"
 #include "tests/export/wheel.h"
-#include "tests/import/archivebuilder.h"
 #include "tests/support/exportdialogs.h"
 #include "tests/support/temporaryworkingfolder.h"
 

@@ -3,7 +3,7 @@
 
 #include "import/unzipprogress.h"
 #include "platform/shell.h"
-#include "tests/import/archivebuilder.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"

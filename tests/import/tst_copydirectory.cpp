@@ -1,7 +1,7 @@
 // Unpacking a job archive as the user sees it: the question, the progress window, the job root afterwards.
 
 #include "import/unzipprogress.h"
-#include "tests/import/archivebuilder.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/modalresponder.h"

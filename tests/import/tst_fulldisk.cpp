@@ -1,7 +1,7 @@
 // A disk that is full, or a file-size limit that stands for it, while an archive is unpacked.
 
-#include "import/archive/archive.h"
-#include "tests/import/archivebuilder.h"
+#include "archive/archive.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"

@@ -1,6 +1,6 @@
 // The Import command, driven through its file dialog.
 
-#include "tests/import/archivebuilder.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"

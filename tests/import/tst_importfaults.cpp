@@ -3,7 +3,7 @@
 // meanwhile.
 
 #include "import/unzipprogress.h"
-#include "tests/import/archivebuilder.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/modalresponder.h"

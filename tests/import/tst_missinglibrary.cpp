@@ -1,8 +1,8 @@
 // The import on a machine without 7-Zip's shared library.
 
-#include "import/archive/archive.h"
-#include "import/archive/sevenzip/library.h"
-#include "tests/import/archivebuilder.h"
+#include "archive/archive.h"
+#include "archive/sevenzip/library.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/modalresponder.h"

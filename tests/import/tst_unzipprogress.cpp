@@ -1,7 +1,7 @@
 // The background job of the import.
 
 #include "import/unzipprogress.h"
-#include "tests/import/archivebuilder.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/temporaryworkingfolder.h"
 #include "tests/support/threadpriority.h"

@@ -1,4 +1,4 @@
-#include "foreignhost.h"
+#include "tests/plugin/foreignhost.h"
 
 using foreign_host::state;
 

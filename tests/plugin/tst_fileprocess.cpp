@@ -1,6 +1,6 @@
 // The plug-in object as the host sees it: interfaces, meta-object, actions, and the way to the Export dialog.
 
-#include "export/exportjobinfo.h"
+#include "plugin/interface/exportjobinfo.h"
 #include "tests/support/exportdialogs.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/recordinghost.h"

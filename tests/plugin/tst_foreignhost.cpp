@@ -1,7 +1,7 @@
 // The plug-in's module in a host that was compiled apart from it, by declarations of its own: what crosses
 // the border, in both directions and field by field.
 
-#include "foreignhost.h"
+#include "tests/plugin/foreignhost.h"
 
 #include <QAction>
 #include <QComboBox>

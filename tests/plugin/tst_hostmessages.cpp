@@ -1,6 +1,6 @@
 // Every message that the plug-in sends and receives: receivers, types, payloads, order and log lines.
 
-#include "export/exportjobinfo.h"
+#include "plugin/interface/exportjobinfo.h"
 #include "tests/support/exportdialogs.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/logcapture.h"

@@ -2,10 +2,10 @@
 // sizes of their fields. A host is compiled apart from the plug-in, so that a field that moved would be read
 // as another one. Most of this file is checked by the compiler.
 
-#include "export/exportjobinfo.h"
+#include "export/exportconfig.h"
 #include "import/unzipprogress.h"
-#include "plugin/exportconfig.h"
 #include "plugin/fileprocess.h"
+#include "plugin/interface/exportjobinfo.h"
 #include "plugin/interface/fileprointerface.h"
 #include "run/orvexapi.h"
 #include "run/progress.h"

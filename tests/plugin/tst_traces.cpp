@@ -1,9 +1,9 @@
 // The lines that the plug-in writes to the debug stream and to the log: their texts, and their places among
 // what else it does.
 
-#include "export/exportjobinfo.h"
+#include "plugin/interface/exportjobinfo.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/export/opendialog.h"
-#include "tests/import/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"

@@ -2,8 +2,8 @@
 
 #include "export/delegates/comboboxdelegate.h"
 #include "export/delegates/rotatecomboxdelegete.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/export/opendialog.h"
-#include "tests/import/archivebuilder.h"
 #include "tests/support/everytext.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/modalresponder.h"

@@ -3,7 +3,7 @@
 // Where a mutex has nothing to destroy, as with GCC's library, nobody would notice the wrong order. So the
 // job is compiled here with a mutex that notes when it goes.
 
-#include "plugin/export_macro.h"
+#include "plugin/interface/export_macro.h"
 
 #include <QThread>
 #include <QtTest>

@@ -1,8 +1,8 @@
 // Imports and exports take turns: while one of them has a job in the background, a request for another does
 // nothing but write a line to the log. Where one of them waits for the user, nothing is kept waiting.
 
+#include "tests/archive/archivebuilder.h"
 #include "tests/export/opendialog.h"
-#include "tests/import/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/modalresponder.h"

@@ -1,7 +1,7 @@
 // Junctions in the job root: nothing is written through one, and what it leads to stays as it is.
-#include "import/archive/archive.h"
-#include "import/archive/localpath.h"
-#include "tests/import/archivebuilder.h"
+#include "archive/archive.h"
+#include "archive/localpath.h"
+#include "tests/archive/archivebuilder.h"
 
 #include <QTemporaryDir>
 #include <QtTest>

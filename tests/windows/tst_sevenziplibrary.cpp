@@ -1,5 +1,5 @@
 // Where Windows finds 7-Zip's library when it is asked for by its plain name.
-#include "import/archive/archive.h"
+#include "archive/archive.h"
 
 #include <QtTest>
 

@@ -1,9 +1,9 @@
 // The whole road on Windows' own file system, from the file dialog to the exported file: drive letters and
 // backslashes, blanks, names outside ASCII, long paths, names in another case.
+#include "cam/jobroot.h"
 #include "export/export.h"
-#include "host/cam/jobroot.h"
 #include "import/unzipprogress.h"
-#include "tests/import/archivebuilder.h"
+#include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"

@@ -1,0 +1,68 @@
+#!/usr/bin/env python3
+"""Fails on an include below src/ that goes against the direction of the folders' dependencies, or to a header that is not there.
+
+DEPENDENCIES names for each folder the folders whose headers it may include; a header belongs to the longest entry that
+its path begins with. What a folder links in its CMakeLists.txt is the same list.
+"""
+import pathlib
+import re
+import sys
+
+# The declarations of the host's CAM library lie in run/, but are the host's: nobody's, in the order of the folders.
+INTERFACE = ("plugin/interface", "run/orvexapi.h", "run/progressvalue.h")
+CAM = ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/database")
+
+DEPENDENCIES = {
+    **{entry: () for entry in INTERFACE},
+    "platform": (),
+    "archive": ("platform",),
+    "cam/base": (),
+    "cam/model": ("cam/base",),
+    "cam/polygon": ("cam/base", "cam/model"),
+    "cam/odb": ("cam/base", "cam/model"),
+    "cam/gdsii": ("cam/base", "cam/model", "cam/polygon"),
+    "cam/gerber": ("cam/base", "cam/model", "cam/polygon"),
+    "cam/database": ("cam/base",),
+    "cam": (*INTERFACE, *CAM),
+    "pluginmanger": INTERFACE,
+    "run": (*INTERFACE, "platform"),
+    "import": (*INTERFACE, "platform", "archive", "run"),
+    "export": (*INTERFACE, "platform", "run"),
+    "plugin": (*INTERFACE, "platform", "import", "export", "run"),
+    "workbench": (*INTERFACE, "platform", "pluginmanger", "cam", *CAM),
+}
+INTERFACE_MAY = {"plugin/interface": INTERFACE, "run/orvexapi.h": INTERFACE}
+
+
+def folder_of(path):
+    """The entry of DEPENDENCIES that the file or header `path` (below src/) belongs to."""
+    entries = [entry for entry in DEPENDENCIES if path == entry or path.startswith(entry + "/")]
+    return max(entries, key=len, default=None)
+
+
+def main():
+    source = pathlib.Path(__file__).resolve().parent.parent / "src"
+    failures = []
+    for file in sorted(source.rglob("*.h")) + sorted(source.rglob("*.cpp")):
+        path = file.relative_to(source).as_posix()
+        folder = folder_of(path)
+        if folder is None:
+            failures.append(f"src/{path}: its folder has no entry in scripts/check_includes.py")
+            continue
+        allowed = (folder, *DEPENDENCIES[folder], *INTERFACE_MAY.get(folder, ()))
+        for number, line in enumerate(file.read_text(encoding="utf-8").splitlines(), 1):
+            match = re.match(r'\s*#\s*include\s+"([^"]+)"', line)
+            if not match:
+                continue
+            header = match.group(1)
+            if not (source / header).is_file():
+                failures.append(f'src/{path}:{number}: "{header}" is no header below src/')
+            elif folder_of(header) not in allowed:
+                failures.append(f'src/{path}:{number}: {folder} may not include "{header}"')
+    for failure in failures:
+        print(failure)
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,118 @@
+#include "cam/database/exportdatabase.h"
+
+#include "cam/base/error.h"
+#include "cam/base/paths.h"
+
+#include <filesystem>
+#include <memory>
+
+#include <sqlite3.h>
+
+namespace cam {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int waitForOthers = 5000; // milliseconds, when another program writes to the file
+
+struct CloseDatabase
+{
+    void operator()(sqlite3 *database) const { sqlite3_close(database); }
+};
+using Database = std::unique_ptr<sqlite3, CloseDatabase>;
+
+struct FinishStatement
+{
+    void operator()(sqlite3_stmt *statement) const { sqlite3_finalize(statement); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, FinishStatement>;
+
+[[noreturn]] void fail(const std::string &path, sqlite3 *database)
+{
+    throw Error(path + ": " + (database ? sqlite3_errmsg(database) : "no memory for the database"));
+}
+
+Database open(const std::string &path)
+{
+    sqlite3 *opened = nullptr;
+    const int result =
+        sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    Database database(opened);
+    if (result != SQLITE_OK)
+        fail(path, database.get());
+    sqlite3_busy_timeout(database.get(), waitForOthers);
+    return database;
+}
+
+Statement prepare(const std::string &path, sqlite3 *database, const char *sql)
+{
+    sqlite3_stmt *prepared = nullptr;
+    if (sqlite3_prepare_v2(database, sql, -1, &prepared, nullptr) != SQLITE_OK)
+        fail(path, database);
+    return Statement(prepared);
+}
+
+void run(const std::string &path, sqlite3 *database, sqlite3_stmt *statement)
+{
+    if (sqlite3_step(statement) != SQLITE_DONE)
+        fail(path, database);
+}
+
+// Binds values to the places of a statement, one after the other.
+class Binder
+{
+public:
+    explicit Binder(sqlite3_stmt *statement) : m_statement(statement) {}
+    Binder &operator<<(const std::string &text)
+    {
+        sqlite3_bind_text(m_statement, ++m_place, text.c_str(), static_cast<int>(text.size()),
+                          SQLITE_TRANSIENT);
+        return *this;
+    }
+    Binder &operator<<(double number)
+    {
+        sqlite3_bind_double(m_statement, ++m_place, number);
+        return *this;
+    }
+    Binder &operator<<(bool flag)
+    {
+        sqlite3_bind_int(m_statement, ++m_place, flag ? 1 : 0);
+        return *this;
+    }
+
+private:
+    sqlite3_stmt *m_statement;
+    int m_place = 0;
+};
+
+} // namespace
+
+void saveExport(const std::string &path, const ExportRecord &record)
+{
+    const fs::path local = resolveIgnoringCase(path);
+    std::error_code ignored; // the database says it better when it cannot be opened
+    if (local.has_parent_path())
+        fs::create_directories(local.parent_path(), ignored);
+    const std::string file = local.u8string();
+    const Database database = open(file);
+    const Statement create = prepare(
+        file, database.get(),
+        "CREATE TABLE IF NOT EXISTS exports (id INTEGER PRIMARY KEY, time TEXT DEFAULT CURRENT_TIMESTAMP, "
+        "job TEXT, "
+        "step TEXT, layer TEXT, format TEXT, file TEXT, dbu REAL, resize REAL, negative INTEGER, mirror "
+        "INTEGER, "
+        "rotate INTEGER, scale INTEGER, profile INTEGER, angle REAL, axis TEXT, x_scale REAL, y_scale REAL)");
+    run(file, database.get(), create.get());
+    const Statement insert = prepare(
+        file, database.get(),
+        "INSERT INTO exports (job, step, layer, format, file, dbu, resize, negative, mirror, rotate, scale, "
+        "profile, angle, axis, x_scale, y_scale) VALUES (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+    Binder(insert.get()) << record.job << record.step << record.layer << record.format << record.file
+                         << record.dbu << record.resize << record.isNegative << record.isMirror
+                         << record.isRotate << record.isScale << record.isProfileTop << record.angle
+                         << record.axis << record.xScale << record.yScale;
+    run(file, database.get(), insert.get());
+}
+
+} // namespace cam

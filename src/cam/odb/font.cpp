@@ -1,0 +1,63 @@
+#include "cam/odb/font.h"
+
+#include "cam/odb/fields.h"
+#include "cam/odb/textfile.h"
+
+namespace cam {
+
+namespace {
+
+// "LINE xs ys xe ye polarity shape width"; the width is not read: a text states its own.
+FontStroke parseStroke(Fields &fields)
+{
+    FontStroke stroke;
+    stroke.start.x = fields.number("a number for the stroke's start x");
+    stroke.start.y = fields.number("a number for the stroke's start y");
+    stroke.end.x = fields.number("a number for the stroke's end x");
+    stroke.end.y = fields.number("a number for the stroke's end y");
+    stroke.isNegative = !fields.letter('P', 'N', "the stroke's polarity, P or N");
+    stroke.isSquare = !fields.letter('R', 'S', "the stroke's shape, R or S");
+    return stroke;
+}
+
+} // namespace
+
+Font parseFont(std::string_view text, const std::string &file)
+{
+    Font font;
+    std::vector<FontStroke> *character = nullptr;
+    LineReader lines(text);
+    TextLine line;
+    while (lines.next(line)) {
+        Fields fields(line.text, line.number, file);
+        const std::string_view keyword = fields.word();
+        if (keyword.empty())
+            continue;
+        if (keyword == "XSIZE") {
+            font.xSize = fields.number("a number for XSIZE");
+        } else if (keyword == "YSIZE") {
+            font.ySize = fields.number("a number for YSIZE");
+        } else if (keyword == "OFFSET") {
+            font.offset = fields.number("a number for OFFSET");
+        } else if (keyword == "CHAR") {
+            const std::string_view name = fields.word();
+            if (name.empty())
+                fields.fail("a character after CHAR");
+            character = &font.characters[static_cast<unsigned char>(name[0])];
+            character->clear();
+        } else if (keyword == "LINE") {
+            if (!character)
+                fields.fail("CHAR before LINE");
+            character->push_back(parseStroke(fields));
+        } else if (keyword == "ECHAR") {
+            character = nullptr;
+        } else if (keyword[0] != '#') {
+            fields.fail("XSIZE, YSIZE, OFFSET, CHAR, LINE or ECHAR");
+        }
+    }
+    if (font.xSize <= 0.0 || font.ySize <= 0.0)
+        throw FormatError(file, 0, "XSIZE and YSIZE greater than 0");
+    return font;
+}
+
+} // namespace cam

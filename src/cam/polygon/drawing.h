@@ -1,0 +1,131 @@
+// Features as polygons on the grid: what the GDSII writer stores, and what booleans work on.
+#pragma once
+
+#include "cam/model/layerimage.h"
+#include "cam/model/stroke.h"
+#include "cam/polygon/gridpolygon.h"
+#include "cam/polygon/paintedarea.h"
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <unordered_map>
+
+namespace cam {
+
+// A pool's contours as rings, rounded: islands counter-clockwise, holes clockwise.
+void contourRings(const ContourPool &pool, const Transform &map, const Grid &grid,
+                  std::vector<GridRing> &rings);
+// Only contours first ... first + count - 1.
+void contourRings(const ContourPool &pool, std::size_t first, std::size_t count, const Transform &map,
+                  const Grid &grid, std::vector<GridRing> &rings);
+
+// A symbol as it comes to lie in the output, about its own origin.
+struct DrawnSymbol
+{
+    std::uint32_t symbol = 0;
+    std::vector<GridRing> polygons; // without holes; they may overlap
+    GridBox box;
+    std::size_t corners = 0;
+};
+
+// The drawn symbols of one output, each drawn once for each way in which it is turned, mirrored, enlarged and
+// grown.
+class DrawnSymbols
+{
+public:
+    // `mostCorners`: of one polygon. `image` must outlive the object.
+    DrawnSymbols(const LayerImage &image, Grid grid, std::size_t mostCorners);
+
+    // The number of the drawn symbol `symbol` under the linear part of `map`. Numbers count up from 0.
+    std::uint32_t number(std::uint32_t symbol, const Transform &map, double growth);
+    const DrawnSymbol &operator[](std::uint32_t number) const { return m_drawn[number]; }
+    std::size_t size() const { return m_drawn.size(); }
+
+    const LayerImage &image() const { return m_image; }
+    const Grid &grid() const { return m_grid; }
+    std::size_t mostCorners() const { return m_mostCorners; }
+
+private:
+    DrawnSymbol draw(const Symbol &symbol, const Transform &map, double growth);
+
+    struct Key
+    {
+        std::uint32_t symbol;
+        double xx, xy, yx, yy, growth;
+        bool operator<(const Key &other) const;
+    };
+    const LayerImage &m_image;
+    Grid m_grid;
+    std::size_t m_mostCorners;
+    std::map<Key, std::uint32_t> m_numbers;
+    std::deque<DrawnSymbol> m_drawn; // references stay valid while more symbols are drawn
+};
+
+// The features of one set under one map. An item of the PaintSource is an index into the set's order.
+class FeatureDrawing : public PaintSource
+{
+public:
+    // `growth`: nanometres of the features' own plane, half to each side of positive features; see
+    // ExportOptions::resize.
+    FeatureDrawing(DrawnSymbols &symbols, const FeatureSet &features, const Transform &map, double growth);
+
+    void rings(std::uint32_t item, std::vector<GridRing> &rings) override;
+
+    // A box around the feature; a little larger than it for strokes. Empty when it draws nothing.
+    GridBox box(std::uint32_t item);
+    // About how many corners its rings have.
+    std::size_t corners(std::uint32_t item);
+
+    // The polygons of a line or an arc; they may overlap.
+    void stroke(const Feature &feature, const std::function<void(const GridRing &)> &polygon);
+    // Where a pad stands, and as which drawn symbol.
+    GridPoint padPosition(const Feature &feature) const;
+    std::uint32_t padSymbol(const Feature &feature);
+    // The contours of a surface, as they are: islands counter-clockwise, holes clockwise.
+    void surface(const Feature &feature, std::vector<GridRing> &rings);
+
+private:
+    double growthOf(const Feature &feature) const
+    {
+        return feature.polarity == Polarity::Positive ? m_growth : -m_growth;
+    }
+    Pen &pen(std::uint32_t symbol, Polarity polarity);
+    double penReach(std::uint32_t symbol, double growth);
+    GridBox mappedBox(const Box &box) const;
+
+    struct PadKey
+    {
+        double angle;
+        double growth;
+        std::uint32_t symbol;
+        bool mirror;
+        Polarity polarity;
+        bool operator==(const PadKey &other) const
+        {
+            return angle == other.angle && growth == other.growth && symbol == other.symbol &&
+                   mirror == other.mirror && polarity == other.polarity;
+        }
+    };
+    struct PadKeyHash
+    {
+        std::size_t operator()(const PadKey &key) const
+        {
+            const std::size_t hash = std::hash<double>()(key.angle) * 31 + std::hash<double>()(key.growth);
+            return (hash * 31 + key.symbol) * 4 + (key.mirror ? 2 : 0) +
+                   static_cast<std::size_t>(key.polarity);
+        }
+    };
+
+    DrawnSymbols &m_symbols;
+    const FeatureSet &m_features;
+    Transform m_map;
+    double m_growth;
+    double m_tolerance;                          // of curves, in nanometres of the features' own plane
+    std::vector<std::unique_ptr<Pen>> m_pens[2]; // by polarity, then symbol
+    std::vector<double> m_reaches[2]; // by the sign of the growth, then symbol; -1 when not known yet
+    std::unordered_map<PadKey, std::uint32_t, PadKeyHash> m_padSymbols;
+    GridRing m_ring; // scratch
+};
+
+} // namespace cam

@@ -1,0 +1,176 @@
+#include "workbench/batch/exportdialog.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+
+namespace {
+
+enum Column { Check = 0, Layer = 1, Time = 7 };
+
+template <class Widget>
+Widget *withText(const QWidget *window, const QString &text)
+{
+    for (Widget *widget : window->findChildren<Widget *>()) {
+        if (widget->text().compare(text, Qt::CaseInsensitive) == 0)
+            return widget;
+    }
+    return nullptr;
+}
+
+QRect placeIn(const QWidget *window, const QWidget *widget)
+{
+    return QRect(widget->mapTo(window, QPoint(0, 0)), widget->size());
+}
+
+// The first line edit to the right of `label` in its row.
+QLineEdit *editBeside(const QWidget *window, const QWidget *label)
+{
+    if (!label)
+        return nullptr;
+    const QRect from = placeIn(window, label);
+    QLineEdit *nearest = nullptr;
+    for (QLineEdit *edit : window->findChildren<QLineEdit *>()) {
+        const QRect place = placeIn(window, edit);
+        const bool sameRow = place.top() <= from.center().y() && from.center().y() <= place.bottom();
+        if (!edit->isVisible() || !sameRow || place.left() < from.right())
+            continue;
+        if (!nearest || place.left() < placeIn(window, nearest).left())
+            nearest = edit;
+    }
+    return nearest;
+}
+
+void pressKey(QWidget *widget, Qt::Key key)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QApplication::sendEvent(widget, &press);
+    QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+    QApplication::sendEvent(widget, &release);
+}
+
+} // namespace
+
+ExportDialog ExportDialog::find()
+{
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->inherits("Export"))
+            return ExportDialog(window);
+    }
+    return ExportDialog(nullptr);
+}
+
+ExportDialog::ExportDialog(QWidget *window) : m_window(window)
+{
+    if (!window)
+        return;
+    m_pathButton = withText<QPushButton>(window, "Path");
+    m_ok = withText<QPushButton>(window, "OK");
+    m_cancel = withText<QPushButton>(window, "cancel");
+    m_path = editBeside(window, m_pathButton);
+    m_secondFolder = editBeside(window, withText<QLabel>(window, "Second Dir:"));
+    for (QComboBox *box : window->findChildren<QComboBox *>()) {
+        if (box->findText(".gds") >= 0)
+            m_format = box;
+    }
+    m_table = window->findChild<QTableWidget *>();
+}
+
+QString ExportDialog::problem() const
+{
+    if (!m_window)
+        return "no Export dialog opened";
+    QStringList missing;
+    const auto expect = [&missing](const QWidget *widget, const char *name) {
+        if (!widget)
+            missing << name;
+    };
+    expect(m_ok, "the button \"OK\"");
+    expect(m_cancel, "the button \"cancel\"");
+    expect(m_path, "the field beside \"Path\"");
+    expect(m_secondFolder, "the field beside \"Second Dir:\"");
+    expect(m_format, "the format box with \".gds\"");
+    expect(m_table, "the layer table");
+    return missing.isEmpty() ? QString() : "the Export dialog lacks " + missing.join(", ");
+}
+
+QString ExportDialog::path() const
+{
+    return m_path->text();
+}
+
+void ExportDialog::enterPath(const QString &path)
+{
+    m_path->setFocus();
+    m_path->selectAll();
+    m_path->insert(path);
+    pressKey(m_path, Qt::Key_Return);
+}
+
+QString ExportDialog::secondFolder() const
+{
+    return m_secondFolder->text();
+}
+
+bool ExportDialog::chooseFormat(const QString &format)
+{
+    const int wanted = m_format->findText(format, Qt::MatchExactly);
+    if (wanted < 0)
+        return false;
+    m_format->setFocus();
+    // By the arrow keys, which also do what choosing from the list does.
+    for (int steps = m_format->count(); steps > 0 && m_format->currentIndex() != wanted; --steps)
+        pressKey(m_format, m_format->currentIndex() < wanted ? Qt::Key_Down : Qt::Key_Up);
+    return m_format->currentIndex() == wanted;
+}
+
+void ExportDialog::openTableMenu()
+{
+    QWidget *viewport = m_table->viewport();
+    const QPoint place = viewport->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, viewport->mapToGlobal(place));
+    QApplication::sendEvent(viewport, &event);
+}
+
+int ExportDialog::rowCount() const
+{
+    return m_table->rowCount();
+}
+
+bool ExportDialog::isChecked(int row) const
+{
+    const QTableWidgetItem *item = m_table->item(row, Check);
+    return item && item->data(Qt::DisplayRole).toBool();
+}
+
+QString ExportDialog::layer(int row) const
+{
+    const QTableWidgetItem *item = m_table->item(row, Layer);
+    return item ? item->text() : QString();
+}
+
+QString ExportDialog::time(int row) const
+{
+    const QWidget *cell = m_table->cellWidget(row, Time);
+    const QLabel *label = cell ? cell->findChild<QLabel *>() : nullptr;
+    return label ? label->text() : QString();
+}
+
+bool ExportDialog::pressOk()
+{
+    if (!m_ok->isEnabled())
+        return false;
+    m_ok->click();
+    return true;
+}
+
+void ExportDialog::pressCancel()
+{
+    if (m_cancel)
+        m_cancel->click();
+}

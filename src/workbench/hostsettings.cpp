@@ -1,0 +1,110 @@
+#include "workbench/hostsettings.h"
+
+#include "platform/paths.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include <glog/logging.h>
+
+namespace {
+
+const char fileName[] = "oxconfig.ini";
+
+void openAsUtf8(QSettings &settings)
+{
+    settings.setIniCodec("utf-8");
+}
+
+} // namespace
+
+HostSettings hostsettings::read()
+{
+    const HostSettings defaults;
+    QSettings settings(fileName, QSettings::IniFormat);
+    openAsUtf8(settings);
+    HostSettings values;
+    values.jobFolder = platform::toLocal(settings.value("Job_Path/path").toString());
+    values.outputFolder = settings.value("Output_Path/path").toString();
+    values.secondFolder = settings.value("Output_Path_Second/path").toString();
+    values.resize = settings.value("Resize/value", defaults.resize).toDouble();
+    values.resizeUnit = settings.value("Resize/unit", defaults.resizeUnit).toString();
+    values.databaseUnit = settings.value("Dbu/Dbu", defaults.databaseUnit).toDouble();
+    values.withProfile = settings.value("Profile_Dot/Profile_Dot").toString().toLower() == "yes";
+    values.exportDatabase = settings.value("Export_Database/path").toString();
+    return values;
+}
+
+bool hostsettings::write(const HostSettings &values)
+{
+    QSettings settings(fileName, QSettings::IniFormat);
+    openAsUtf8(settings);
+    settings.setValue("Job_Path/path", platform::toHandedOver(values.jobFolder));
+    settings.setValue("Output_Path/path", values.outputFolder);
+    settings.setValue("Output_Path_Second/path", values.secondFolder);
+    settings.setValue("Resize/value", values.resize);
+    settings.setValue("Resize/unit", values.resizeUnit);
+    settings.setValue("Dbu/Dbu", values.databaseUnit);
+    settings.setValue("Profile_Dot/Profile_Dot", values.withProfile ? "yes" : "no");
+    settings.setValue("Export_Database/path", values.exportDatabase);
+    settings.sync();
+    const std::string path = QDir::current().absoluteFilePath(fileName).toStdString();
+    if (settings.status() != QSettings::NoError) {
+        LOG(ERROR) << path << " cannot be written";
+        return false;
+    }
+    LOG(INFO) << "wrote the settings to " << path;
+    return true;
+}
+
+bool hostsettings::writeDefaults()
+{
+    if (QFileInfo::exists(fileName))
+        return true;
+    HostSettings defaults;
+    defaults.jobFolder = QDir::current().absoluteFilePath("job");
+    return write(defaults);
+}
+
+void hostsettings::mendJobFolder()
+{
+    QSettings settings(fileName, QSettings::IniFormat);
+    openAsUtf8(settings);
+    const QString folder = settings.value("Job_Path/path").toString();
+    if (!folder.contains('/'))
+        return;
+    settings.setValue("Job_Path/path", platform::toHandedOver(folder));
+    LOG(INFO) << "the job folder " << folder.toStdString() << " is written with backslashes now";
+}
+
+QString hostsettings::jobRoot(const QString &configured)
+{
+    const QString folder = platform::toLocal(configured);
+    const bool usable = !folder.isEmpty() && QFileInfo(folder).isDir();
+    return QDir::cleanPath(QDir::current().absoluteFilePath(usable ? folder : QString("job")));
+}
+
+RunFolder::RunFolder(const QString &jobFolder) : m_before(QDir::currentPath()), m_folder(new QTemporaryDir)
+{
+    QSettings settings(m_folder->filePath(fileName), QSettings::IniFormat);
+    openAsUtf8(settings);
+    QSettings source(QDir::current().absoluteFilePath(fileName), QSettings::IniFormat);
+    openAsUtf8(source);
+    for (const QString &key : source.allKeys()) {
+        QString value = source.value(key).toString();
+        // A relative path counts from the user's folder, not from this one.
+        if (key.endsWith("/path") && key != "Output_Path_Second/path" && !value.isEmpty())
+            value = QDir(m_before).absoluteFilePath(platform::toLocal(value));
+        settings.setValue(key, value);
+    }
+    settings.setValue("Job_Path/path", platform::toHandedOver(jobFolder));
+    settings.sync();
+    QDir::setCurrent(m_folder->path());
+}
+
+RunFolder::~RunFolder()
+{
+    QDir::setCurrent(m_before);
+}

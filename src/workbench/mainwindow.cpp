@@ -1,0 +1,340 @@
+#include "workbench/mainwindow.h"
+
+#include "cam/jobroot.h"
+#include "pluginmanger/pluginhost.h"
+#include "run/orvexapi.h"
+#include "workbench/hostsettings.h"
+#include "workbench/joblistpanel.h"
+#include "workbench/jobstore.h"
+#include "workbench/layerpanel.h"
+#include "workbench/logpane.h"
+#include "workbench/parentwidget.h"
+#include "workbench/settingsdialog.h"
+#include "workbench/view/graphicview.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDesktopServices>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QUrl>
+
+#include <glog/logging.h>
+
+namespace {
+
+const int messageTime = 8000; // ms that a message stays in the status bar
+
+QDockWidget *dock(const QString &title, const QString &name, QWidget *content)
+{
+    auto *dock = new QDockWidget(title);
+    dock->setObjectName(name);
+    dock->setWidget(content);
+    return dock;
+}
+
+} // namespace
+
+MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent), m_log(log)
+{
+    setWindowTitle(tr("CAM Workbench"));
+    buildPanels();
+    buildMenus();
+    connect(&m_log, &LogCollector::logged, m_logPane, &LogPane::append);
+    connect(&m_messages, &HostMessages::jobFolderAnnounced, this, &MainWindow::setJobFolder);
+    connect(&m_messages, &HostMessages::fileImported, this, &MainWindow::takeImportedFile);
+    connect(&m_messages, &HostMessages::exportReported, this, &MainWindow::takeExportReport);
+    // The plug-in's export has the CAM library to itself.
+    connect(&m_messages, &HostMessages::contextRequested, this, [this] { m_view->stopReading(); });
+    connect(&m_messages, &HostMessages::exportRefused, this, [this] {
+        statusBar()->showMessage(tr("Open a job first, then export its layers."), messageTime);
+    });
+    resize(1240, 780);
+    setJobFolder(QString());
+    m_jobs->setFocus();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::buildPanels()
+{
+    m_jobs = new JobListPanel;
+    m_layers = new LayerPanel;
+    m_view = new GraphicView;
+    m_logPane = new LogPane;
+    setCentralWidget(m_view);
+    QDockWidget *jobs = dock(tr("Jobs"), "JobsDock", m_jobs);
+    QDockWidget *layers = dock(tr("Layers"), "LayersDock", m_layers);
+    QDockWidget *log = dock(tr("Log"), "LogDock", m_logPane);
+    addDockWidget(Qt::LeftDockWidgetArea, jobs);
+    addDockWidget(Qt::LeftDockWidgetArea, layers);
+    addDockWidget(Qt::BottomDockWidgetArea, log);
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    resizeDocks({jobs, log}, {410, 150}, Qt::Horizontal);
+    resizeDocks({jobs, layers}, {200, 460}, Qt::Vertical);
+    resizeDocks({log}, {150}, Qt::Vertical);
+
+    connect(m_jobs, &JobListPanel::jobChosen, this, [this](const QString &name) {
+        if (name != m_openJob)
+            openJob(name);
+    });
+    connect(m_layers, &LayerPanel::stepChosen, this, [this] {
+        updateContext();
+        showChosenLayer();
+    });
+    connect(m_layers, &LayerPanel::layerChosen, this, &MainWindow::showChosenLayer);
+    m_view->showText(tr("No job is open."));
+}
+
+void MainWindow::buildMenus()
+{
+    m_toolBar = addToolBar(tr("Plug-ins"));
+    m_toolBar->setObjectName("PluginToolBar");
+    m_toolBar->setIconSize(QSize(32, 32));
+    m_toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    m_toolBar->setMovable(false);
+
+    QMenu *file = menuBar()->addMenu(tr("&File"));
+    QAction *refresh = file->addAction(tr("&Refresh jobs"), this, &MainWindow::refreshJobs);
+    refresh->setShortcut(QKeySequence::Refresh);
+    file->addAction(tr("Show job &folder"), this,
+                    [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_jobRoot)); });
+    file->addSeparator();
+    file->addAction(tr("&Settings ..."), this, &MainWindow::editSettings);
+    file->addSeparator();
+    QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+
+    QMenu *view = menuBar()->addMenu(tr("&View"));
+    QAction *fit = view->addAction(tr("&Fit layer"), m_view, &GraphicView::fit);
+    fit->setShortcut(Qt::Key_F);
+    view->addSeparator();
+    for (QDockWidget *dock : findChildren<QDockWidget *>())
+        view->addAction(dock->toggleViewAction());
+    menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainWindow::showAbout);
+
+    m_placeStatus = new QLabel;
+    m_jobStatus = new QLabel;
+    statusBar()->addPermanentWidget(m_placeStatus);
+    connect(m_view, &GraphicView::pointed, m_placeStatus, &QLabel::setText);
+    statusBar()->addPermanentWidget(m_jobStatus);
+}
+
+void MainWindow::addPlugins()
+{
+    for (const LoadedPlugin &plugin : PluginHost::instance().plugins()) {
+        if (!setPluginParentWidget(plugin, this))
+            LOG(WARNING) << plugin.name.toStdString()
+                         << " exports no setParentWidget: its direct messages have no sender";
+        QAction *importAction = plugin.plugin->InitImportTool(this);
+        QAction *exportAction = plugin.plugin->InitExportTool();
+        for (QAction *action : {importAction, exportAction}) {
+            if (!action)
+                continue;
+            action->setParent(this); // plug-ins leave their actions to the host
+            m_toolBar->addAction(action);
+        }
+        if (plugin.name == "File_Process") {
+            m_importAction = importAction;
+            m_exportAction = exportAction;
+        }
+    }
+    if (m_importAction)
+        m_importAction->setStatusTip(tr("Take in ODB++ job archives, GDSII and Gerber files"));
+    if (m_exportAction)
+        m_exportAction->setStatusTip(tr("Write layers of the open job as GDSII or Gerber files"));
+    updateContext();
+    statusBar()->showMessage(PluginHost::instance().plugins().isEmpty()
+                                 ? tr("No plug-in is loaded; the log says why.")
+                                 : tr("Ready"),
+                             messageTime);
+}
+
+void MainWindow::pressButton(QAction *action)
+{
+    if (auto *button = qobject_cast<QToolButton *>(m_toolBar->widgetForAction(action)))
+        button->click();
+}
+
+QStringList MainWindow::jobNames() const
+{
+    return m_jobs->jobNames();
+}
+
+bool MainWindow::isReadingLayer() const
+{
+    return m_view->isReading();
+}
+
+bool MainWindow::chooseStep(const QString &step)
+{
+    return m_layers->setCurrentStep(step);
+}
+
+void MainWindow::setJobFolder(const QString &folder)
+{
+    m_jobFolder = folder;
+    refreshJobs();
+}
+
+void MainWindow::refreshJobs()
+{
+    m_jobRoot = hostsettings::jobRoot(m_jobFolder);
+    ORVEX::HOST::set_job_root(QDir::toNativeSeparators(m_jobRoot).toStdString());
+    m_jobs->setJobs(m_jobRoot, listJobs(m_jobRoot));
+    if (!m_openJob.isEmpty() && !jobNames().contains(m_openJob)) {
+        LOG(INFO) << "the open job " << m_openJob.toStdString() << " is gone";
+        m_openJob.clear();
+        m_layers->showNothing(tr("No job is open."));
+        m_view->showText(tr("No job is open."));
+    }
+    m_jobs->setCurrentJob(m_openJob);
+    updateContext();
+}
+
+void MainWindow::openJob(const QString &name)
+{
+    m_view->stopReading();
+    std::vector<std::string> names;
+    std::vector<ORVEX::API::layer_info> layers;
+    const std::string failure = ORVEX::API::get_matrix(name.toStdString(), names, layers);
+    QStringList steps;
+    for (const std::string &step : names)
+        steps << QString::fromStdString(step);
+    m_openJob = name;
+    m_jobs->setCurrentJob(name);
+    if (failure.empty()) {
+        m_layers->showMatrix(name, steps, layers);
+        LOG(INFO) << "opened the job " << name.toStdString() << ": " << layers.size() << " layers, "
+                  << names.size() << " steps";
+    } else {
+        m_layers->showNothing(
+            tr("The job's layers cannot be read:\n%1").arg(QString::fromStdString(failure)));
+        LOG(ERROR) << "the layers of the job " << name.toStdString() << " cannot be read: " << failure;
+    }
+    updateContext();
+    m_view->showText(tr("Choose a layer."));
+    m_layers->chooseFirstCopper();
+}
+
+void MainWindow::takeImportedFile(const QString &path)
+{
+    const QStringList before = jobNames();
+    refreshJobs();
+    const QFileInfo file(path);
+    if (file.suffix().toLower() != "tgz") {
+        takeLayerFile(file);
+        emit fileImported(path, QString());
+        return;
+    }
+    // The folder is named as the archive; when that name was taken, as inside the archive.
+    QString job = file.completeBaseName();
+    QStringList arrived;
+    for (const QString &name : jobNames()) {
+        if (!before.contains(name))
+            arrived << name;
+    }
+    if (arrived.size() == 1)
+        job = arrived.first();
+    if (!jobNames().contains(job)) {
+        LOG(ERROR) << path.toStdString() << " was unpacked, but holds no ODB++ job: there is no folder "
+                   << m_jobRoot.toStdString() << "/" << job.toStdString() << " with a matrix in it";
+        statusBar()->showMessage(tr("%1 holds no ODB++ job.").arg(file.fileName()), messageTime);
+        emit fileImported(path, QString());
+        return;
+    }
+    openJob(job);
+    statusBar()->showMessage(tr("Imported %1 as the job %2.").arg(file.fileName(), job), messageTime);
+    emit fileImported(path, job);
+}
+
+void MainWindow::takeLayerFile(const QFileInfo &file)
+{
+    LOG(INFO) << file.filePath().toStdString() << " was taken in as a single layer file";
+    if (file.suffix().toLower() == "gds") {
+        m_layers->chooseNone();
+        m_view->showFile(file.filePath());
+        statusBar()->showMessage(tr("%1 is shown; it belongs to no job.").arg(file.fileName()), messageTime);
+    } else {
+        statusBar()->showMessage(
+            tr("%1 belongs to no job; the view shows GDSII files only.").arg(file.fileName()), messageTime);
+    }
+}
+
+void MainWindow::takeExportReport(const QString &folder, const QStringList &layers)
+{
+    LOG(INFO) << "exporting " << layers.size() << " layers to " << folder.toStdString() << ": "
+              << layers.join(", ").toStdString();
+    statusBar()->showMessage(tr("Exporting %n layer(s) to %1", nullptr, layers.size()).arg(folder),
+                             messageTime);
+}
+
+void MainWindow::updateContext()
+{
+    ExportJobInfo context;
+    if (!m_openJob.isEmpty()) {
+        context.stepName = m_layers->currentStep();
+        context.folderPath = m_jobRoot + "/" + m_openJob;
+        context.jobName = m_openJob;
+    }
+    m_messages.setJobContext(context);
+    if (m_exportAction)
+        m_exportAction->setEnabled(!m_openJob.isEmpty());
+    setWindowTitle(m_openJob.isEmpty() ? tr("CAM Workbench") : tr("%1 - CAM Workbench").arg(m_openJob));
+    m_jobStatus->setText(m_openJob.isEmpty() ? tr("No job open")
+                                             : tr("%1  |  step %2  |  %3 layers")
+                                                   .arg(m_openJob, m_layers->currentStep())
+                                                   .arg(m_layers->layerCount()));
+}
+
+void MainWindow::showChosenLayer()
+{
+    if (const ORVEX::API::layer_info *layer = m_layers->currentLayer())
+        m_view->showLayer(m_openJob, m_layers->currentStep(), *layer);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    // A plug-in's modal window means that its command is still on the stack, or that the user has choices to
+    // lose.
+    if (QWidget *modal = QApplication::activeModalWidget()) {
+        modal->raise();
+        statusBar()->showMessage(tr("Close \"%1\" first.").arg(modal->windowTitle()), messageTime);
+        event->ignore();
+        return;
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::editSettings()
+{
+    SettingsDialog dialog(hostsettings::read(), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    // Plug-ins read the file when they give away their actions, once.
+    statusBar()->showMessage(hostsettings::write(dialog.values())
+                                 ? tr("The settings hold from the next start of the workbench on.")
+                                 : tr("The settings cannot be written; the log says why."),
+                             messageTime);
+}
+
+void MainWindow::showAbout()
+{
+    QStringList plugins;
+    for (const LoadedPlugin &plugin : PluginHost::instance().plugins())
+        plugins << plugin.name;
+    QMessageBox::about(
+        this, tr("About CAM Workbench"),
+        tr("<b>CAM Workbench %1</b><p>A small desktop host for CAM plug-ins.</p><p>Plug-ins: %2</p>"
+           "<p>Qt %3</p>")
+            .arg(QApplication::applicationVersion(), plugins.isEmpty() ? tr("none") : plugins.join(", "),
+                 qVersion()));
+}

@@ -1,0 +1,84 @@
+// The workbench: the plug-ins' toolbar, the jobs, the layers of the open job, and the log.
+#pragma once
+
+#include "workbench/hostmessages.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class GraphicView;
+class JobListPanel;
+class LayerPanel;
+class LogCollector;
+class LogPane;
+class QAction;
+class QFileInfo;
+class QLabel;
+class QToolBar;
+
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(LogCollector &log, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    // Asks every loaded plug-in for its actions and puts them into the toolbar. Messages that plug-ins send
+    // meanwhile are taken in.
+    void addPlugins();
+
+    // The toolbar's actions of the plug-in that imports and exports, or null.
+    QAction *importAction() const { return m_importAction; }
+    QAction *exportAction() const { return m_exportAction; }
+    // Presses the toolbar's button of `action`.
+    void pressButton(QAction *action);
+
+    QString openJobName() const { return m_openJob; }
+    QString jobRoot() const { return m_jobRoot; }
+    QStringList jobNames() const;
+    bool chooseStep(const QString &step);
+    // Whether a layer is being read for the view.
+    bool isReadingLayer() const;
+
+public slots:
+    void openJob(const QString &name);
+    void refreshJobs();
+
+signals:
+    // A plug-in has taken in a file; the jobs have been listed anew and `job`, which came of it, is open. An
+    // empty name says that the file holds no job.
+    void fileImported(const QString &path, const QString &job);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void buildPanels();
+    void buildMenus();
+    void setJobFolder(const QString &folder);
+    void takeImportedFile(const QString &path);
+    void takeLayerFile(const QFileInfo &file);
+    void takeExportReport(const QString &folder, const QStringList &layers);
+    void updateContext();
+    void showChosenLayer();
+    void editSettings();
+    void showAbout();
+
+    LogCollector &m_log;
+    HostMessages m_messages;
+    JobListPanel *m_jobs = nullptr;
+    LayerPanel *m_layers = nullptr;
+    GraphicView *m_view = nullptr;
+    LogPane *m_logPane = nullptr;
+    QToolBar *m_toolBar = nullptr;
+    QLabel *m_placeStatus = nullptr;
+    QLabel *m_jobStatus = nullptr; // at the right end of the status bar
+    QAction *m_importAction = nullptr;
+    QAction *m_exportAction = nullptr;
+
+    QString m_jobFolder; // as the plug-in announced it
+    QString m_jobRoot;   // where the jobs are: absolute and local
+    QString m_openJob;
+};

@@ -1,0 +1,110 @@
+#include "workbench/settingsdialog.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QDoubleSpinBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+QDoubleSpinBox *numberBox(const QString &name, double value, double least, double most, int decimals)
+{
+    auto *box = new QDoubleSpinBox;
+    box->setObjectName(name);
+    box->setDecimals(decimals);
+    box->setRange(least, most);
+    box->setValue(value);
+    return box;
+}
+
+} // namespace
+
+SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
+    : QDialog(parent), m_secondFolder(new QLineEdit(values.secondFolder)),
+      m_resize(numberBox("Resize", values.resize, -10000.0, 10000.0, 3)), m_resizeUnit(new QComboBox),
+      m_databaseUnit(numberBox("DatabaseUnit", values.databaseUnit, 0.000001, 1.0, 6)),
+      m_withProfile(new QCheckBox(tr("Exports include the board's profile")))
+{
+    setWindowTitle(tr("Settings"));
+    auto *form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    m_jobFolder =
+        addPath(form, tr("Jobs"), "JobFolder", values.jobFolder, tr("job in the working folder"), true);
+    m_outputFolder =
+        addPath(form, tr("Exports"), "OutputFolder", values.outputFolder, tr("the job's own folder"), true);
+    m_secondFolder->setObjectName("SecondFolder");
+    m_secondFolder->setPlaceholderText("OX");
+    form->addRow(tr("Folder within it"), m_secondFolder);
+
+    auto *resize = new QHBoxLayout;
+    m_resizeUnit->addItems({"um", "mm"});
+    m_resizeUnit->setCurrentText(values.resizeUnit);
+    m_resize->setToolTip(tr("By how much every feature grows, half of it on each side"));
+    resize->addWidget(m_resize, 1);
+    resize->addWidget(m_resizeUnit);
+    form->addRow(tr("Resize by"), resize);
+    m_databaseUnit->setSuffix(tr(" um"));
+    form->addRow(tr("Database unit"), m_databaseUnit);
+    m_withProfile->setChecked(values.withProfile);
+    form->addRow(QString(), m_withProfile);
+    m_exportDatabase = addPath(form, tr("Record exports in"), "ExportDatabase", values.exportDatabase,
+                               tr("exports are not recorded"), false);
+
+    auto *note = new QLabel(tr("The settings hold from the next start of the workbench on."));
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addWidget(note);
+    layout->addStretch();
+    layout->addWidget(buttons);
+    resize->setSpacing(6);
+    setMinimumWidth(520);
+}
+
+HostSettings SettingsDialog::values() const
+{
+    HostSettings values;
+    values.jobFolder = QDir::fromNativeSeparators(m_jobFolder->text());
+    values.outputFolder = QDir::fromNativeSeparators(m_outputFolder->text());
+    values.secondFolder = m_secondFolder->text();
+    values.resize = m_resize->value();
+    values.resizeUnit = m_resizeUnit->currentText();
+    values.databaseUnit = m_databaseUnit->value();
+    values.withProfile = m_withProfile->isChecked();
+    values.exportDatabase = QDir::fromNativeSeparators(m_exportDatabase->text());
+    return values;
+}
+
+QLineEdit *SettingsDialog::addPath(QFormLayout *form, const QString &label, const QString &name,
+                                   const QString &path, const QString &whenEmpty, bool isFolder)
+{
+    auto *edit = new QLineEdit(QDir::toNativeSeparators(path));
+    edit->setObjectName(name);
+    edit->setPlaceholderText(whenEmpty);
+    auto *browse = new QToolButton;
+    browse->setText("...");
+    browse->setToolTip(isFolder ? tr("Choose a folder") : tr("Choose a file"));
+    connect(browse, &QToolButton::clicked, this, [this, edit, label, isFolder] {
+        const QString chosen = isFolder
+                                   ? QFileDialog::getExistingDirectory(this, label, edit->text())
+                                   : QFileDialog::getSaveFileName(this, label, edit->text(), QString(),
+                                                                  nullptr, QFileDialog::DontConfirmOverwrite);
+        if (!chosen.isEmpty())
+            edit->setText(QDir::toNativeSeparators(chosen));
+    });
+    auto *row = new QHBoxLayout;
+    row->addWidget(edit, 1);
+    row->addWidget(browse);
+    form->addRow(label, row);
+    return edit;
+}

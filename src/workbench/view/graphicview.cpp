@@ -1,0 +1,65 @@
+#include "workbench/view/graphicview.h"
+
+#include "workbench/layercolours.h"
+#include "workbench/view/layerview.h"
+
+#include <QFileInfo>
+#include <QVBoxLayout>
+
+#include <glog/logging.h>
+
+GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new LayerView)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_view);
+    connect(m_view, &LayerView::pointed, this, &GraphicView::pointed);
+    connect(&m_loader, &LayerLoader::progressed, this,
+            [this](double percent) { m_view->showProgress(m_layer, percent); });
+    connect(&m_loader, &LayerLoader::loaded, this, &GraphicView::takeDrawing);
+    connect(&m_loader, &LayerLoader::failed, this, [this](const QString &reason) {
+        LOG(ERROR) << "the layer " << m_layer.toStdString() << " cannot be shown: " << reason.toStdString();
+        m_shownJob.clear();
+        m_view->showText(tr("%1 cannot be shown.\n%2").arg(m_layer, reason));
+    });
+}
+
+void GraphicView::showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer)
+{
+    m_job = job + "/" + step;
+    m_layer = QString::fromStdString(layer.name);
+    m_colour = layerColour(layer);
+    m_loader.load(job, step, m_layer);
+}
+
+void GraphicView::showFile(const QString &path)
+{
+    m_loader.stop();
+    m_shownJob.clear();
+    const QString name = QFileInfo(path).fileName();
+    try {
+        m_view->showDrawing(readGds(path), name, layerColour(ORVEX::API::layer_info()), false);
+    } catch (const GdsError &error) {
+        LOG(ERROR) << error.what();
+        m_view->showText(tr("%1 cannot be shown.\n%2").arg(name, QString::fromStdString(error.what())));
+    }
+}
+
+void GraphicView::showText(const QString &text)
+{
+    m_loader.stop();
+    m_shownJob.clear();
+    m_view->showText(text);
+}
+
+void GraphicView::fit()
+{
+    m_view->fit();
+}
+
+void GraphicView::takeDrawing(const LayerDrawing &drawing, bool complete)
+{
+    const QString title = complete ? m_layer : tr("%1 (incomplete; the log says why)").arg(m_layer);
+    m_view->showDrawing(drawing, title, m_colour, m_job == m_shownJob);
+    m_shownJob = m_job;
+}

@@ -1,0 +1,15 @@
+// Random surfaces whose contours nest, touch and lie upon each other, in any order.
+#pragma once
+
+#include "cam/model/featureset.h"
+
+#include <random>
+
+namespace testing {
+
+// Adds a surface of up to `mostContours` contours on a grid of `step` nanometres, inside of a square of
+// `cells` steps from `corner` on.
+void addRandomSurface(cam::FeatureSet &features, std::mt19937 &random, cam::Point corner, double step,
+                      int cells, std::size_t mostContours, bool positive = true, bool mayTouch = true);
+
+} // namespace testing

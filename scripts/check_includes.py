@@ -10,7 +10,7 @@ import sys
 
 # The declarations of the host's CAM library lie in run/, but are the host's: nobody's, in the order of the folders.
 INTERFACE = ("plugin/interface", "run/orvexapi.h", "run/progressvalue.h")
-CAM = ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/database")
+CAM = ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/export", "cam/database")
 
 DEPENDENCIES = {
     **{entry: () for entry in INTERFACE},
@@ -22,6 +22,7 @@ DEPENDENCIES = {
     "cam/odb": ("cam/base", "cam/model"),
     "cam/gdsii": ("cam/base", "cam/model", "cam/polygon"),
     "cam/gerber": ("cam/base", "cam/model", "cam/polygon"),
+    "cam/export": ("cam/base", "cam/model", "cam/odb", "cam/gdsii", "cam/gerber"),
     "cam/database": ("cam/base",),
     "cam": (*INTERFACE, *CAM),
     "pluginmanger": INTERFACE,

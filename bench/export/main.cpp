@@ -4,13 +4,12 @@
 // of a plane.
 //
 //   exportbench compare WORK JOB STEP LAYER... [ROUNDS=n] [STRM2GDS=path]
-//   exportbench export ROOT JOB STEP LAYER FILE      one export through the library's own call
+//   exportbench export ROOT JOB STEP LAYER FILE      one export
 //   exportbench progress JOB STEP LAYER FILE [negated]   how often one export reports
 #include "bench/export/measuring.h"
 #include "bench/export/panel.h"
 #include "bench/export/responding.h"
-#include "cam/jobroot.h"
-#include "run/orvexapi.h"
+#include "cam/export/exportrequest.h"
 
 #include <cstdio>
 #include <exception>
@@ -24,15 +23,15 @@ namespace {
 
 int exportLayer(const std::vector<std::string> &words)
 {
-    ORVEX::HOST::set_job_root(words[0]);
-    const std::string &file = words[4];
-    const bool isGds = fs::path(file).extension() == ".gds";
-    ORVEX::COMMON::progress_value<void> progress;
-    const auto type = isGds ? ORVEX::API::export_type::gds : ORVEX::API::export_type::gerber;
-    const bool written = ORVEX::API::layer_export(words[1], words[2], words[3], type, file, &progress, 0.001,
-                                                  0.0, false, false, false, false, 0, 0, 0, 0, 0, 0, false,
-                                                  0.0, "X", true, 1.0, 1.0, true, 2, 6, 1, 0, {}, 1);
-    return written ? 0 : 1;
+    cam::ExportRequest request;
+    request.job = fs::path(words[0]) / words[1];
+    request.step = words[2];
+    request.layer = words[3];
+    request.options.file = words[4];
+    if (request.options.file.extension() != ".gds")
+        request.format = cam::FileFormat::Gerber;
+    cam::exportLayer(request);
+    return 0;
 }
 
 struct Case

@@ -1,9 +1,7 @@
-// The library's own parts are called as layer_export calls them: its progress record has no place to hook in.
+// The reports of one export, and the processor time between them.
 #include "bench/export/responding.h"
 
-#include "cam/gdsii/gdswriter.h"
-#include "cam/gerber/gerberwriter.h"
-#include "cam/odb/job.h"
+#include "cam/export/exportrequest.h"
 
 #include <algorithm>
 
@@ -26,7 +24,6 @@ double processorSeconds()
 Responding measureResponding(const std::filesystem::path &job, const std::string &step,
                              const std::string &layer, const std::filesystem::path &file, bool isNegative)
 {
-    constexpr double readingShare = 0.3; // as in layer_export
     Responding result;
     const double start = processorSeconds();
     double last = start, lastShare = 0.0;
@@ -40,17 +37,15 @@ Responding measureResponding(const std::filesystem::path &job, const std::string
         last = now;
         lastShare = share;
     };
-    cam::ExportOptions options;
-    options.file = file;
-    options.negative = isNegative;
-    options.report = [&](double share) { report(readingShare + (1.0 - readingShare) * share); };
-    cam::ReadingNotes notes;
-    const cam::LayerImage image =
-        cam::Job(job).readLayer(step, layer, notes, [&](double share) { report(readingShare * share); });
-    if (file.extension() == ".gds")
-        cam::writeGds(image, options);
-    else
-        cam::writeGerber(image, options);
+    cam::ExportRequest request;
+    request.job = job;
+    request.step = step;
+    request.layer = layer;
+    request.format = file.extension() == ".gds" ? cam::FileFormat::Gds : cam::FileFormat::Gerber;
+    request.options.file = file;
+    request.options.negative = isNegative;
+    request.options.report = report;
+    cam::exportLayer(request);
     report(1.0);
     result.seconds = last - start;
     return result;

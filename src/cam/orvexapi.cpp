@@ -5,13 +5,10 @@
 #include "cam/base/error.h"
 #include "cam/base/paths.h"
 #include "cam/database/exportdatabase.h"
-#include "cam/gdsii/gdswriter.h"
-#include "cam/gerber/gerberwriter.h"
+#include "cam/export/exportrequest.h"
 #include "cam/jobroot.h"
 #include "cam/odb/job.h"
 #include "cam/odb/settings.h"
-
-#include <cmath>
 
 #include <glog/logging.h>
 
@@ -32,62 +29,33 @@ std::vector<std::filesystem::path> findJobs(const std::string &job)
 
 // Exports are asked for with the job's name in lower case: of jobs whose names differ only in case, any may
 // be meant, and a layer of the wrong one must not pass for the right one's.
-cam::Job openOnlyJob(const std::string &job)
+std::filesystem::path findOnlyJob(const std::string &job)
 {
     const std::vector<std::filesystem::path> found = findJobs(job);
     if (found.size() > 1)
         throw cam::Error("expected one job of the name \"" + job + "\" but for case, found " +
                          found[0].u8string() + " and " + found[1].u8string() + "; rename one of them");
-    return cam::Job(found[0]);
+    return found[0];
 }
 
-// Writes one log line for each kind of thing; whether there was any.
-bool logNotes(const std::map<std::string, std::size_t> &notes, const std::string &layer, const char *what)
+void logNote(const cam::ExportNote &note, const std::string &layer)
 {
-    for (const auto &[name, count] : notes)
-        LOG(ERROR) << "layer_export " << layer << ": " << name << ", " << count << " times, " << what;
-    return !notes.empty();
+    // Nothing is wrong with a reading, but whoever compares pictures should know.
+    if (note.kind == cam::ExportNote::Kind::Reading)
+        LOG(WARNING) << "layer_export " << layer << ": " << note.text;
+    else
+        LOG(ERROR) << "layer_export " << layer << ": " << note.text;
 }
 
-// Descriptions of the format leave room here: nothing is wrong, but whoever compares pictures should know.
-void logReadings(const std::map<std::string, std::size_t> &readings, const std::string &layer)
+// Mirrored about the axis, by its letter.
+void mirror(const std::string &axis, cam::ExportOptions &options)
 {
-    for (const auto &[reading, count] : readings)
-        LOG(WARNING) << "layer_export " << layer << ": " << reading;
-}
-
-double finite(double value, const char *name)
-{
-    if (!std::isfinite(value))
-        throw cam::Error(std::string("expected a number for ") + name);
-    return value;
-}
-
-// The switches decide whether the numbers behind them count.
-cam::ExportOptions makeOptions(const std::string &fileName, double dbu, double resize, bool isNegative,
-                               bool isMirror, bool isRotate, bool isScale, bool isProfileTop, double angle,
-                               const std::string &axis, double xScale, double yScale)
-{
-    cam::ExportOptions options;
-    options.file = cam::resolveOutputPath(fileName);
-    options.dbu = finite(dbu, "the database unit");
-    options.resize = finite(resize, "the resize amount");
-    options.negative = isNegative;
-    options.profileOnTop = isProfileTop;
-    options.mirror = isMirror;
-    options.angle = isRotate ? finite(angle, "the angle") : 0.0;
-    if (isScale) {
-        options.xScale = finite(xScale, "the x scale");
-        options.yScale = finite(yScale, "the y scale");
-    }
-    if (options.xScale == 0.0 || options.yScale == 0.0)
-        throw cam::Error("expected scales other than 0");
-    const std::string mirrorAxis = cam::lowerCase(axis);
-    if (isMirror && mirrorAxis == "y")
+    options.mirror = true;
+    const std::string letter = cam::lowerCase(axis);
+    if (letter == "y")
         options.angle += 180.0; // y to -y is x to -x and half a turn
-    else if (isMirror && mirrorAxis != "x")
+    else if (letter != "x")
         throw cam::Error("expected X or Y for the axis, found \"" + axis + "\"");
-    return options;
 }
 
 } // namespace
@@ -118,8 +86,6 @@ bool layer_export(const std::string &job, const std::string &step, const std::st
                   bool is_profile_top, double angle, std::string axis, bool, double x_scale, double y_scale,
                   bool, int, int, int, int, std::vector<std::vector<point>>, int)
 {
-    // Reading takes about a third of the time of an export without booleans.
-    constexpr double readingShare = 30.0; // percent
     const auto setValue = [progress](double percent) {
         if (progress)
             progress->set_value(percent);
@@ -127,20 +93,28 @@ bool layer_export(const std::string &job, const std::string &step, const std::st
     const std::string name = job + "/" + step + "/" + layer;
     try {
         setValue(0.0);
-        cam::ExportOptions options = makeOptions(file_name, dbu, resize, is_negative, is_mirror, is_rotate,
-                                                 is_scale, is_profile_top, angle, axis, x_scale, y_scale);
-        options.report = [&](double share) { setValue(readingShare + (100.0 - readingShare) * share); };
-        cam::ReadingNotes notes;
-        const auto reportReading = [&](double share) { setValue(readingShare * share); };
-        const cam::LayerImage image = openOnlyJob(job).readLayer(step, layer, notes, reportReading);
-        logNotes(notes.simplified, name, "drawn in a simpler form");
-        logReadings(notes.readings, name);
-        if (logNotes(notes.unsupported, name, "not supported: nothing is exported"))
-            throw cam::Error("the layer has records or symbols that cannot be drawn");
-        if (type == export_type::gds)
-            cam::writeGds(image, options);
-        else
-            cam::writeGerber(image, options);
+        cam::ExportRequest request;
+        request.step = step;
+        request.layer = layer;
+        request.format = type == export_type::gds ? cam::FileFormat::Gds : cam::FileFormat::Gerber;
+        request.options.file = cam::resolveOutputPath(file_name);
+        request.options.dbu = dbu;
+        request.options.resize = resize;
+        request.options.negative = is_negative;
+        request.options.profileOnTop = is_profile_top;
+        // The switches decide whether the numbers behind them count.
+        if (is_rotate)
+            request.options.angle = angle;
+        if (is_scale) {
+            request.options.xScale = x_scale;
+            request.options.yScale = y_scale;
+        }
+        if (is_mirror)
+            mirror(axis, request.options);
+        request.options.report = [&](double share) { setValue(100.0 * share); };
+        request.note = [&](const cam::ExportNote &note) { logNote(note, name); };
+        request.job = findOnlyJob(job);
+        cam::exportLayer(request);
         return true;
     } catch (const std::exception &failure) {
         LOG(ERROR) << "layer_export " << name << ": " << failure.what();

@@ -298,7 +298,7 @@ void MainWindow::updateContext()
 void MainWindow::showChosenLayer()
 {
     if (const ORVEX::API::layer_info *layer = m_layers->currentLayer())
-        m_view->showLayer(m_openJob, m_layers->currentStep(), *layer);
+        m_view->showLayer(QDir(m_jobRoot).filePath(m_openJob), m_layers->currentStep(), *layer);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

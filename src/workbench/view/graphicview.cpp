@@ -57,9 +57,8 @@ void GraphicView::fit()
     m_view->fit();
 }
 
-void GraphicView::takeDrawing(const LayerDrawing &drawing, bool complete)
+void GraphicView::takeDrawing(const LayerDrawing &drawing)
 {
-    const QString title = complete ? m_layer : tr("%1 (incomplete; the log says why)").arg(m_layer);
-    m_view->showDrawing(drawing, title, m_colour, m_job == m_shownJob);
+    m_view->showDrawing(drawing, m_layer, m_colour, m_job == m_shownJob);
     m_shownJob = m_job;
 }

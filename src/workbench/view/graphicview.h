@@ -16,11 +16,12 @@ class GraphicView : public QWidget
 public:
     explicit GraphicView(QWidget *parent = nullptr);
 
+    // `job`: the job's folder.
     void showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer);
     // Shows a GDSII file that belongs to no job.
     void showFile(const QString &path);
     void showText(const QString &text);
-    // Ends the reading of a layer; afterwards the CAM library is free for others.
+    // Ends the reading of a layer.
     void stopReading() { m_loader.stop(); }
     bool isReading() const { return m_loader.isBusy(); }
 
@@ -32,7 +33,7 @@ signals:
     void pointed(const QString &place);
 
 private:
-    void takeDrawing(const LayerDrawing &drawing, bool complete);
+    void takeDrawing(const LayerDrawing &drawing);
 
     LayerLoader m_loader;
     LayerView *m_view;

@@ -1,17 +1,22 @@
 #include "workbench/view/layerloader.h"
 
-#include "run/orvexapi.h"
-
-#include <QDir>
-#include <QFile>
+#include <glog/logging.h>
 
 #include <chrono>
-#include <future>
 
 namespace {
 
-const int lookInterval = 40;       // ms
-const double databaseUnit = 0.001; // um
+const int lookInterval = 40; // ms
+
+// Ends an export that nobody waits for any more.
+struct Cancelled
+{
+};
+
+std::filesystem::path localPath(const QString &path)
+{
+    return std::filesystem::u8path(path.toStdString());
+}
 
 } // namespace
 
@@ -29,11 +34,20 @@ void LayerLoader::load(const QString &job, const QString &step, const QString &l
 {
     stop();
     m_work.reset(new Work);
-    m_work->job = job.toStdString();
-    m_work->step = step.toStdString();
-    m_work->layer = layer.toStdString();
-    QFile::remove(m_folder.filePath("layer.gds"));
-    m_work->file = QDir::toNativeSeparators(m_folder.filePath("layer.gds")).toStdString();
+    cam::ExportRequest &request = m_work->request;
+    request.job = localPath(job);
+    request.step = step.toStdString();
+    request.layer = layer.toStdString();
+    request.options.file = localPath(m_folder.filePath("layer.gds"));
+    request.options.profileOnTop = true;
+    request.options.report = [work = m_work.get()](double share) {
+        if (work->cancel)
+            throw Cancelled();
+        work->percent = 100.0 * share;
+    };
+    request.note = [layer = request.layer](const cam::ExportNote &note) {
+        LOG(WARNING) << "the layer " << layer << ": " << note.text;
+    };
     m_work->task = std::async(std::launch::async, run, m_work.get());
     m_timer.start(lookInterval);
     emit progressed(0.0);
@@ -44,10 +58,7 @@ void LayerLoader::stop()
     m_timer.stop();
     if (!m_work)
         return;
-    {
-        std::lock_guard<std::mutex> lock(m_work->mutex);
-        m_work->cancel = true; // the next progress report ends the export
-    }
+    m_work->cancel = true; // the next report ends the export
     m_work->task.wait();
     m_work.reset();
 }
@@ -55,30 +66,18 @@ void LayerLoader::stop()
 void LayerLoader::run(Work *work)
 {
     try {
-        work->exported =
-            ORVEX::API::layer_export(work->job, work->step, work->layer, ORVEX::API::export_type::gds,
-                                     work->file, work, databaseUnit, 0.0, false, false, false, false, 0, 0, 0,
-                                     0, 0, 0, true, 0.0, "X", true, 1.0, 1.0, true, 2, 6, 1, 0, {}, 1);
-        if (work->exported || QFile::exists(QString::fromStdString(work->file)))
-            work->drawing = readGds(QString::fromStdString(work->file));
-        else
-            work->error = "The CAM library cannot export this layer; the log says why.";
+        cam::exportLayer(work->request);
+        work->drawing = readGds(QString::fromStdString(work->request.options.file.u8string()));
     } catch (const std::exception &error) {
         work->error = QString::fromStdString(error.what());
-    } catch (const char *reason) { // how a cancel ends the export
-        work->error = reason;
+    } catch (const Cancelled &) { // nobody asks for the result
     }
 }
 
 void LayerLoader::look()
 {
     if (m_work->task.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
-        double percent = 0.0;
-        {
-            std::lock_guard<std::mutex> lock(m_work->mutex);
-            percent = m_work->value;
-        }
-        emit progressed(percent);
+        emit progressed(m_work->percent);
         return;
     }
     m_timer.stop();
@@ -86,5 +85,5 @@ void LayerLoader::look()
     if (!work->error.isEmpty())
         emit failed(work->error);
     else
-        emit loaded(work->drawing, work->exported);
+        emit loaded(work->drawing);
 }

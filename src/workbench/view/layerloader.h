@@ -1,16 +1,17 @@
-// Gets the drawing of a layer from the CAM library: exports the layer to a temporary file in the background
-// and reads that file. One layer at a time; a newer request replaces the older one.
+// Gets the drawing of a layer: exports the layer to a temporary file in the background and reads that file.
+// One layer at a time; a newer request replaces the older one.
 #pragma once
 
-#include "run/progressvalue.h"
+#include "cam/export/exportrequest.h"
 #include "workbench/view/layerdrawing.h"
 
 #include <QObject>
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <atomic>
+#include <future>
 #include <memory>
-#include <string>
 
 class LayerLoader : public QObject
 {
@@ -21,23 +22,25 @@ public:
     // Ends what is running.
     ~LayerLoader() override;
 
+    // `job`: the job's folder.
     void load(const QString &job, const QString &step, const QString &layer);
-    // Ends what is running and forgets it; returns when the CAM library is free.
+    // Ends what is running and forgets it; returns when it has ended.
     void stop();
     bool isBusy() const { return bool(m_work); }
 
 signals:
     void progressed(double percent);
-    // `complete`: the CAM library could draw everything that the layer holds.
-    void loaded(const LayerDrawing &drawing, bool complete);
+    void loaded(const LayerDrawing &drawing);
     void failed(const QString &reason);
 
 private:
-    struct Work : ORVEX::COMMON::progress_value<void>
+    struct Work
     {
-        std::string job, step, layer, file;
-        bool exported = false; // valid when the task is done, as what follows
-        LayerDrawing drawing;
+        cam::ExportRequest request;
+        std::atomic<bool> cancel{false};
+        std::atomic<double> percent{0.0};
+        std::future<void> task;
+        LayerDrawing drawing; // valid when the task is done, as what follows
         QString error;
     };
 

@@ -273,7 +273,9 @@ std::optional<Aperture> cutRing(const StandardSymbol &symbol, double growth, con
     const double outer = symbol.size[0] + growth, inner = symbol.size[1] - growth;
     const RoundGaps gaps{symbol.size[2], static_cast<std::size_t>(symbol.size[3]), symbol.size[4] - growth};
     const bool isRound = symbol.kind == SymbolKind::RoundThermal;
-    if (gaps.width >= inner || gaps.width <= 0.0 || gaps.count == 0)
+    const double widest = std::max(gaps.width, symbol.size[4]); // once grown, and before
+    const double narrowest = std::min(gaps.width, symbol.size[4]);
+    if (widest >= std::min(inner, symbol.size[1]) || narrowest <= 0.0 || gaps.count == 0)
         return std::nullopt; // not the usual form: drawn as regions
     MacroBody body(map);
     if (isRound && gaps.count == 4) {
@@ -298,7 +300,8 @@ std::optional<Aperture> roundedThermal(const StandardSymbol &symbol, double grow
     const RoundGaps gaps{symbol.size[2], static_cast<std::size_t>(symbol.size[3]), symbol.size[4] - growth};
     const double lineWidth = (outer - inner) / 2.0, middle = (outer + inner) / 4.0;
     const double aside = gaps.width / 2.0 + lineWidth / 2.0;
-    if (inner <= 0.0 || gaps.width <= 0.0 || gaps.count == 0 || aside >= middle * 0.7)
+    if (inner <= 0.0 || gaps.width <= 0.0 || symbol.size[4] <= 0.0 || gaps.count == 0 ||
+        aside >= middle * 0.7)
         return std::nullopt;
     const double along = std::sqrt(middle * middle - aside * aside);
     const double farther = 2.0 * outer / middle;

@@ -54,18 +54,6 @@ double signedArea(const Polygon &polygon)
     return doubled / 2.0;
 }
 
-Edge reversed(const Edge &edge, Point end)
-{
-    switch (edge.kind) {
-    case EdgeKind::ArcClockwise:
-        return {end, edge.center, EdgeKind::ArcCounterClockwise};
-    case EdgeKind::ArcCounterClockwise:
-        return {end, edge.center, EdgeKind::ArcClockwise};
-    default:
-        return {end, {}, EdgeKind::Line};
-    }
-}
-
 constexpr double shortest = 1e-6; // nanometres: what rounding leaves of an edge without length
 
 // Appends `edge` unless it has no length: an arc that ends where it starts would be a full circle.
@@ -233,20 +221,6 @@ void walkForward(Outline &path, const Outline &outline, const Crossing &from, co
     Edge last = outline.edges[to.edge];
     last.end = to.at;
     append(path, last);
-}
-
-void walkBackward(Outline &path, const Outline &outline, const Crossing &from, const Crossing &to)
-{
-    const std::size_t count = outline.edges.size();
-    std::size_t index = from.edge;
-    const bool onOneEdge = from.edge == to.edge && to.share <= from.share;
-    if (!onOneEdge) {
-        do {
-            append(path, reversed(outline.edges[index], outline.startOf(index)));
-            index = (index + count - 1) % count;
-        } while (index != to.edge);
-    }
-    append(path, reversed(outline.edges[to.edge], to.at));
 }
 
 Outline parallel(const Outline &outline, double distance)

@@ -71,10 +71,9 @@ struct Crossing
 // Where `ray` leaves `outline` for the last time.
 std::optional<Crossing> exitOf(const Ray &ray, const Outline &outline);
 
-// Appends the way along `outline` from one of its points to another, counter-clockwise or clockwise; `path`
-// stands at `from` already.
+// Appends the way along `outline` from one of its points to another, counter-clockwise; `path` stands at
+// `from` already.
 void walkForward(Outline &path, const Outline &outline, const Crossing &from, const Crossing &to);
-void walkBackward(Outline &path, const Outline &outline, const Crossing &from, const Crossing &to);
 
 // `outline`, whose edges meet without corners, moved outwards by `distance` edge by edge: crossings keep
 // their edge and share.

@@ -1,12 +1,15 @@
 // The shape of every standard symbol: solids first, then rings, then rings cut by gaps.
+#include "cam/model/coveredarea.h"
 #include "cam/model/outline.h"
 #include "cam/model/standardsymbol.h"
 #include "cam/model/stencilsymbol.h"
 
 #include "cam/model/trigonometry.h"
+#include "cam/model/winding.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace cam {
 
@@ -165,14 +168,24 @@ Outline hexagon(const StandardSymbol &symbol, double growth)
 }
 
 // Flat end at -x, round end at +x. A symbol narrower than half its height has two quarter circles instead of
-// one half.
+// one half; where it shrinks, its flat end cuts them.
 Outline halfOval(const StandardSymbol &symbol, double growth)
 {
     const double w = symbol.size[0] + growth, h = symbol.size[1] + growth;
     if (!hasExtent(symbol) || w <= 0.0 || h <= 0.0)
         return {};
-    const double radius = std::min(w, h / 2.0);
-    return roundedOutline(rectangleCorners(w, h), {radius, 0.0, 0.0, radius});
+    const double radius = std::min(symbol.size[0], symbol.size[1] / 2.0) + growth / 2.0;
+    if (radius <= w)
+        return roundedOutline(rectangleCorners(w, h), {radius, 0.0, 0.0, radius});
+    const double left = -w / 2.0, right = w / 2.0, top = h / 2.0, centre = right - radius;
+    const double reach = top - radius + std::sqrt((radius - (left - centre)) * (radius + (left - centre)));
+    Outline outline;
+    outline.start = {left, -reach};
+    outline.arcTo({right, radius - top}, {centre, radius - top});
+    outline.lineTo({right, top - radius});
+    outline.arcTo({left, reach}, {centre, top - radius});
+    outline.lineTo(outline.start);
+    return outline;
 }
 
 // Enough corners that each chord stays within the tolerance of the larger circle's arc.
@@ -205,7 +218,8 @@ Outline roundQuarter(double diameter, double growth)
 {
     const double margin = growth / 2.0;
     const double radius = diameter / 2.0 + margin;
-    if (radius <= 0.0 || radius * radius <= 2.0 * margin * margin)
+    const bool isUsedUp = margin < 0.0 && radius * radius <= 2.0 * margin * margin;
+    if (radius <= 0.0 || isUsedUp)
         return {};
     const double reach = std::sqrt(radius * radius - margin * margin);
     Outline outline;
@@ -264,21 +278,27 @@ void addRing(Shape &shape, const Ring &ring)
 {
     if (ring.outer.isEmpty())
         return;
-    add(shape.contours, ring.outer, false);
-    add(shape.contours, ring.inner, true);
+    if (ring.inner.isEmpty() || contains(ring.outer, ring.inner)) {
+        add(shape.contours, ring.outer, false);
+        add(shape.contours, ring.inner, true);
+        return;
+    }
+    addCoveredArea(shape.contours, {ring.outer, ring.inner},
+                   [&](Point at) { return contains(ring.outer, at) && !contains(ring.inner, at); });
 }
 
 // Whether shrinking leaves nothing of a ring whose line is `lineWidth` wide: its inner edge would be the
-// larger one.
+// larger one. A line without width grows as little as a symbol without size.
 bool vanishes(double lineWidth, double growth)
 {
-    return growth < 0.0 && lineWidth + growth <= 0.0;
+    return lineWidth <= 0.0 || lineWidth + growth <= 0.0;
 }
 
 // A rectangular ring; the inner corners are round about the same centres as the outer ones.
 Ring rectangleRing(double width, double height, double lineWidth, const CornerForm &corners, double growth)
 {
-    if (vanishes(lineWidth, growth))
+    const bool hasOpening = 2.0 * lineWidth < std::min(width, height);
+    if (hasOpening && vanishes(lineWidth, growth))
         return {};
     CornerForm inside = corners;
     inside.size = std::max(0.0, corners.size - lineWidth);
@@ -294,9 +314,16 @@ Ring roundRing(double outer, double inner, double growth)
             circleOutline({}, inner > 0.0 ? (inner - growth) / 2.0 : 0.0)};
 }
 
+// A square about a round opening. Where the opening reaches beyond the sides, the corners are left.
+Ring squareRoundRing(double side, double inner, double growth)
+{
+    return {rectangle(side, side, {}, growth), circleOutline({}, inner > 0.0 ? (inner - growth) / 2.0 : 0.0)};
+}
+
 Ring ovalRing(double width, double height, double lineWidth, double growth)
 {
-    if (vanishes(lineWidth, growth))
+    const bool hasOpening = 2.0 * lineWidth < std::min(width, height);
+    if (hasOpening && vanishes(lineWidth, growth))
         return {};
     return {oval(width, height, growth), oval(width - 2.0 * lineWidth, height - 2.0 * lineWidth, -growth)};
 }
@@ -307,10 +334,14 @@ struct Gaps
 {
     double angle = 0.0; // degrees, counter-clockwise, of the first one
     std::size_t count = 0;
-    double width = 0.0;
+    double width = 0.0; // without growth; without it there are no gaps, which growth does not change
+    double moved = 0.0; // how far the edges of what is left between the gaps move outwards
     // Half of what the symbol's sides differ by: a diagonal gap of an oblong symbol starts that much off the
     // centre along the longer axis, and so runs through the corner (or about the centre of the round end).
     Point offset;
+
+    bool areNone() const { return count == 0 || width <= 0.0; }
+    bool areClosed() const { return areNone() || width <= 2.0 * moved; }
 };
 
 Gaps gapsOf(const StandardSymbol &symbol, double growth)
@@ -318,7 +349,8 @@ Gaps gapsOf(const StandardSymbol &symbol, double growth)
     Gaps gaps;
     gaps.angle = symbol.size[2];
     gaps.count = static_cast<std::size_t>(symbol.size[3]);
-    gaps.width = symbol.size[4] - growth;
+    gaps.width = symbol.size[4];
+    gaps.moved = growth / 2.0;
     return gaps;
 }
 
@@ -347,86 +379,108 @@ std::vector<Ray> raysOf(const Gaps &gaps)
     return rays;
 }
 
-// Where two rays that bound a piece meet, if they are not parallel.
+// Where two rays meet, if they do.
 std::optional<Point> apexOf(const Ray &first, const Ray &second)
 {
     const double across = cross(first.direction, second.direction);
     if (std::fabs(across) < 1e-9)
         return std::nullopt;
-    return first.origin + first.direction * (cross(second.origin - first.origin, second.direction) / across);
+    const Point apart = second.origin - first.origin;
+    const double alongFirst = cross(apart, second.direction) / across;
+    const double alongSecond = cross(apart, first.direction) / across;
+    if (alongFirst < 0.0 || alongSecond < 0.0)
+        return std::nullopt;
+    return first.origin + first.direction * alongFirst;
 }
 
-// Closes a piece of a ring whose inner outline its rays miss, because the gaps are wider than the opening.
-void closeAcross(Outline &piece, const Ring &ring, const Ray &first, const Ray &last, bool isOnlyGap)
+Straight straight(const Ray &ray)
 {
-    if (isOnlyGap) {
-        // One gap, wide open to one side: its end is the line through the origin across it.
-        piece.lineTo(last.origin);
-        const Point middle = (first.origin + last.origin) * 0.5;
-        const Point left = {-first.direction.y, first.direction.x};
-        const auto right = exitOf({middle, -left}, ring.inner);
-        const auto top = exitOf({middle, left}, ring.inner);
-        if (right && top) {
-            piece.lineTo(right->at);
-            walkBackward(piece, ring.inner, *right, *top);
-        }
-        piece.lineTo(first.origin);
-        return;
+    return {ray.origin, ray.direction};
+}
+
+// What lies counter-clockwise between two rays, to beyond `reach`: from where they meet, or else from the
+// line between their origins on, with all edges moved outwards by `moved`.
+Outline wedge(const Ray &first, const Ray &last, double moved, double reach)
+{
+    const Straight right = straight(first.shifted(-moved)), left = straight(last.shifted(moved));
+    Point from = left.at, to = right.at; // the way between the rays
+    const Point across = first.origin - last.origin;
+    if (apexOf(first, last)) {
+        from = to = intersection(left, right);
+    } else if (std::fabs(cross(across, first.direction)) > 1e-9 * reach) {
+        const Straight end{first.origin + Point{across.y, -across.x} * (moved / length(across)), across};
+        from = intersection(left, end);
+        to = intersection(end, right);
     }
-    if (const auto apex = apexOf(first, last))
-        piece.lineTo(*apex);
+    const double far = 4.0 * (reach + length(from) + length(to));
+    const double turn =
+        directionDegrees(dot(first.direction, last.direction), cross(first.direction, last.direction));
+    const double degrees = turn < 1e-6 ? 360.0 : turn; // a single gap
+    const double corners = std::ceil(degrees / 90.0);
+    Outline outline;
+    outline.start = to;
+    outline.lineTo(to + first.direction * far);
+    for (double i = 1.0; i < corners; ++i)
+        outline.lineTo(Transform::rotation(degrees * i / corners)(first.direction) * (2.0 * far));
+    outline.lineTo(from + last.direction * far);
+    outline.lineTo(from);
+    outline.lineTo(to);
+    return outline;
 }
 
-// What remains of `ring` between the gap edges `first` (on its clockwise side) and `last`.
-Outline pieceBetween(const Ring &ring, const Ray &first, const Ray &last, bool isOnlyGap)
-{
-    Outline piece;
-    const auto outerStart = exitOf(first, ring.outer);
-    const auto outerEnd = exitOf(last, ring.outer);
-    if (!outerStart || !outerEnd)
-        return piece;
-    const auto apex = isOnlyGap ? std::nullopt : apexOf(first, last);
-    const bool gapsMeetOutside = apex && dot(*apex - first.origin, first.direction) >= outerStart->distance;
-    if (gapsMeetOutside)
-        return piece;
-    piece.start = outerStart->at;
-    walkForward(piece, ring.outer, *outerStart, *outerEnd);
-    const auto innerStart = exitOf(first, ring.inner);
-    const auto innerEnd = exitOf(last, ring.inner);
-    const bool gapsMeetInRing =
-        apex && innerStart && dot(*apex - first.origin, first.direction) > innerStart->distance;
-    if (innerStart && innerEnd && !gapsMeetInRing) {
-        piece.lineTo(innerEnd->at);
-        walkBackward(piece, ring.inner, *innerEnd, *innerStart);
-    } else {
-        closeAcross(piece, ring, first, last, isOnlyGap);
-    }
-    piece.lineTo(piece.start);
-    return piece;
-}
+// A ring grown by so many nanometres.
+using GrownRing = std::function<Ring(double growth)>;
 
-void addCutRing(Shape &shape, const Ring &ring, const Gaps &gaps)
+void addCutRing(Shape &shape, const GrownRing &ringOf, const Gaps &gaps)
 {
+    const Ring plain = ringOf(0.0), ring = ringOf(2.0 * gaps.moved);
     if (ring.outer.isEmpty())
         return;
-    if (gaps.count == 0 || gaps.width <= 0.0)
+    if (gaps.areClosed())
         return addRing(shape, ring);
+    double reach = 0.0;
+    for (const Edge &edge : ring.outer.edges)
+        reach = std::max(reach, length(edge.end));
     const std::vector<Ray> rays = raysOf(gaps);
     for (std::size_t i = 0; i < rays.size(); ++i) {
         const Ray first = rays[i].shifted(gaps.width / 2.0);
         const Ray last = rays[(i + 1) % rays.size()].shifted(-gaps.width / 2.0);
-        add(shape.contours, pieceBetween(ring, first, last, rays.size() == 1), false);
+        const auto addPiece = [&](Shape &target, const Ring &whole, double moved) {
+            const Outline between = wedge(first, last, moved, reach);
+            addCoveredArea(target.contours, {whole.outer, whole.inner, between}, [&](Point at) {
+                return contains(whole.outer, at) && !contains(whole.inner, at) && contains(between, at);
+            });
+        };
+        Shape piece;
+        addPiece(piece, plain, 0.0);
+        if (!piece.contours.isEmpty()) // nothing does not grow
+            addPiece(shape, ring, gaps.moved);
     }
 }
 
-// Pieces of a line of `lineWidth` along `middle`, with half circles at their ends, `gaps.width` apart.
+// Adds what lies within half of `lineWidth` of `way`, a part of `middle` or all of it.
+void addBand(Shape &shape, const Outline &way, const Outline &middle, double lineWidth)
+{
+    const double half = lineWidth / 2.0;
+    // The inner one turns inside out where the line is wider than the way is round; it bounds nothing there.
+    std::vector<Outline> bounds{parallel(middle, half), parallel(middle, -half)};
+    if (way.start != way.edges.back().end) {
+        bounds.push_back(circleOutline(way.start, half));
+        bounds.push_back(circleOutline(way.edges.back().end, half));
+    }
+    const ContourView line{way.start, way.edges.data(), way.edges.size(), false};
+    addCoveredArea(shape.contours, bounds, [&](Point at) { return distanceTo(line, at) < half; });
+}
+
+// Pieces of a line of `lineWidth` along `middle`, with half circles at their ends, `gaps.width` apart. The
+// ends keep their centres when the line grows.
 void addRoundedPieces(Shape &shape, const Outline &middle, double lineWidth, const Gaps &gaps)
 {
-    if (middle.isEmpty() || lineWidth <= 0.0)
+    const double grownWidth = lineWidth + 2.0 * gaps.moved;
+    if (middle.isEmpty() || vanishes(lineWidth, 2.0 * gaps.moved))
         return;
-    const Ring ring{parallel(middle, lineWidth / 2.0), parallel(middle, -lineWidth / 2.0)};
-    if (gaps.count == 0 || gaps.width <= 0.0)
-        return addRing(shape, ring);
+    if (gaps.areNone())
+        return addBand(shape, middle, middle, grownWidth);
     const double toCapCentre = gaps.width / 2.0 + lineWidth / 2.0;
     const std::vector<Ray> rays = raysOf(gaps);
     for (std::size_t i = 0; i < rays.size(); ++i) {
@@ -439,34 +493,18 @@ void addRoundedPieces(Shape &shape, const Outline &middle, double lineWidth, con
             !start || !end || (apex && dot(*apex - firstRay.origin, firstRay.direction) > start->distance);
         if (nothingLeft)
             continue;
-        const auto beside = [&middle, lineWidth](const Crossing &crossing, double side) {
-            const Outline moved = parallel(middle, side * lineWidth / 2.0);
-            const Edge &edge = middle.edges[crossing.edge];
-            Crossing result = crossing;
-            if (edge.kind == EdgeKind::Line) {
-                const Point from = moved.startOf(crossing.edge);
-                result.at = from + (moved.edges[crossing.edge].end - from) * crossing.share;
-            } else {
-                const Point spoke = crossing.at - edge.center;
-                result.at = crossing.at + spoke * (side * lineWidth / 2.0 / length(spoke));
-            }
-            return result;
-        };
-        Outline piece;
-        piece.start = beside(*start, 1.0).at;
-        walkForward(piece, ring.outer, beside(*start, 1.0), beside(*end, 1.0));
-        const Crossing innerEnd = beside(*end, -1.0);
-        piece.arcTo(innerEnd.at, end->at);
-        walkBackward(piece, ring.inner, innerEnd, beside(*start, -1.0));
-        piece.arcTo(piece.start, start->at);
-        add(shape.contours, piece, false);
+        Outline way;
+        way.start = start->at;
+        walkForward(way, middle, *start, *end);
+        if (!way.isEmpty())
+            addBand(shape, way, middle, grownWidth);
     }
 }
 
 void addRoundedThermal(Shape &shape, const StandardSymbol &symbol, double growth)
 {
     const double outer = symbol.size[0], inner = symbol.size[1];
-    addRoundedPieces(shape, circleOutline({}, (outer + inner) / 4.0), (outer - inner) / 2.0 + growth,
+    addRoundedPieces(shape, circleOutline({}, (outer + inner) / 4.0), (outer - inner) / 2.0,
                      gapsOf(symbol, growth));
 }
 
@@ -476,8 +514,9 @@ void addOblongThermal(Shape &shape, const StandardSymbol &symbol, double growth)
     Gaps gaps = gapsOf(symbol, growth);
     aimAtCorners(gaps, width, height);
     if (symbol.ends == EndStyle::Straight)
-        return addCutRing(shape, ovalRing(width, height, lineWidth, growth), gaps);
-    addRoundedPieces(shape, oval(width - lineWidth, height - lineWidth, 0.0), lineWidth + growth, gaps);
+        return addCutRing(
+            shape, [&](double by) { return ovalRing(width, height, lineWidth, by); }, gaps);
+    addRoundedPieces(shape, oval(width - lineWidth, height - lineWidth, 0.0), lineWidth, gaps);
 }
 
 // Part of a bar, measured along it from its middle.
@@ -614,7 +653,7 @@ Shape unturnedShape(const StandardSymbol &symbol, double growth)
         addRing(shape, rectangleRing(size[0], size[0], (size[0] - size[1]) / 2.0, cornersOf(symbol), growth));
         break;
     case SymbolKind::SquareRoundDonut:
-        addRing(shape, {rectangle(size[0], size[0], {}, growth), roundRing(size[0], size[1], growth).inner});
+        addRing(shape, squareRoundRing(size[0], size[1], growth));
         break;
     case SymbolKind::RectangleDonut:
         addRing(shape, rectangleRing(size[0], size[1], size[2], cornersOf(symbol), growth));
@@ -642,12 +681,16 @@ Shape unturnedShape(const StandardSymbol &symbol, double growth)
         addRoundedThermal(shape, symbol, growth);
         break;
     case SymbolKind::RoundThermal:
-        addCutRing(shape, roundRing(size[0], size[1], growth), gapsOf(symbol, growth));
+        addCutRing(
+            shape, [&](double by) { return roundRing(size[0], size[1], by); }, gapsOf(symbol, growth));
         break;
     case SymbolKind::SquareThermal:
-        addCutRing(shape,
-                   rectangleRing(size[0], size[0], (size[0] - size[1]) / 2.0, cornersOf(symbol), growth),
-                   gapsOf(symbol, growth));
+        addCutRing(
+            shape,
+            [&](double by) {
+                return rectangleRing(size[0], size[0], (size[0] - size[1]) / 2.0, cornersOf(symbol), by);
+            },
+            gapsOf(symbol, growth));
         break;
     case SymbolKind::OpenSquareThermal:
         addOpenThermal(shape, symbol, size[0], size[0], (size[0] - size[1]) / 2.0, growth);
@@ -656,21 +699,24 @@ Shape unturnedShape(const StandardSymbol &symbol, double growth)
         addLineThermal(shape, symbol, growth);
         break;
     case SymbolKind::SquareRoundThermal:
-        addCutRing(shape,
-                   {rectangle(size[0], size[0], {}, growth), roundRing(size[0], size[1], growth).inner},
-                   gapsOf(symbol, growth));
+        addCutRing(
+            shape, [&](double by) { return squareRoundRing(size[0], size[1], by); }, gapsOf(symbol, growth));
         break;
     case SymbolKind::RectangleThermal: {
         Gaps gaps = gapsOf(symbol, growth);
         aimAtCorners(gaps, size[0], size[1]);
-        addCutRing(shape, rectangleRing(size[0], size[1], size[5], cornersOf(symbol), growth), gaps);
+        addCutRing(
+            shape, [&](double by) { return rectangleRing(size[0], size[1], size[5], cornersOf(symbol), by); },
+            gaps);
         break;
     }
     case SymbolKind::OpenRectangleThermal:
         addOpenThermal(shape, symbol, size[0], size[1], size[5], growth);
         break;
     case SymbolKind::OvalThermal:
-        addCutRing(shape, ovalRing(size[0], size[1], size[5], growth), gapsOf(symbol, growth));
+        addCutRing(
+            shape, [&](double by) { return ovalRing(size[0], size[1], size[5], by); },
+            gapsOf(symbol, growth));
         break;
     case SymbolKind::OblongThermal:
         addOblongThermal(shape, symbol, growth);

@@ -75,6 +75,7 @@ private slots:
     void macroCoversWhatTheSymbolCovers_data();
     void macroCoversWhatTheSymbolCovers();
     void moireWhoseRingsGrowTogetherHasNoAperture();
+    void gapWithoutWidthIsNotCutOut();
     void symbolWithoutExactFormHasNoAperture_data();
     void symbolWithoutExactFormHasNoAperture();
     void fourGapsAreTheFormatsOwnThermal();
@@ -219,6 +220,13 @@ void ApertureTest::moireWhoseRingsGrowTogetherHasNoAperture()
     const cam::StandardSymbol moire = symbol("moire45x45x3x30x895x30");
     QVERIFY(cam::apertureOf(moire, 40000.0, Transform()).has_value());
     QVERIFY(!cam::apertureOf(moire, 50000.0, Transform()).has_value());
+}
+
+// It would open when the symbol shrinks.
+void ApertureTest::gapWithoutWidthIsNotCutOut()
+{
+    for (const char *name : {"ths300x200x0x4x0", "thr300x200x0x3x0", "sr_ths300x200x0x4x0"})
+        QVERIFY2(!cam::apertureOf(symbol(name), -20000.0, Transform()).has_value(), name);
 }
 
 void ApertureTest::symbolWithoutExactFormHasNoAperture_data()

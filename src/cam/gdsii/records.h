@@ -1,7 +1,8 @@
-// The records of the GDSII stream format (version 600), by the format's own names and numbers.
+// Writes the records of the GDSII stream format (version 600).
 #pragma once
 
 #include "cam/base/outputfile.h"
+#include "cam/gdsii/recordtable.h"
 #include "cam/polygon/gridpolygon.h"
 
 #include <cstdint>
@@ -10,27 +11,6 @@
 #include <vector>
 
 namespace cam::gdsii {
-
-// Record type in the high byte, data type in the low one.
-enum class Record : std::uint16_t {
-    HEADER = 0x0002,
-    BGNLIB = 0x0102,
-    LIBNAME = 0x0206,
-    UNITS = 0x0305,
-    ENDLIB = 0x0400,
-    BGNSTR = 0x0502,
-    STRNAME = 0x0606,
-    ENDSTR = 0x0700,
-    BOUNDARY = 0x0800,
-    SREF = 0x0A00,
-    AREF = 0x0B00,
-    LAYER = 0x0D02,
-    DATATYPE = 0x0E02,
-    XY = 0x1003,
-    ENDEL = 0x1100,
-    SNAME = 0x1206,
-    COLROW = 0x1302
-};
 
 // The most corners that a boundary is given: its record counts bytes in 16 bits, which readers take for a
 // signed number or warn of from 0x8000 on, and the first corner is repeated.

@@ -39,7 +39,7 @@ void GraphicView::showFile(const QString &path)
     const QString name = QFileInfo(path).fileName();
     try {
         m_view->showDrawing(readGds(path), name, layerColour(ORVEX::API::layer_info()), false);
-    } catch (const GdsError &error) {
+    } catch (const std::exception &error) {
         LOG(ERROR) << error.what();
         m_view->showText(tr("%1 cannot be shown.\n%2").arg(name, QString::fromStdString(error.what())));
     }

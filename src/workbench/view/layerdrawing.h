@@ -7,23 +7,15 @@
 #include <QString>
 #include <QVector>
 
-#include <stdexcept>
-
 struct LayerDrawing
 {
-    QVector<QPolygonF> areas;
+    QVector<QPolygonF> areas; // filled by winding number
     QVector<QPolygonF> outlines;
     QRectF bounds; // of both; null when there is nothing
 };
 Q_DECLARE_METATYPE(LayerDrawing)
 
-// A GDSII file that cannot be read; the message names the file, the byte and what was expected.
-class GdsError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
-
 // Reads the GDSII stream file `path` into a drawing of its top structures, with everything they refer to.
-// Data type 1 is outline, every other is area. Throws GdsError.
+// Boundaries of data type 1 and paths without a width are outline, everything else is area. Throws cam::Error
+// for what cannot be read, and for a million areas and more.
 LayerDrawing readGds(const QString &path);

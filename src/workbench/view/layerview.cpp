@@ -177,7 +177,7 @@ QImage LayerView::areasImage(qreal pixelRatio) const
         toView() * QTransform::fromScale(pixelRatio * oversampling, pixelRatio * oversampling);
     for (const QPolygonF &area : m_drawing.areas) {
         if (isSeen(area))
-            painter.drawPolygon(transform.map(area), Qt::OddEvenFill);
+            painter.drawPolygon(transform.map(area), Qt::WindingFill);
     }
     painter.end();
     return image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);

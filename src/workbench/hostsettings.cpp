@@ -2,12 +2,16 @@
 
 #include "platform/paths.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QSettings>
 #include <QTemporaryDir>
 
 #include <glog/logging.h>
+
+#include <cmath>
 
 namespace {
 
@@ -79,6 +83,22 @@ void hostsettings::mendJobFolder()
     LOG(INFO) << "the job folder " << folder.toStdString() << " is written with backslashes now";
 }
 
+QString hostsettings::resizeText(double value, const QString &unit)
+{
+    const double micrometres = unit == "mm" ? value * 1000.0 : value;
+    if (std::fabs(micrometres) < 0.0005)
+        return QCoreApplication::translate("hostsettings", "Features keep their size.");
+    const QLocale locale;
+    const auto text = [&locale](double number) { return locale.toString(std::fabs(number), 'g', 10); };
+    const QString sentence =
+        micrometres > 0
+            ? QCoreApplication::translate("hostsettings",
+                                          "Exports grow features by %1 \u00b5m, %2 \u00b5m on each side.")
+            : QCoreApplication::translate("hostsettings",
+                                          "Exports shrink features by %1 \u00b5m, %2 \u00b5m on each side.");
+    return sentence.arg(text(micrometres), text(micrometres / 2.0));
+}
+
 QString hostsettings::jobRoot(const QString &configured)
 {
     const QString folder = platform::toLocal(configured);
@@ -99,7 +119,9 @@ RunFolder::RunFolder(const QString &jobFolder) : m_before(QDir::currentPath()), 
             value = QDir(m_before).absoluteFilePath(platform::toLocal(value));
         settings.setValue(key, value);
     }
-    settings.setValue("Job_Path/path", platform::toHandedOver(jobFolder));
+    const QString folder =
+        jobFolder.isEmpty() ? hostsettings::jobRoot(source.value("Job_Path/path").toString()) : jobFolder;
+    settings.setValue("Job_Path/path", platform::toHandedOver(folder));
     settings.sync();
     QDir::setCurrent(m_folder->path());
 }

@@ -35,14 +35,19 @@ bool writeDefaults();
 // Writes the job folder of an existing settings file as plug-ins take it: with backslashes.
 void mendJobFolder();
 
+// What a resize by `value` in `unit` ("um" or "mm") does to what is exported, as a sentence; in nanometres,
+// as plug-ins take it, a value below half of one is none.
+QString resizeText(double value, const QString &unit);
+
 // The folder that holds the jobs when the settings give `configured`: that folder when it exists, else "job"
 // in the working folder. Plug-ins fall back in the same way. Absolute and local.
 QString jobRoot(const QString &configured);
 
 } // namespace hostsettings
 
-// A working folder for one run whose settings file is the user's, but with jobs in another folder. While the
-// object lives it is the working folder of the process.
+// A working folder for one run whose settings file is the user's, where there is one, but with jobs in
+// `jobFolder`, or, when that is empty, where the user's settings have them. While the object lives it is the
+// working folder of the process.
 class RunFolder
 {
 public:

@@ -138,6 +138,17 @@ void LayerPanel::chooseFirstCopper()
         m_table->selectRow(copper == m_layers.cend() ? 0 : int(copper - m_layers.cbegin()));
 }
 
+bool LayerPanel::chooseLayer(const QString &name)
+{
+    for (std::size_t row = 0; row < m_layers.size(); ++row) {
+        if (QString::fromStdString(m_layers[row].name) == name) {
+            m_table->selectRow(int(row));
+            return true;
+        }
+    }
+    return false;
+}
+
 const ORVEX::API::layer_info *LayerPanel::currentLayer() const
 {
     const QList<QTableWidgetItem *> selected = m_table->selectedItems();

@@ -33,6 +33,8 @@ public:
     void chooseNone();
     // Chooses the first copper layer, or the first of all.
     void chooseFirstCopper();
+    // Chooses the layer of that name, if there is one.
+    bool chooseLayer(const QString &name);
     // The chosen layer, or null.
     const ORVEX::API::layer_info *currentLayer() const;
 

@@ -1,5 +1,6 @@
 // The workbench program: settles the platform and the settings, loads the plug-ins, and shows the window or
 // runs the batch.
+#include "platform/termination.h"
 #include "pluginmanger/pluginhost.h"
 #include "workbench/batch/batchrun.h"
 #include "workbench/commandline.h"
@@ -12,29 +13,23 @@
 #include <QFileInfo>
 #include <QFont>
 #include <QLibraryInfo>
+#include <QProgressDialog>
 #include <QTimer>
 
 #include <glog/logging.h>
 
 #include <cstdio>
-#include <cstring>
 #include <memory>
+#include <optional>
 
 namespace {
+
+const int usageError = 2;
 
 void printLine(std::FILE *stream, const QString &line)
 {
     std::fprintf(stream, "%s\n", line.toLocal8Bit().constData());
     std::fflush(stream);
-}
-
-bool hasArgument(int argc, char **argv, const char *wanted)
-{
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], wanted) == 0)
-            return true;
-    }
-    return false;
 }
 
 // Where no windows are drawn, Qt on Windows knows the fonts of one folder only, and its own has none.
@@ -86,7 +81,8 @@ void shutDown(std::unique_ptr<MainWindow> window)
 int runProgram(QApplication &application, const CommandLine &options)
 {
     std::unique_ptr<RunFolder> runFolder;
-    if (!options.jobFolder.isEmpty()) {
+    // A batch leaves no settings file behind in the folder that it is started in.
+    if (options.batch || !options.jobFolder.isEmpty()) {
         runFolder.reset(new RunFolder(options.jobFolder));
     } else {
         hostsettings::writeDefaults();
@@ -102,10 +98,18 @@ int runProgram(QApplication &application, const CommandLine &options)
         });
     }
     auto window = std::make_unique<MainWindow>(log);
+    if (!options.batch)
+        window->keepToScreen();
     window->show();
     PluginHost::instance().loadFolder(QCoreApplication::applicationDirPath() + "/plugins");
     window->addPlugins();
 
+    if (!options.openJob.isEmpty() && !window->jobNames().contains(options.openJob)) {
+        printLine(stderr, QString("workbench: --open %1: there is no such job in %2")
+                              .arg(options.openJob, QDir::toNativeSeparators(window->jobRoot())));
+        shutDown(std::move(window));
+        return usageError;
+    }
     if (!options.openJob.isEmpty())
         window->openJob(options.openJob);
 
@@ -128,36 +132,60 @@ int runProgram(QApplication &application, const CommandLine &options)
     return code;
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+// What needs no window: help, version, and a command line that makes no sense. It needs no display either.
+std::optional<int> answerAtOnce(int argc, char **argv, CommandLine &options)
 {
-    const bool isBatch = hasArgument(argc, argv, "--batch");
-    if (isBatch)
-        drawOffscreen(argv[0]);
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    startLog(argv[0]);
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("workbench");
-    QApplication::setApplicationVersion("1.0");
-
-    // This platform has no font of its own choice; its stand-in is larger than any desktop's.
-    if (QApplication::platformName() == "offscreen")
-        QApplication::setFont(QFont("DejaVu Sans", 9));
-
-    const CommandLine options = CommandLine::parse(QCoreApplication::arguments());
+    const QCoreApplication application(argc, argv);
+    options = CommandLine::parse(QCoreApplication::arguments());
     if (options.showHelp) {
         printLine(stdout, options.help);
         return 0;
     }
     if (options.showVersion) {
-        printLine(stdout, "workbench " + QApplication::applicationVersion());
+        printLine(stdout, "workbench " + QCoreApplication::applicationVersion());
         return 0;
     }
     if (!options.error.isEmpty()) {
         printLine(stderr, "workbench: " + options.error + " (--help lists the options)");
-        return 2;
+        return usageError;
     }
+    return std::nullopt;
+}
+
+// A command of a plug-in that is at work is cancelled where it can be; its own loop ends before the program's
+// does.
+void endProgram(int signal)
+{
+    for (QWidget *open : QApplication::topLevelWidgets()) {
+        if (auto *progress = qobject_cast<QProgressDialog *>(open))
+            progress->cancel();
+    }
+    QCoreApplication::exit(128 + signal);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setApplicationName("workbench");
+    QCoreApplication::setApplicationVersion("1.0");
+    CommandLine options;
+    if (const std::optional<int> code = answerAtOnce(argc, argv, options))
+        return *code;
+
+    if (options.batch)
+        drawOffscreen(argv[0]);
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    startLog(argv[0]);
+    QApplication application(argc, argv);
+    platform::onTermination([&application](int signal) {
+        QMetaObject::invokeMethod(
+            &application, [signal] { endProgram(signal); }, Qt::QueuedConnection);
+    });
+
+    // This platform has no font of its own choice; its stand-in is larger than any desktop's.
+    if (QApplication::platformName() == "offscreen")
+        QApplication::setFont(QFont("DejaVu Sans", 9));
     return runProgram(application, options);
 }

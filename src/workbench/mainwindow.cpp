@@ -11,6 +11,7 @@
 #include "workbench/parentwidget.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/view/graphicview.h"
+#include "workbench/windowplacer.h"
 
 #include <QAction>
 #include <QApplication>
@@ -22,6 +23,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QToolButton>
@@ -83,7 +85,9 @@ void MainWindow::buildPanels()
     resizeDocks({log}, {150}, Qt::Vertical);
 
     connect(m_jobs, &JobListPanel::jobChosen, this, [this](const QString &name) {
-        if (name != m_openJob)
+        if (name == m_openJob)
+            readOpenJobAgain();
+        else
             openJob(name);
     });
     connect(m_layers, &LayerPanel::stepChosen, this, [this] {
@@ -103,7 +107,10 @@ void MainWindow::buildMenus()
     m_toolBar->setMovable(false);
 
     QMenu *file = menuBar()->addMenu(tr("&File"));
-    QAction *refresh = file->addAction(tr("&Refresh jobs"), this, &MainWindow::refreshJobs);
+    QAction *refresh = file->addAction(tr("&Refresh jobs"), this, [this] {
+        refreshJobs();
+        readOpenJobAgain();
+    });
     refresh->setShortcut(QKeySequence::Refresh);
     file->addAction(tr("Show job &folder"), this,
                     [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_jobRoot)); });
@@ -121,11 +128,23 @@ void MainWindow::buildMenus()
         view->addAction(dock->toggleViewAction());
     menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainWindow::showAbout);
 
+    m_resizeStatus = new QLabel;
+    m_resizeStatus->setObjectName("ResizeStatus");
+    m_resizeStatus->setStyleSheet("background: #b06800; color: white; padding: 1px 6px;");
+    m_resizeStatus->hide();
+    statusBar()->addPermanentWidget(m_resizeStatus);
     m_placeStatus = new QLabel;
     m_jobStatus = new QLabel;
     statusBar()->addPermanentWidget(m_placeStatus);
     connect(m_view, &GraphicView::pointed, m_placeStatus, &QLabel::setText);
     statusBar()->addPermanentWidget(m_jobStatus);
+}
+
+void MainWindow::keepToScreen()
+{
+    if (const QScreen *screen = QGuiApplication::primaryScreen())
+        resize(size().boundedTo(screen->availableSize() - QSize(8, 36))); // less a frame
+    m_placer.reset(new WindowPlacer(*this));
 }
 
 void MainWindow::addPlugins()
@@ -147,6 +166,10 @@ void MainWindow::addPlugins()
             m_exportAction = exportAction;
         }
     }
+    // Plug-ins have read the settings now, and keep what they read.
+    const HostSettings settings = hostsettings::read();
+    m_resizeStatus->setText(hostsettings::resizeText(settings.resize, settings.resizeUnit));
+    m_resizeStatus->setVisible(settings.resize != 0.0);
     if (m_importAction)
         m_importAction->setStatusTip(tr("Take in ODB++ job archives, GDSII and Gerber files"));
     if (m_exportAction)
@@ -198,6 +221,19 @@ void MainWindow::refreshJobs()
     }
     m_jobs->setCurrentJob(m_openJob);
     updateContext();
+}
+
+// With the step and the layer that are shown, where the job still has them.
+void MainWindow::readOpenJobAgain()
+{
+    if (m_openJob.isEmpty())
+        return;
+    const QString step = m_layers->currentStep();
+    const ORVEX::API::layer_info *layer = m_layers->currentLayer();
+    const QString layerName = layer ? QString::fromStdString(layer->name) : QString();
+    openJob(m_openJob);
+    m_layers->setCurrentStep(step);
+    m_layers->chooseLayer(layerName);
 }
 
 void MainWindow::openJob(const QString &name)

@@ -12,6 +12,8 @@ class JobListPanel;
 class LayerPanel;
 class LogCollector;
 class LogPane;
+class WindowPlacer;
+
 class QAction;
 class QFileInfo;
 class QLabel;
@@ -24,6 +26,10 @@ class MainWindow : public QMainWindow
 public:
     explicit MainWindow(LogCollector &log, QWidget *parent = nullptr);
     ~MainWindow() override;
+
+    // From now on this window, and those that plug-ins open, keep to the screen. Without it they have the
+    // size that they ask for, as pictures of them want it.
+    void keepToScreen();
 
     // Asks every loaded plug-in for its actions and puts them into the toolbar. Messages that plug-ins send
     // meanwhile are taken in.
@@ -61,6 +67,7 @@ private:
     void takeImportedFile(const QString &path);
     void takeLayerFile(const QFileInfo &file);
     void takeExportReport(const QString &folder, const QStringList &layers);
+    void readOpenJobAgain();
     void updateContext();
     void showChosenLayer();
     void editSettings();
@@ -68,11 +75,13 @@ private:
 
     LogCollector &m_log;
     HostMessages m_messages;
+    std::unique_ptr<WindowPlacer> m_placer;
     JobListPanel *m_jobs = nullptr;
     LayerPanel *m_layers = nullptr;
     GraphicView *m_view = nullptr;
     LogPane *m_logPane = nullptr;
     QToolBar *m_toolBar = nullptr;
+    QLabel *m_resizeStatus = nullptr; // seen while exports change the size of features
     QLabel *m_placeStatus = nullptr;
     QLabel *m_jobStatus = nullptr; // at the right end of the status bar
     QAction *m_importAction = nullptr;

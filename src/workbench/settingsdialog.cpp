@@ -1,10 +1,11 @@
 #include "workbench/settingsdialog.h"
 
+#include "workbench/numberbox.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -15,12 +16,10 @@
 
 namespace {
 
-QDoubleSpinBox *numberBox(const QString &name, double value, double least, double most, int decimals)
+NumberBox *numberBox(const QString &name, double value, double least, double most, int decimals)
 {
-    auto *box = new QDoubleSpinBox;
+    auto *box = new NumberBox(least, most, decimals);
     box->setObjectName(name);
-    box->setDecimals(decimals);
-    box->setRange(least, most);
     box->setValue(value);
     return box;
 }
@@ -30,6 +29,7 @@ QDoubleSpinBox *numberBox(const QString &name, double value, double least, doubl
 SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
     : QDialog(parent), m_secondFolder(new QLineEdit(values.secondFolder)),
       m_resize(numberBox("Resize", values.resize, -10000.0, 10000.0, 3)), m_resizeUnit(new QComboBox),
+      m_resizeMeaning(new QLabel),
       m_databaseUnit(numberBox("DatabaseUnit", values.databaseUnit, 0.000001, 1.0, 6)),
       m_withProfile(new QCheckBox(tr("Exports include the board's profile")))
 {
@@ -51,6 +51,11 @@ SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
     resize->addWidget(m_resize, 1);
     resize->addWidget(m_resizeUnit);
     form->addRow(tr("Resize by"), resize);
+    m_resizeMeaning->setObjectName("ResizeMeaning");
+    form->addRow(QString(), m_resizeMeaning);
+    connect(m_resize, QOverload<double>::of(&NumberBox::valueChanged), this, &SettingsDialog::explainResize);
+    connect(m_resizeUnit, &QComboBox::currentTextChanged, this, &SettingsDialog::explainResize);
+    explainResize();
     m_databaseUnit->setSuffix(tr(" um"));
     form->addRow(tr("Database unit"), m_databaseUnit);
     m_withProfile->setChecked(values.withProfile);
@@ -69,6 +74,11 @@ SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
     layout->addWidget(buttons);
     resize->setSpacing(6);
     setMinimumWidth(520);
+}
+
+void SettingsDialog::explainResize()
+{
+    m_resizeMeaning->setText(hostsettings::resizeText(m_resize->value(), m_resizeUnit->currentText()));
 }
 
 HostSettings SettingsDialog::values() const

@@ -7,9 +7,10 @@
 
 class QCheckBox;
 class QComboBox;
-class QDoubleSpinBox;
 class QFormLayout;
+class QLabel;
 class QLineEdit;
+class NumberBox;
 
 class SettingsDialog : public QDialog
 {
@@ -22,15 +23,17 @@ public:
     HostSettings values() const;
 
 private:
+    void explainResize();
     QLineEdit *addPath(QFormLayout *form, const QString &label, const QString &name, const QString &path,
                        const QString &whenEmpty, bool isFolder);
 
     QLineEdit *m_jobFolder;
     QLineEdit *m_outputFolder;
     QLineEdit *m_secondFolder;
-    QDoubleSpinBox *m_resize;
+    NumberBox *m_resize;
     QComboBox *m_resizeUnit;
-    QDoubleSpinBox *m_databaseUnit;
+    QLabel *m_resizeMeaning;
+    NumberBox *m_databaseUnit;
     QCheckBox *m_withProfile;
     QLineEdit *m_exportDatabase;
 };

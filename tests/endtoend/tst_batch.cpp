@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
 
 class TestBatch : public QObject
@@ -206,6 +207,7 @@ private slots:
         const BatchResult result = run(folders() + QStringList{"--format", ".gds", SAMPLE_ARCHIVE});
         QVERIFY2(result.code != 0, qPrintable(result.all()));
         QCOMPARE(result.lines("FAILED: TOP  .*was not written").size(), 1);
+        QCOMPARE(result.lines(" files, .* bytes, 1 failure$").size(), 1);
     }
 
     void picturesShowTheWindowTheFilledDialogAndTheTimes()
@@ -222,6 +224,78 @@ private slots:
         QVERIFY(QImage(pictures.filePath("02-beacon-export-gds-filled.png")) !=
                 QImage(pictures.filePath("03-beacon-export-gds-done.png")));
     }
+
+    void noSettingsFileIsLeftBehind()
+    {
+        const BatchResult result =
+            run({"--format", ".gds", "--out", folder->filePath("out"), SAMPLE_ARCHIVE});
+        QVERIFY2(result.code == 0, qPrintable(result.all()));
+        QVERIFY(QFileInfo(folder->filePath("job/beacon/matrix/matrix")).isFile());
+        QCOMPARE(QDir(folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
+                 (QStringList{"job", "out"}));
+    }
+
+    void helpAndVersionNeedNoDisplay_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("help") << QStringList{"--help"} << 0 << "archive.tgz";
+        QTest::newRow("version") << QStringList{"--version"} << 0 << "workbench ";
+        QTest::newRow("unknown option") << QStringList{"--sideways"} << 2 << "sideways";
+        QTest::newRow("batch of nothing") << QStringList{"--batch"} << 2 << "at least one archive";
+    }
+    void helpAndVersionNeedNoDisplay()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, said);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(variable);
+        process.setProcessEnvironment(environment);
+        process.start(QCoreApplication::applicationDirPath() + "/workbench", arguments);
+        QVERIFY(process.waitForFinished(60000));
+        QTEST(process.exitCode(), "code");
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        const QByteArray all = process.readAllStandardOutput() + process.readAllStandardError();
+        QVERIFY2(all.contains(said.toLocal8Bit()), all.constData());
+    }
+
+    void jobThatIsNotThereCannotBeOpened()
+    {
+        const BatchResult result = run(folders() + QStringList{"--open", "nothing", SAMPLE_ARCHIVE});
+        QCOMPARE(result.code, 2);
+        QVERIFY2(result.errors.contains("--open nothing: there is no such job in "),
+                 qPrintable(result.all()));
+    }
+
+#ifndef Q_OS_WIN // QProcess::terminate closes the windows there
+    void temporaryFoldersGoWhenTheProgramIsTerminated()
+    {
+        QVERIFY(QDir().mkpath(folder->filePath("temporary")));
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("TMPDIR", folder->filePath("temporary"));
+        environment.insert("XDG_RUNTIME_DIR", folder->path()); // otherwise Qt makes one
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(folder->path());
+        process.start(QCoreApplication::applicationDirPath() + "/workbench",
+                      folders() + QStringList{SAMPLE_ARCHIVE});
+        const QDir temporary(folder->filePath("temporary"));
+        const auto entries = [&temporary] {
+            return temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        };
+        QByteArray printed;
+        QTRY_VERIFY_WITH_TIMEOUT((printed += process.readAllStandardOutput()).contains("job beacon"), 60000);
+        QVERIFY(!entries().isEmpty());
+        process.terminate();
+        QVERIFY(process.waitForFinished(60000));
+        QCOMPARE(process.exitCode(), 128 + SIGTERM);
+        QCOMPARE(entries(), QStringList());
+    }
+#endif
 
     void senselessCommandLineIsRefused()
     {

@@ -3,10 +3,12 @@
 #include "tests/support/temporaryworkingfolder.h"
 #include "workbench/hostsettings.h"
 #include "workbench/jobstore.h"
+#include "workbench/numberbox.h"
 #include "workbench/settingsdialog.h"
 
 #include <QCheckBox>
-#include <QDoubleSpinBox>
+#include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSettings>
 #include <QtTest>
@@ -92,7 +94,7 @@ private slots:
         QCOMPARE(QDir::fromNativeSeparators(dialog.findChild<QLineEdit *>("JobFolder")->text()),
                  QString("/jobs"));
         dialog.findChild<QLineEdit *>("OutputFolder")->setText("/out");
-        dialog.findChild<QDoubleSpinBox *>("Resize")->setValue(0.125);
+        dialog.findChild<NumberBox *>("Resize")->setValue(0.125);
         dialog.findChild<QCheckBox *>()->setChecked(true);
         const HostSettings edited = dialog.values();
         QCOMPARE(edited.jobFolder, QString("/jobs"));
@@ -158,6 +160,72 @@ private slots:
         TemporaryWorkingFolder folder;
         const RunFolder runFolder(folder.filePath("j"));
         QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("j")));
+    }
+
+    void commaAndPointAreTheSameDecimalMark_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<double>("value");
+        QTest::addColumn<QString>("shown");
+        for (const char *locale : {"C", "en_US", "de_DE", "zh_CN", "fr_FR", "de_CH"}) {
+            const QString mark = QLocale(locale).decimalPoint();
+            const auto row = [locale](const char *name) -> QTestData & {
+                return QTest::newRow(qPrintable(QString("%1, %2").arg(locale, name)));
+            };
+            row("point") << locale << "12.5" << 12.5 << "12" + mark + "5";
+            row("comma") << locale << "12,5" << 12.5 << "12" + mark + "5";
+            row("negative") << locale << "-0,25" << -0.25 << "-0" + mark + "25";
+            row("three digits") << locale << "1.234" << 1.234 << "1" + mark + "234";
+            row("whole") << locale << "1500" << 1500.0 << "1500";
+            row("two marks") << locale << "1.2,3" << 1.23
+                             << "1" + mark + "23"; // the second mark is not taken
+        }
+    }
+    void commaAndPointAreTheSameDecimalMark()
+    {
+        QFETCH(QString, locale);
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        NumberBox box(-10000.0, 10000.0, 3);
+        box.setLocale(QLocale(locale));
+        box.show();
+        box.selectAll();
+        QTest::keyClicks(&box, typed);
+        QTest::keyClick(&box, Qt::Key_Return);
+        QTEST(box.value(), "value");
+        QCOMPARE(box.text(), shown);
+    }
+
+    void numbersOutOfRangeAreNotTaken()
+    {
+        NumberBox box(0.0, 10.0, 2);
+        box.setValue(1.0);
+        box.selectAll();
+        QTest::keyClicks(&box, "11.999x");
+        QTest::keyClick(&box, Qt::Key_Return);
+        QVERIFY2(box.value() <= 10.0, qPrintable(box.text()));
+        QCOMPARE(box.cleanText().toDouble(), box.value());
+    }
+
+    void theDialogSaysWhatAResizeDoes()
+    {
+        QLocale::setDefault(QLocale("de_DE"));
+        HostSettings values;
+        SettingsDialog dialog(values);
+        auto *meaning = dialog.findChild<QLabel *>("ResizeMeaning");
+        QCOMPARE(meaning->text(), QString("Features keep their size."));
+        auto *resize = dialog.findChild<NumberBox *>("Resize");
+        resize->selectAll();
+        QTest::keyClicks(resize, "12.5");
+        QVERIFY2(meaning->text().contains("grow features by 12,5 "), qPrintable(meaning->text()));
+        QVERIFY2(meaning->text().contains("6,25 "), qPrintable(meaning->text()));
+        QCOMPARE(dialog.values().resize, 12.5);
+        resize->setValue(-2.0);
+        for (QComboBox *unit : dialog.findChildren<QComboBox *>())
+            unit->setCurrentText("mm");
+        QVERIFY2(meaning->text().contains("shrink features by 2.000 "), qPrintable(meaning->text()));
+        QLocale::setDefault(QLocale::c());
     }
 
     void jobsAreTheFoldersWithAMatrix()

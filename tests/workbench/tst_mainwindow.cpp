@@ -5,10 +5,17 @@
 #include "workbench/logcollector.h"
 #include "workbench/logpane.h"
 #include "workbench/mainwindow.h"
+#include "workbench/windowplacer.h"
 
+#include <QAction>
 #include <QDialog>
 #include <QDirIterator>
+#include <QLabel>
+#include <QListWidget>
+#include <QScreen>
 #include <QStatusBar>
+#include <QTableWidget>
+#include <QWindow>
 #include <QtTest>
 
 namespace {
@@ -46,6 +53,21 @@ private:
     void addJob(const QString &name)
     {
         QVERIFY(copyFolder(SAMPLE_JOBS "/beacon", folder.filePath("job/" + name)));
+    }
+
+    // The name of the layer in the row `row` of the open job's matrix.
+    static QString layerName(MainWindow &window, int row)
+    {
+        return window.findChild<LayerPanel *>()->findChild<QTableWidget *>()->item(row, 0)->text();
+    }
+    void renameFirstLayer()
+    {
+        QFile matrix(folder.filePath("job/beacon/matrix/matrix"));
+        QVERIFY(matrix.open(QIODevice::ReadWrite));
+        const QByteArray text = matrix.readAll().replace("NAME=STACKUP", "NAME=RENAMED");
+        matrix.resize(0);
+        matrix.seek(0);
+        matrix.write(text);
     }
 
 private slots:
@@ -145,6 +167,87 @@ private slots:
         window.refreshJobs();
         QCOMPARE(window.openJobName(), QString());
         QCOMPARE(window.findChild<LayerPanel *>()->layerCount(), 0);
+    }
+
+    void openJobIsReadAgain_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("F5") << true;
+        QTest::newRow("click on the open job") << false;
+    }
+    void openJobIsReadAgain()
+    {
+        QFETCH(bool, byKey);
+        addJob("beacon");
+        MainWindow window(log);
+        window.show();
+        window.openJob("beacon");
+        auto *layers = window.findChild<LayerPanel *>();
+        QVERIFY(window.chooseStep("panel"));
+        QVERIFY(layers->chooseLayer("GND"));
+        QStringList names;
+        for (int row = 0; row < layers->layerCount(); ++row)
+            names << layerName(window, row);
+        QVERIFY(names.contains("STACKUP"));
+        renameFirstLayer();
+        if (byKey) {
+            for (QAction *action : window.findChildren<QAction *>()) {
+                if (action->shortcut() == QKeySequence(QKeySequence::Refresh))
+                    action->trigger();
+            }
+        } else {
+            auto *list = window.findChild<QListWidget *>();
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                              list->visualItemRect(list->item(0)).center());
+        }
+        names.replaceInStrings("STACKUP", "RENAMED");
+        for (int row = 0; row < layers->layerCount(); ++row)
+            QCOMPARE(layerName(window, row), names[row]);
+        QCOMPARE(layers->currentStep().toLower(), QString("panel"));
+        QCOMPARE(QString::fromStdString(layers->currentLayer()->name), QString("GND"));
+        QTRY_VERIFY_WITH_TIMEOUT(!window.isReadingLayer(), 20000);
+    }
+
+    void resizeOfTheSettingsIsSeen()
+    {
+        MainWindow plain(log);
+        plain.addPlugins();
+        QVERIFY(plain.findChild<QLabel *>("ResizeStatus")->isHidden());
+        QVERIFY(folder.write("oxconfig.ini", "[Resize]\nvalue=-3\nunit=um\n"));
+        MainWindow window(log);
+        window.addPlugins();
+        auto *status = window.findChild<QLabel *>("ResizeStatus");
+        QVERIFY(!status->isHidden());
+        QVERIFY2(status->text().contains("shrink features by 3 "), qPrintable(status->text()));
+        QVERIFY(QFile::remove("oxconfig.ini"));
+    }
+
+    void windowsArePlacedOnTheScreen()
+    {
+        const QRect screen(100, 50, 1024, 600);
+        QCOMPARE(WindowPlacer::placed({400, 300}, {200, 100, 800, 500}, screen), QRect(400, 200, 400, 300));
+        QCOMPARE(WindowPlacer::placed({1200, 900}, {200, 100, 800, 500}, screen), screen);
+        // Over a window at the edge they stay on the screen.
+        QVERIFY(screen.contains(WindowPlacer::placed({500, 400}, {1000, 500, 800, 500}, screen)));
+        QVERIFY(screen.contains(WindowPlacer::placed({500, 400}, {-300, -300, 350, 350}, screen)));
+    }
+
+    void windowOfAPluginBelongsToTheMainWindow()
+    {
+        MainWindow window(log);
+        window.keepToScreen();
+        window.show();
+        QWidget plugins;
+        plugins.resize(4000, 3000);
+        plugins.show();
+        QVERIFY(plugins.windowHandle()->transientParent() == window.windowHandle());
+        QVERIFY(window.windowHandle()->screen()->availableGeometry().contains(plugins.geometry()));
+        // What a plug-in has put somewhere stays there.
+        QWidget corner;
+        corner.resize(50, 50);
+        corner.move(3, 4);
+        corner.show();
+        QCOMPARE(corner.pos(), QPoint(3, 4));
     }
 
     void unreadableMatrixIsReportedInTheWindowAndTheLog()

@@ -29,6 +29,12 @@ QString exportedFile(const QString &folder, const QString &layer, const QString 
     return folder + "/" + (layer + format).toLower();
 }
 
+// "1 file", "2 files".
+QString counted(qint64 number, const char *what)
+{
+    return QString("%1 %2%3").arg(number).arg(what, number == 1 ? "" : "s");
+}
+
 QString seconds(const QElapsedTimer &timer)
 {
     return QString::number(double(timer.elapsed()) / 1000.0, 'f', 1) + " s";
@@ -58,10 +64,9 @@ int BatchRun::run()
         for (const QString &format : m_options.formats)
             exportJob(format);
     }
-    m_print(QString("%1 files, %2 bytes, %3")
-                .arg(m_written.files)
-                .arg(m_written.bytes)
-                .arg(m_failures == 0 ? QString("no failure") : QString("%1 failures").arg(m_failures)));
+    m_print(QString("%1, %2, %3")
+                .arg(counted(m_written.files, "file"), counted(m_written.bytes, "byte"),
+                     m_failures == 0 ? QString("no failure") : counted(m_failures, "failure")));
     return m_failures == 0 && m_written.files > 0 ? 0 : 1;
 }
 
@@ -259,7 +264,8 @@ bool BatchRun::waitFor(const std::function<bool()> &condition)
             return false;
         QEventLoop loop;
         QTimer::singleShot(10, &loop, &QEventLoop::quit);
-        loop.exec();
+        if (loop.exec() != 0)
+            return false; // the program is about to end
     }
     return true;
 }

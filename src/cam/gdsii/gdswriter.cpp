@@ -8,13 +8,13 @@
 #include "cam/gdsii/records.h"
 #include "cam/model/work.h"
 #include "cam/polygon/drawing.h"
-#include "cam/polygon/neighbourhood.h"
+#include "cam/polygon/layerarea.h"
 #include "cam/polygon/surfacepolygons.h"
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <set>
-#include <tuple>
 
 namespace cam {
 
@@ -49,6 +49,7 @@ public:
         m_places.push_back({m_blocks.size() - 1, static_cast<std::uint32_t>(block.size()),
                             static_cast<std::uint32_t>(ring.size())});
         block.insert(block.end(), ring.begin(), ring.end());
+        m_extent.add(ring);
         return static_cast<std::uint32_t>(m_places.size() - 1);
     }
     void rings(std::uint32_t item, std::vector<GridRing> &rings) override { rings.push_back(ring(item)); }
@@ -59,6 +60,7 @@ public:
         return {begin, begin + place.size};
     }
     std::size_t size() const { return m_places.size(); }
+    const GridBox &extent() const { return m_extent; }
 
 private:
     static constexpr std::size_t blockSize = 65536; // points
@@ -70,6 +72,7 @@ private:
     };
     std::vector<std::vector<GridPoint>> m_blocks;
     std::deque<Place> m_places;
+    GridBox m_extent;
 };
 
 class Writer
@@ -84,7 +87,6 @@ private:
     void writeStep(const StepVariant &variant);
     void writeChildren(const StepImage &step, const Transform &map);
     void writeCopies(const StepRepeat &repeat, const Transform &map, const std::string &name);
-    std::vector<bool> findPainted(const FeatureSet &features, FeatureDrawing &drawing);
     void writeSymbols(const FeatureSet &features, FeatureDrawing &drawing,
                       const std::vector<bool> &isPainted);
     void writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
@@ -92,19 +94,11 @@ private:
     void writeSurface(const Feature &feature, FeatureDrawing &drawing, double work);
     void writePads(std::vector<std::vector<GridPoint>> &places);
     void writeNegative();
-    void addNegativeBase(StoredPolygons &polygons);
     void writeProfile();
-    void takePolygons(std::uint32_t step, const Transform &map, StoredPolygons &taken);
 
     std::uint32_t variantNumber(std::uint32_t step, const Transform &map);
     std::string uniqueName(const std::string &wanted);
     void boundary(const GridRing &ring);
-
-    // `more` work has been done; reports after a hundredth of a percent, and at least every thousand
-    // features.
-    void advance(double more);
-    // Reports what is done and `underWay` besides it.
-    void report(double underWay) { m_options.report((m_workDone + underWay) / m_workInAll); }
 
     const LayerImage &m_image;
     const ExportOptions &m_options;
@@ -116,11 +110,9 @@ private:
     DrawnSymbols m_symbols;
     std::vector<std::string> m_symbolNames; // by drawn symbol; empty until its structure is in the file
     std::vector<StepVariant> m_steps;       // children before parents
-    std::map<std::tuple<std::uint32_t, double, double, double, double>, std::uint32_t> m_stepNumbers;
+    std::map<std::pair<std::uint32_t, LinearPart>, std::uint32_t> m_stepNumbers;
     std::set<std::string> m_names;
-    double m_workDone = 0.0; // in lines drawn
-    double m_workReported = 0.0;
-    double m_workInAll = 1.0;
+    WorkProgress m_progress;
 };
 
 } // namespace
@@ -140,7 +132,7 @@ double unitOf(const ExportOptions &options)
 Writer::Writer(const LayerImage &image, const ExportOptions &options)
     : m_image(image), m_options(options), m_map(exportTransform(options, image.datum)), m_file(options.file),
       m_records(m_file), m_layer(std::clamp(image.row, 0, 32767)),
-      m_symbols(image, Grid(unitOf(options) * 1000.0), mostCorners)
+      m_symbols(image, Grid(unitOf(options) * 1000.0), mostCorners), m_progress(options.report, 1.0)
 {
     std::copy(std::begin(image.saved), std::end(image.saved), std::begin(m_date.fields));
 }
@@ -162,15 +154,6 @@ void Writer::write()
     m_options.report(1.0);
 }
 
-void Writer::advance(double more)
-{
-    m_workDone += more;
-    if (m_workDone - m_workReported < std::min(1000.0, m_workInAll * 1e-4))
-        return;
-    m_workReported = m_workDone;
-    report(0.0);
-}
-
 // Strokes along arcs of some metres have more corners than a boundary may have.
 void Writer::boundary(const GridRing &ring)
 {
@@ -179,7 +162,7 @@ void Writer::boundary(const GridRing &ring)
     emitArea(
         {ring}, mostCorners,
         [this](const GridRing &part) { m_records.boundary(part, m_layer, geometryType); },
-        [this](double) { report(0.0); });
+        [this](double) { m_progress.report(); });
 }
 
 std::string Writer::uniqueName(const std::string &wanted)
@@ -194,14 +177,14 @@ std::string Writer::uniqueName(const std::string &wanted)
 
 std::uint32_t Writer::variantNumber(std::uint32_t step, const Transform &map)
 {
-    return m_stepNumbers.at({step, map.xx + 0.0, map.xy + 0.0, map.yx + 0.0, map.yy + 0.0});
+    return m_stepNumbers.at({step, LinearPart(map)});
 }
 
 // Children are drawn about the origin of their own coordinates; only the exported step keeps the map's
 // offset.
 void Writer::planSteps(std::uint32_t step, const Transform &map)
 {
-    const std::tuple key(step, map.xx + 0.0, map.xy + 0.0, map.yx + 0.0, map.yy + 0.0);
+    const auto key = std::make_pair(step, LinearPart(map));
     if (m_stepNumbers.count(key) != 0)
         return;
     const StepImage &image = m_image.steps[step];
@@ -214,7 +197,7 @@ void Writer::planSteps(std::uint32_t step, const Transform &map)
     const std::string name = gdsii::legalName(image.name);
     m_stepNumbers.emplace(key, static_cast<std::uint32_t>(m_steps.size()));
     m_steps.push_back({step, map, isTop ? name : uniqueName(name)});
-    m_workInAll += workOf(image.features);
+    m_progress.expect(workOf(image.features));
 }
 
 void Writer::writeSteps()
@@ -227,7 +210,8 @@ void Writer::writeStep(const StepVariant &variant)
 {
     const StepImage &step = m_image.steps[variant.step];
     FeatureDrawing drawing(m_symbols, step.features, variant.map, m_options.resize);
-    const std::vector<bool> isPainted = findPainted(step.features, drawing);
+    // Negative features and what they reach are written as the area that is left, not feature by feature.
+    const std::vector<bool> isPainted = drawing.reachedByNegatives([this] { m_progress.report(); });
     writeSymbols(step.features, drawing, isPainted);
     m_records.beginStructure(variant.name, m_date);
     writeFeatures(step.features, drawing, isPainted);
@@ -235,30 +219,6 @@ void Writer::writeStep(const StepVariant &variant)
     if (variant.step + 1 == m_image.steps.size() && m_options.profileOnTop)
         writeProfile();
     m_records.endStructure();
-}
-
-// Negative features and what they meet: written as the area that is left, not feature by feature. Empty for
-// none.
-std::vector<bool> Writer::findPainted(const FeatureSet &features, FeatureDrawing &drawing)
-{
-    if (features.negativeCount == 0)
-        return {};
-    const auto count = static_cast<std::uint32_t>(features.order.size());
-    std::vector<GridBox> boxes(count);
-    std::vector<GridBox> negativeBoxes;
-    for (std::uint32_t i = 0; i < count; ++i) {
-        if (i % 1024 == 0)
-            report(0.0);
-        boxes[i] = drawing.box(i);
-        if (features.order[i].polarity == Polarity::Negative)
-            negativeBoxes.push_back(boxes[i]);
-    }
-    const Neighbourhood negatives(negativeBoxes);
-    report(0.0);
-    std::vector<bool> isPainted(count);
-    for (std::uint32_t i = 0; i < count; ++i)
-        isPainted[i] = features.order[i].polarity == Polarity::Negative || negatives.mayTouch(boxes[i]);
-    return isPainted;
 }
 
 // The structures of the symbols that pads refer to, as far as they are not in the file yet.
@@ -298,7 +258,7 @@ void Writer::writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
         if (!isPainted.empty() && isPainted[i]) {
             painted.paint(i, feature.polarity, drawing.box(i), drawing.corners(i));
             paintedWork += work * (1.0 - walkShare);
-            advance(work * walkShare);
+            m_progress.advance(work * walkShare);
             continue;
         }
         if (feature.kind == FeatureKind::Pad)
@@ -307,10 +267,10 @@ void Writer::writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
             writeSurface(feature, drawing, work);
         else
             drawing.stroke(feature, emit);
-        advance(work);
+        m_progress.advance(work);
     }
-    painted.resolve(emit, [&](double share) { report(paintedWork * share); });
-    advance(paintedWork);
+    painted.resolve(emit, [&](double share) { m_progress.report(paintedWork * share); });
+    m_progress.advance(paintedWork);
     writePads(places);
 }
 
@@ -320,7 +280,7 @@ void Writer::writeSurface(const Feature &feature, FeatureDrawing &drawing, doubl
     drawing.surface(feature, rings);
     emitArea(
         std::move(rings), mostCorners, [this](const GridRing &ring) { boundary(ring); },
-        [this, work](double share) { report(work * share); });
+        [this, work](double share) { m_progress.report(work * share); });
 }
 
 // `places`: by drawn symbol.
@@ -329,7 +289,7 @@ void Writer::writePads(std::vector<std::vector<GridPoint>> &places)
     for (std::size_t number = 0; number < places.size(); ++number) {
         if (m_symbolNames[number].empty())
             continue;
-        report(0.0);
+        m_progress.report();
         for (const gdsii::Placement &group : gdsii::groupPlaces(std::move(places[number]))) {
             if (group.columns == 1 && group.rows == 1)
                 m_records.reference(m_symbolNames[number], group.at);
@@ -387,54 +347,24 @@ void Writer::writeProfile()
         [this](const GridRing &ring) { m_records.boundary(ring, m_layer, profileType); }, [](double) {});
 }
 
-// Everything that a step darkens, its nested steps included, as polygons.
-void Writer::takePolygons(std::uint32_t step, const Transform &map, StoredPolygons &taken)
-{
-    const StepImage &image = m_image.steps[step];
-    const FeatureSet &features = image.features;
-    FeatureDrawing drawing(m_symbols, features, map, m_options.resize);
-    const auto count = static_cast<std::uint32_t>(features.order.size());
-    const auto take = [&taken](const GridRing &ring) { taken.add(ring); };
-    PaintedArea painted(drawing, mostCorners);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        if (features.negativeCount == 0) {
-            std::vector<GridRing> rings;
-            drawing.rings(i, rings);
-            const double work = workOf(features, features.order[i]);
-            emitArea(std::move(rings), mostCorners, take, [&](double share) { report(work * share); });
-        } else {
-            painted.paint(i, features.order[i].polarity, drawing.box(i), drawing.corners(i));
-        }
-        advance(workOf(features, features.order[i]));
-    }
-    painted.resolve(take, [this](double) { report(0.0); });
-    for (const StepRepeat &repeat : image.repeats) {
-        const Transform first = placement(repeat).then(map);
-        for (std::uint32_t j = 0; j < repeat.ny; ++j) {
-            for (std::uint32_t i = 0; i < repeat.nx; ++i) {
-                Transform copy = first;
-                copy.offset = first.offset + map.linear({repeat.dx * i, repeat.dy * j});
-                takePolygons(repeat.step, copy, taken);
-            }
-        }
-    }
-}
-
 void Writer::writeNegative()
 {
     constexpr double takingShare = 0.3; // of the work
-    const auto top = static_cast<std::uint32_t>(m_image.steps.size() - 1);
-    const double taking = 1.0 + workOf(m_image, m_image.top());
-    m_workInAll = taking / takingShare;
+    const double taking = workOf(m_image, m_image.top());
+    const double resolving = (1.0 + taking) / takingShare - taking;
+    m_progress.expect(taking + resolving);
     StoredPolygons polygons;
-    takePolygons(top, m_map, polygons);
+    const auto store = [&polygons](const GridRing &ring) { polygons.add(ring); };
+    LayerArea area(m_symbols, m_map, m_options.resize, m_progress);
+    area.polygons(store);
     const auto takenCount = static_cast<std::uint32_t>(polygons.size());
-    addNegativeBase(polygons);
+    emitArea(area.negativeBase(polygons.extent()), mostCorners, store,
+             [this](double) { m_progress.report(); });
 
     PaintedArea painted(polygons, mostCorners);
     const auto paint = [&](std::uint32_t i, Polarity polarity) {
         if (i % 1024 == 0)
-            report(0.0);
+            m_progress.report();
         GridBox box;
         const GridRing ring = polygons.ring(i);
         box.add(ring);
@@ -446,32 +376,10 @@ void Writer::writeNegative()
         paint(i, Polarity::Negative);
     m_records.beginStructure(gdsii::legalName(m_image.top().name), m_date);
     painted.resolve([this](const GridRing &ring) { boundary(ring); },
-                    [this, taking](double share) { report((m_workInAll - taking) * share); });
+                    [&](double share) { m_progress.report(resolving * share); });
     if (m_options.profileOnTop)
         writeProfile();
     m_records.endStructure();
-}
-
-// What a negative is cut out of: the profile, or the extent of the polygons so far.
-void Writer::addNegativeBase(StoredPolygons &polygons)
-{
-    std::vector<GridRing> base;
-    contourRings(m_image.profile, m_map, m_symbols.grid(), base);
-    if (base.empty()) {
-        GridBox extent;
-        for (std::uint32_t i = 0; i < polygons.size(); ++i) {
-            if (i % 1024 == 0)
-                report(0.0);
-            extent.add(polygons.ring(i));
-        }
-        if (extent.isEmpty())
-            return;
-        base.push_back(
-            {extent.low, {extent.high.x, extent.low.y}, extent.high, {extent.low.x, extent.high.y}});
-    }
-    emitArea(
-        std::move(base), mostCorners, [&polygons](const GridRing &ring) { polygons.add(ring); },
-        [this](double) { report(0.0); });
 }
 
 } // namespace

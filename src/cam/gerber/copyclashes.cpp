@@ -60,8 +60,7 @@ bool CopyClashes::clashesAmongCopies(std::uint32_t step, const Transform &map, s
 
 const CopyClashes::Variant &CopyClashes::variantOf(std::uint32_t step, const Transform &map)
 {
-    // -0.0 and 0.0 are the same map.
-    const std::tuple key(step, map.xx + 0.0, map.xy + 0.0, map.yx + 0.0, map.yy + 0.0);
+    const auto key = std::make_pair(step, LinearPart(map));
     const auto known = m_variants.find(key);
     if (known != m_variants.end())
         return known->second;

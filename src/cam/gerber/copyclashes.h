@@ -7,7 +7,6 @@
 
 #include <map>
 #include <memory>
-#include <tuple>
 #include <vector>
 
 namespace cam {
@@ -45,7 +44,7 @@ private:
     DrawnSymbols &m_drawn;
     double m_growth;
     bool m_isNeeded; // a nested step has negative features
-    std::map<std::tuple<std::uint32_t, double, double, double, double>, Variant> m_variants;
+    std::map<std::pair<std::uint32_t, LinearPart>, Variant> m_variants;
     std::vector<Painted> m_painted;
 };
 

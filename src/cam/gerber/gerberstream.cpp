@@ -138,6 +138,14 @@ void GerberStream::arcFromHere(GridPoint end, GridPoint center, bool clockwise)
     m_file.write("D01*\n");
 }
 
+void GerberStream::edge(const GridEdge &edge)
+{
+    if (edge.kind == EdgeKind::Line)
+        lineTo(edge.end);
+    else
+        arcTo(edge.end, edge.center, edge.kind == EdgeKind::ArcClockwise);
+}
+
 void GerberStream::flash(GridPoint at)
 {
     coordinates(at);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "cam/base/outputfile.h"
-#include "cam/polygon/gridpolygon.h"
+#include "cam/gerber/gridoutline.h"
 
 #include <cstdint>
 #include <string>
@@ -35,6 +35,8 @@ public:
     void lineTo(GridPoint end);
     // From the current point about `center`; one that ends where it starts is a full circle, in two halves.
     void arcTo(GridPoint end, GridPoint center, bool clockwise);
+    // From the current point along `edge`.
+    void edge(const GridEdge &edge);
     void flash(GridPoint at);
 
     void beginRegion();

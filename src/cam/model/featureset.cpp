@@ -1,5 +1,7 @@
 #include "cam/model/featureset.h"
 
+#include <functional>
+
 namespace cam {
 
 namespace {
@@ -22,6 +24,23 @@ Transform placement(const Pad &pad)
     if (pad.mirror)
         map = map.then(Transform::mirrorX());
     return map.then(Transform::translation(pad.at));
+}
+
+PadKey::PadKey(const Pad &pad, Polarity padPolarity)
+    : angle(pad.angle), growth(pad.growth), symbol(pad.symbol), mirror(pad.mirror), polarity(padPolarity)
+{
+}
+
+bool PadKey::operator==(const PadKey &other) const
+{
+    return angle == other.angle && growth == other.growth && symbol == other.symbol &&
+           mirror == other.mirror && polarity == other.polarity;
+}
+
+std::size_t PadKeyHash::operator()(const PadKey &key) const
+{
+    const std::size_t hash = std::hash<double>()(key.angle) * 31 + std::hash<double>()(key.growth);
+    return (hash * 31 + key.symbol) * 4 + (key.mirror ? 2 : 0) + static_cast<std::size_t>(key.polarity);
 }
 
 void FeatureSet::add(const Line &line, Polarity polarity)

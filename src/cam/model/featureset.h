@@ -61,6 +61,23 @@ struct Surface
 // The map from a symbol's own coordinates to the layer's.
 Transform placement(const Pad &pad);
 
+// All that pads have in common that look alike: everything but the position. A key of tables.
+struct PadKey
+{
+    PadKey(const Pad &pad, Polarity padPolarity);
+    bool operator==(const PadKey &other) const;
+
+    double angle, growth;
+    std::uint32_t symbol;
+    bool mirror;
+    Polarity polarity;
+};
+
+struct PadKeyHash
+{
+    std::size_t operator()(const PadKey &key) const;
+};
+
 // Texts and barcodes are lines, pads and surfaces here: the reader has drawn them.
 struct FeatureSet
 {

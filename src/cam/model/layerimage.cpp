@@ -12,6 +12,11 @@ Transform placement(const StepRepeat &repeat)
     return map.then(Transform::translation(repeat.at));
 }
 
+Transform placement(const StepRepeat &repeat, std::uint32_t column, std::uint32_t row)
+{
+    return placement(repeat).then(Transform::translation({repeat.dx * column, repeat.dy * row}));
+}
+
 Transform exportTransform(const ExportOptions &options, Point datum)
 {
     Transform map = Transform::translation(-datum).then(Transform::scaling(options.xScale, options.yScale));

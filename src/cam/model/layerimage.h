@@ -41,8 +41,9 @@ struct StepRepeat
     Point childDatum;          // the child's datum in the child's own coordinates
 };
 
-// The map from the child's coordinates to the parent's for the first copy.
+// The map from the child's coordinates to the parent's for the first copy, and for copy (column, row).
 Transform placement(const StepRepeat &repeat);
+Transform placement(const StepRepeat &repeat, std::uint32_t column, std::uint32_t row);
 
 struct StepImage
 {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace cam {
@@ -102,6 +103,21 @@ struct Transform
     // The scale of lengths, where keepsCircles().
     double scale() const;
     bool isIdentity() const { return xx == 1.0 && xy == 0.0 && yx == 0.0 && yy == 1.0 && offset == Point{}; }
+};
+
+// The linear part of a map as a key of tables: maps that differ in their offset, or in the sign of a zero,
+// are equal.
+class LinearPart
+{
+public:
+    explicit LinearPart(const Transform &map)
+        : m_entries{map.xx + 0.0, map.xy + 0.0, map.yx + 0.0, map.yy + 0.0}
+    {
+    }
+    friend bool operator<(const LinearPart &a, const LinearPart &b) { return a.m_entries < b.m_entries; }
+
+private:
+    std::array<double, 4> m_entries; // -0.0 + 0.0 is 0.0
 };
 
 } // namespace cam

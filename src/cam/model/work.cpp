@@ -1,5 +1,7 @@
 #include "cam/model/work.h"
 
+#include <algorithm>
+
 namespace cam {
 
 double workOf(const FeatureSet &features, const Feature &feature)
@@ -27,6 +29,20 @@ double workOf(const LayerImage &image, const StepImage &step)
     for (const StepRepeat &repeat : step.repeats)
         sum += static_cast<double>(repeat.nx) * repeat.ny * workOf(image, image.steps[repeat.step]);
     return sum;
+}
+
+void WorkProgress::advance(double more)
+{
+    m_done += more;
+    if (m_done - m_reported < std::min(1000.0, m_expected * 1e-4))
+        return;
+    m_reported = m_done;
+    report();
+}
+
+void WorkProgress::report(double underWay) const
+{
+    m_report(m_expected > 0.0 ? std::min(1.0, (m_done + underWay) / m_expected) : 1.0);
 }
 
 } // namespace cam

@@ -2,6 +2,7 @@
 
 #include "cam/model/flatten.h"
 #include "cam/polygon/clipping.h"
+#include "cam/polygon/neighbourhood.h"
 #include "cam/polygon/surfacepolygons.h"
 
 #include <algorithm>
@@ -14,6 +15,9 @@ namespace {
 
 // Where growing needs a grid of its own, before the map: fine enough not to be seen in the output.
 constexpr double growthGrid = 1.0 / 8.0; // nanometres
+
+// How often progress is reported while features are walked.
+constexpr std::uint32_t reportInterval = 1000;
 
 double toleranceUnder(const Transform &map)
 {
@@ -82,8 +86,7 @@ void contourRings(const ContourPool &pool, const Transform &map, const Grid &gri
 
 bool DrawnSymbols::Key::operator<(const Key &other) const
 {
-    return std::tie(symbol, xx, xy, yx, yy, growth) <
-           std::tie(other.symbol, other.xx, other.xy, other.yx, other.yy, other.growth);
+    return std::tie(symbol, map, growth) < std::tie(other.symbol, other.map, other.growth);
 }
 
 DrawnSymbols::DrawnSymbols(const LayerImage &image, Grid grid, std::size_t mostCorners)
@@ -99,9 +102,7 @@ std::uint32_t DrawnSymbols::number(std::uint32_t symbol, const Transform &map, d
     const bool isRound = source.standard && source.standard->kind == SymbolKind::Round;
     if (isRound && linear.keepsCircles())
         linear = Transform::scaling(linear.scale(), linear.scale());
-    // -0.0 and 0.0 are the same map.
-    const Key key = {symbol,          linear.xx + 0.0, linear.xy + 0.0,
-                     linear.yx + 0.0, linear.yy + 0.0, growth + 0.0};
+    const Key key = {symbol, LinearPart(linear), growth};
     const auto known = m_numbers.find(key);
     if (known != m_numbers.end())
         return known->second;
@@ -142,10 +143,7 @@ DrawnSymbol DrawnSymbols::draw(const Symbol &symbol, const Transform &map, doubl
         }
         return drawn;
     }
-    PaintedArea area(features, m_mostCorners);
-    for (std::uint32_t i = 0; i < count; ++i)
-        area.paint(i, symbol.features->order[i].polarity, features.box(i), features.corners(i));
-    area.resolve(keep, [](double) {});
+    features.resolve(keep, [](double) {});
     return drawn;
 }
 
@@ -223,7 +221,7 @@ GridPoint FeatureDrawing::padPosition(const Feature &feature) const
 std::uint32_t FeatureDrawing::padSymbol(const Feature &feature)
 {
     const Pad &pad = m_features.pads[feature.index];
-    const PadKey key = {pad.angle, pad.growth, pad.symbol, pad.mirror, feature.polarity};
+    const PadKey key(pad, feature.polarity);
     const auto known = m_padSymbols.find(key);
     if (known != m_padSymbols.end())
         return known->second;
@@ -264,6 +262,42 @@ void FeatureDrawing::rings(std::uint32_t item, std::vector<GridRing> &rings)
     case FeatureKind::Surface:
         return surface(feature, rings);
     }
+}
+
+std::vector<bool> FeatureDrawing::reachedByNegatives(const std::function<void()> &report)
+{
+    if (m_features.negativeCount == 0)
+        return {};
+    const auto count = static_cast<std::uint32_t>(m_features.order.size());
+    std::vector<GridBox> boxes(count);
+    std::vector<GridBox> negativeBoxes;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (i % reportInterval == 0)
+            report();
+        boxes[i] = box(i);
+        if (m_features.order[i].polarity == Polarity::Negative)
+            negativeBoxes.push_back(boxes[i]);
+    }
+    const Neighbourhood negatives(negativeBoxes);
+    report();
+    std::vector<bool> isReached(count);
+    for (std::uint32_t i = 0; i < count; ++i)
+        isReached[i] = m_features.order[i].polarity == Polarity::Negative || negatives.mayTouch(boxes[i]);
+    return isReached;
+}
+
+void FeatureDrawing::resolve(const std::function<void(const GridRing &)> &polygon,
+                             const std::function<void(double)> &report)
+{
+    constexpr double walkShare = 0.2;
+    const auto count = static_cast<std::uint32_t>(m_features.order.size());
+    PaintedArea area(*this, m_symbols.mostCorners());
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (i % reportInterval == 0)
+            report(walkShare * i / count);
+        area.paint(i, m_features.order[i].polarity, box(i), corners(i));
+    }
+    area.resolve(polygon, [&report](double share) { report(walkShare + (1.0 - walkShare) * share); });
 }
 
 namespace {

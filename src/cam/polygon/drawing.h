@@ -7,8 +7,9 @@
 #include "cam/polygon/paintedarea.h"
 
 #include <deque>
+#include <functional>
 #include <map>
-#include <optional>
+#include <memory>
 #include <unordered_map>
 
 namespace cam {
@@ -52,7 +53,8 @@ private:
     struct Key
     {
         std::uint32_t symbol;
-        double xx, xy, yx, yy, growth;
+        LinearPart map;
+        double growth;
         bool operator<(const Key &other) const;
     };
     const LayerImage &m_image;
@@ -85,6 +87,14 @@ public:
     // The contours of a surface, as they are: islands counter-clockwise, holes clockwise.
     void surface(const Feature &feature, std::vector<GridRing> &rings);
 
+    // What negative features may reach, these included: by item. Empty where there are no negative features.
+    // `report` is called at least every thousand features.
+    std::vector<bool> reachedByNegatives(const std::function<void()> &report);
+    // The area that all features, painted in their order, leave dark: polygons without holes. `report` takes
+    // the share that is done, 0 to 1, and may throw to cancel.
+    void resolve(const std::function<void(const GridRing &)> &polygon,
+                 const std::function<void(double)> &report);
+
 private:
     double growthOf(const Feature &feature) const
     {
@@ -93,29 +103,6 @@ private:
     Pen &pen(std::uint32_t symbol, Polarity polarity);
     double penReach(std::uint32_t symbol, double growth);
     GridBox mappedBox(const Box &box) const;
-
-    struct PadKey
-    {
-        double angle;
-        double growth;
-        std::uint32_t symbol;
-        bool mirror;
-        Polarity polarity;
-        bool operator==(const PadKey &other) const
-        {
-            return angle == other.angle && growth == other.growth && symbol == other.symbol &&
-                   mirror == other.mirror && polarity == other.polarity;
-        }
-    };
-    struct PadKeyHash
-    {
-        std::size_t operator()(const PadKey &key) const
-        {
-            const std::size_t hash = std::hash<double>()(key.angle) * 31 + std::hash<double>()(key.growth);
-            return (hash * 31 + key.symbol) * 4 + (key.mirror ? 2 : 0) +
-                   static_cast<std::size_t>(key.polarity);
-        }
-    };
 
     DrawnSymbols &m_symbols;
     const FeatureSet &m_features;

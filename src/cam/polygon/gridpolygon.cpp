@@ -35,6 +35,13 @@ void GridBox::add(const GridRing &ring)
     high = most;
 }
 
+GridBox GridBox::moved(GridPoint by) const
+{
+    if (isEmpty())
+        return *this;
+    return {{low.x + by.x, low.y + by.y}, {high.x + by.x, high.y + by.y}};
+}
+
 void Grid::round(const Point *corners, std::size_t count, const Transform &map, GridRing &ring) const
 {
     ring.resize(count);

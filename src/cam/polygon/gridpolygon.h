@@ -47,6 +47,10 @@ struct GridBox
     }
     void add(const GridBox &other);
     void add(const GridRing &ring);
+    // The same box elsewhere; an empty one stays empty.
+    GridBox moved(GridPoint by) const;
+    // Its four corners, counter-clockwise.
+    GridRing ring() const { return {low, {high.x, low.y}, high, {low.x, high.y}}; }
     bool touches(const GridBox &other) const
     {
         return low.x <= other.high.x && other.low.x <= high.x && low.y <= other.high.y &&

@@ -1,7 +1,4 @@
-// The Import command: lets the user choose files, unpacks the job archives among them, and tells the job list
-// about every file that was taken in.
-
-#include "plugin/fileprocess.h"
+#include "import/importcommand.h"
 
 #include "platform/paths.h"
 #include "run/backgroundturn.h"
@@ -24,7 +21,7 @@ bool isJobArchive(const QString &path)
 }
 
 // C:/jobs/a.b.tgz is the archive of the job a.b.
-QString jobName(const QString &path)
+QString jobNameOf(const QString &path)
 {
     const int begin = path.lastIndexOf('/') + 1;
     return path.mid(begin, path.lastIndexOf('.') - begin);
@@ -32,48 +29,54 @@ QString jobName(const QString &path)
 
 } // namespace
 
-void FileProcess::on_ImportACT_clicked()
+ImportCommand::ImportCommand(const ImportPlugin &plugin) : m_plugin(plugin) {}
+
+void ImportCommand::run() const
 {
     // The progress windows keep the user from asking now, but not other plug-ins.
     if (!BackgroundTurn::isFreeFor("the import"))
         return;
-    // Whatever handles events below may destroy this object and its windows.
-    const QPointer<FileProcess> self(this);
-    const QPointer<QFileDialog> dialog = new QFileDialog(m_importParent, QString(), QString(), QString());
+    const QStringList files = chooseFiles();
+    for (const QString &file : files) {
+        if (!m_plugin.isAlive())
+            return;
+        takeIn(file);
+    }
+}
+
+// Empty when the dialog was cancelled.
+QStringList ImportCommand::chooseFiles() const
+{
+    // The dialog stays with its parent, which may delete it while it is open.
+    const QPointer<QFileDialog> dialog =
+        new QFileDialog(m_plugin.dialogParent(), QString(), QString(), QString());
     dialog->setWindowTitle(tr("Import"));
     dialog->setNameFilter(tr("ODB++") + "(*.tgz);;" + "gds file(*.gds);;gerber274x(*.gerber)");
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setFileMode(QFileDialog::ExistingFiles);
-    if (m_config.jobPath.isEmpty()) {
+    const QString jobPath = m_plugin.jobPath();
+    if (jobPath.isEmpty()) {
         dialog->setDirectory("./");
     } else {
-        qDebug() << m_config.jobPath;
-        dialog->setDirectory(platform::toLocal(m_config.jobPath));
+        qDebug() << jobPath;
+        dialog->setDirectory(platform::toLocal(jobPath));
     }
     dialog->setViewMode(QFileDialog::Detail);
-    if (dialog->exec() != QDialog::Accepted || !self || !dialog)
-        return;
+    if (dialog->exec() != QDialog::Accepted || !m_plugin.isAlive() || !dialog)
+        return {};
 
     const QStringList files = dialog->selectedFiles();
     dialog->close();
-    for (const QString &file : files) {
-        m_filePath = file;
-        if (!isJobArchive(file)) {
-            sendPath2Mangager();
-            if (!self)
-                return;
-            continue;
-        }
-        QString name = jobName(file);
-        const bool isUnpacked = copyDirectory(file, name, true);
-        if (!self)
+    return files;
+}
+
+void ImportCommand::takeIn(const QString &file) const
+{
+    if (isJobArchive(file)) {
+        QString name = jobNameOf(file);
+        if (!m_plugin.unpack(file, name) || !m_plugin.isAlive())
             return;
-        if (isUnpacked) {
-            qDebug() << name;
-            m_filePath = file; // another import may have come in between
-            sendPath2Mangager();
-            if (!self)
-                return;
-        }
+        qDebug() << name;
     }
+    m_plugin.announce(file);
 }

@@ -1,8 +1,11 @@
 #include "plugin/fileprocess.h"
 
 #include "export/export.h"
+#include "import/importcommand.h"
+#include "import/jobimport.h"
 #include "platform/module.h"
 #include "platform/shell.h"
+#include "plugin/importlink.h"
 #include "plugin/interface/exportjobinfo.h"
 
 #include <QAction>
@@ -72,6 +75,16 @@ void FileProcess::GetFileProActions(QToolBar *bar)
 void FileProcess::setParentWidget(QWidget *widget)
 {
     m_parentWidget = widget;
+}
+
+void FileProcess::on_ImportACT_clicked()
+{
+    ImportCommand(ImportLink(this)).run();
+}
+
+bool FileProcess::copyDirectory(QString source, QString &name, bool)
+{
+    return JobImport(ImportLink(this), source).run(name);
 }
 
 void FileProcess::InitExportInterface(QObject *context)

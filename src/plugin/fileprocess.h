@@ -62,6 +62,7 @@ public slots:
     void on_send_exprot_xml(PluginMetaData &data);
 
 private:
+    friend class ImportLink;         // the import's way to what it needs of this object
     friend struct FileProcessAccess; // the tests' way to the private operations
 
     void InitExportInterface(QObject *context);

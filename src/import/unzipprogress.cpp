@@ -104,31 +104,21 @@ void markFailed(ORVEX::COMMON::progress_value<void> *progress)
 } // namespace
 
 UnzipProgress::UnzipProgress() = default;
-
-UnzipProgress::~UnzipProgress()
-{
-    // The base would destroy its mutex first, which the task still locks.
-    if (task.valid())
-        task.wait();
-}
+UnzipProgress::~UnzipProgress() = default;
 
 void UnzipProgress::do_process()
 {
-    task = std::async(std::launch::async, &UnzipProgress::process, this);
+    start(this, &UnzipProgress::process);
 }
 
 bool UnzipProgress::isFinish()
 {
-    std::lock_guard<std::mutex> lock(mutex);
-    if (!task.valid())
-        return true;
-    return task.wait_for(std::chrono::microseconds(1)) == std::future_status::ready;
+    return hasEnded();
 }
 
 double UnzipProgress::get_value()
 {
-    std::lock_guard<std::mutex> lock(mutex);
-    return value;
+    return currentValue();
 }
 
 void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)

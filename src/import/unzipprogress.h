@@ -3,18 +3,18 @@
 // before the start and reads after the end.
 #pragma once
 
-#include "run/progressvalue.h"
+#include "run/backgroundjob.h"
 
 #include <string>
 
-class UnzipProgress : public ORVEX::COMMON::progress_value<void>
+class UnzipProgress : public BackgroundJob
 {
 public:
     UnzipProgress();
     // Waits until a running task has ended.
     ~UnzipProgress();
 
-    // Starts the work on a new thread.
+    // Starts the work on a new thread; throws std::system_error when there is none.
     void do_process();
     // Whether the task has ended, or none was started; waits a microsecond at most.
     bool isFinish();

@@ -1,7 +1,5 @@
 #include "run/progress.h"
 
-#include <chrono>
-
 using ORVEX::API::export_type;
 
 std::string Progress::m_job_name;
@@ -21,29 +19,21 @@ bool Progress::isRotate = false;
 bool Progress::isScale = false;
 
 Progress::Progress() = default;
-Progress::~Progress()
-{
-    // The base would destroy its mutex first, which the host still locks.
-    if (task.valid())
-        task.wait();
-}
+Progress::~Progress() = default;
 
 void Progress::do_process()
 {
-    task = std::async(std::launch::async, &Progress::process, this);
+    start(this, &Progress::process);
 }
 
 double Progress::get_value()
 {
-    std::lock_guard<std::mutex> lock(mutex);
-    return value;
+    return currentValue();
 }
 
 bool Progress::isFinish()
 {
-    // The wait happens under the lock; the host's set_value may block for that microsecond.
-    std::lock_guard<std::mutex> lock(mutex);
-    return !task.valid() || task.wait_for(std::chrono::microseconds(1)) == std::future_status::ready;
+    return hasEnded();
 }
 
 void Progress::process(ORVEX::COMMON::progress_value<void> *pv)

@@ -3,15 +3,16 @@
 #pragma once
 
 #include "plugin/interface/export_macro.h"
+#include "run/backgroundjob.h"
 #include "run/orvexapi.h"
-#include "run/progressvalue.h"
 
 #include <string>
 
-class FILE_PROCESS_EXPORT Progress : public ORVEX::COMMON::progress_value<void>
+class FILE_PROCESS_EXPORT Progress : public BackgroundJob
 {
 public:
     Progress();
+    // Waits until a running task has ended.
     ~Progress();
 
     // Starts the export of the current statics on a thread of its own; throws std::system_error when there is

@@ -3,20 +3,12 @@
 #include "plugin/fileprocess.h"
 
 #include "platform/gbktext.h"
+#include "plugin/interface/messages.h"
 #include "plugin/interface/pluginmanager.h"
 
 #include <glog/logging.h>
 
 namespace {
-
-enum MessageType : qint32 {
-    FileReady = 10000401,
-    RequestJobContext = 10000402,
-    JobContext = 10000503,
-    NewProfileList = 10000603,
-    RequestImport = 10000801,
-    RequestExport = 10000802,
-};
 
 PluginMetaData message(const QString &receiver, qint32 type, void *payload = nullptr)
 {
@@ -37,16 +29,16 @@ void logStep(int line, const char *command, const char *text)
 void FileProcess::recMsgFromManager(PluginMetaData data)
 {
     switch (data.msgType) {
-    case JobContext:
+    case messages::JobContext:
         InitExportInterface(static_cast<QObject *>(data.payload));
         break;
-    case NewProfileList:
+    case messages::NewProfileList:
         exportNewProfile(static_cast<QObject *>(data.payload));
         break;
-    case RequestImport:
+    case messages::RequestImport:
         emit ImportSignal();
         break;
-    case RequestExport:
+    case messages::RequestExport:
         emit ExportSignal();
         break;
     default:
@@ -59,7 +51,7 @@ void FileProcess::on_ExportACT_clicked()
     QTpluginsManger4CAM *manager = QTpluginsManger4CAM::instance();
     const QPointer<FileProcess> self(this); // any receiver may destroy this object
 
-    const PluginMetaData toView = message("Graphic_View.dll", RequestJobContext);
+    const PluginMetaData toView = message(messages::graphicView, messages::RequestJobContext);
     sendMsgToManager(toView);
     if (!self)
         return;
@@ -68,7 +60,7 @@ void FileProcess::on_ExportACT_clicked()
         return;
     logStep(469, "Export：", "获取配置层信息");
 
-    sendMsgToManager(message("Graphic_JobList.dll", RequestJobContext));
+    sendMsgToManager(message(messages::jobList, messages::RequestJobContext));
     if (!self)
         return;
     logStep(475, "Export：", "准备料号信息");
@@ -85,6 +77,6 @@ void FileProcess::on_send_exprot_xml(PluginMetaData &data)
 void FileProcess::sendPath2Mangager()
 {
     QString path = m_filePath;
-    sendMsgToManager(message("ListBar_PNList", FileReady, &path));
+    sendMsgToManager(message(messages::layerList, messages::FileReady, &path));
     logStep(435, "Import：", "料号路径以获取，即将开始导入");
 }

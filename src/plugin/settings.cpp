@@ -4,6 +4,7 @@
 
 #include "platform/gbktext.h"
 #include "platform/paths.h"
+#include "plugin/interface/messages.h"
 
 #include <QDebug>
 #include <QDir>
@@ -12,8 +13,6 @@
 #include <glog/logging.h>
 
 namespace {
-
-const qint32 JobFolder = 10000404;
 
 // The factor that turns a number in `unit` into nanometres; 1 for every other text. Letter case counts.
 double nanometresPer(const QString &unit)
@@ -57,8 +56,8 @@ void FileProcess::readCfgFile()
     qDebug() << m_config.resizeUnit;
 
     PluginMetaData data;
-    data.toPlugin = "ListBar_PNList";
-    data.msgType = JobFolder;
+    data.toPlugin = messages::layerList;
+    data.msgType = messages::JobFolder;
     data.payload = &m_config.jobPath;
     sendMsgToManager(data);
 }

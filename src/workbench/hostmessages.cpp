@@ -1,5 +1,6 @@
 #include "workbench/hostmessages.h"
 
+#include "plugin/interface/messages.h"
 #include "pluginmanger/pluginhost.h"
 
 #include <QTimer>
@@ -8,21 +9,7 @@
 
 #include <string>
 
-namespace {
-
-enum MessageType : qint32 {
-    FileReady = 10000401,
-    RequestJobContext = 10000402,
-    ExportReport = 10000403,
-    JobFolder = 10000404,
-    JobContext = 10000503,
-};
-
-const char graphicView[] = "Graphic_View.dll";
-const char jobList[] = "Graphic_JobList.dll";
-const char layerList[] = "ListBar_PNList";
-
-} // namespace
+using namespace messages;
 
 HostMessages::HostMessages(QObject *parent) : QObject(parent)
 {
@@ -61,7 +48,7 @@ void HostMessages::answerContextRequest(const QString &sender)
     ExportJobInfo context = m_context; // a copy, because the receiver takes the list out of it
     PluginMetaData answer;
     answer.fromPlugin = sender;
-    answer.toPlugin = "File_Process.dll";
+    answer.toPlugin = fileProcess;
     answer.msgType = JobContext;
     answer.payload = &context;
     PluginHost::instance().deliver(answer);

@@ -1,54 +1,31 @@
-// The Export dialog's construction, its path, second directory, format and reference fields, and its closing.
-
 #include "export/export.h"
 
-#include "export/combobox.h"
-#include "export/fittingfont.h"
+#include "export/exportform.h"
+#include "export/tablecommands.h"
+#include "platform/gbktext.h"
 #include "platform/paths.h"
+#include "plugin/interface/exportformat.h"
+#include "run/exportrun.h"
 
-#include <QBoxLayout>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QDebug>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QFrame>
-#include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QMessageBox>
-#include <QPointer>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QRegExp>
-#include <QRegExpValidator>
 #include <QStandardItemModel>
 #include <QTableWidget>
 
+#include <glog/logging.h>
+
+#include <exception>
+
 namespace {
-
-const int fieldHeight = 20; // pixels, the most that a field takes
-const int labelWidth = 70;
-
-QFrame *newLine(QWidget *parent, QFrame::Shape shape)
-{
-    auto *line = new QFrame(parent);
-    line->setFrameShape(shape);
-    line->setFrameShadow(QFrame::Sunken);
-    return line;
-}
-
-template <typename Widget>
-Widget *named(Widget *widget, const char *name)
-{
-    widget->setObjectName(QLatin1String(name));
-    return widget;
-}
-
-QSpacerItem *newSpacer()
-{
-    return new QSpacerItem(200, 20, QSizePolicy::Expanding, QSizePolicy::Minimum);
-}
 
 QString withBackslashes(QString path)
 {
@@ -67,7 +44,6 @@ Export::Export(QWidget *parent) : QWidget(parent)
     initWidgets();
     initTable();
     initConnections();
-    initReferenceValidators();
 }
 
 Export::~Export()
@@ -83,159 +59,27 @@ Export::~Export()
 
 void Export::initWidgets()
 {
-    auto *top = new QVBoxLayout;
-    top->addLayout(createPathRow());
-    top->addWidget(newLine(this, QFrame::HLine));
-    top->addLayout(createNameRow());
-    top->addWidget(newLine(this, QFrame::HLine));
-    top->addLayout(createReferenceRow());
-
-    auto *all = new QVBoxLayout;
-    all->addLayout(top);
-    // The dialog is the table's parent from the start: the column widths are taken from a child's initial
-    // width.
-    PNListTable = named(new QTableWidget(this), "PNListTable");
-    all->addWidget(PNListTable);
-    all->addLayout(createButtonRow());
-    setLayout(all);
-    fitFonts();
+    const ExportForm form(this);
+    PathButton = form.pathButton;
+    PathLineEdit = form.pathEdit;
+    SecondDirLineEdit = form.secondDirEdit;
+    FormatComboBox = form.formatBox;
+    ReferenceXLineEdit = form.referenceXEdit;
+    ReferenceYLineEdit = form.referenceYEdit;
+    PNListTable = form.table;
+    OKButton = form.okButton;
+    CancelButton = form.cancelButton;
 
     resize(800, 600);
     setWindowModality(Qt::ApplicationModal);
-    setWindowTitle(m_stepName + tr("Export"));
+    setWindowTitle(m_job.stepName + tr("Export"));
     setAttribute(Qt::WA_DeleteOnClose);
 }
 
-QBoxLayout *Export::createPathRow()
+void Export::initTable()
 {
-    PathButton = named(new QPushButton(tr("Path"), this), "PathButton");
-    PathButton->setMaximumSize(labelWidth, fieldHeight);
-    m_pathLine = newLine(this, QFrame::VLine);
-    PathLineEdit = named(new QLineEdit(this), "PathLineEdit");
-    PathLineEdit->setMaximumHeight(fieldHeight);
-
-    auto *row = new QHBoxLayout;
-    row->addWidget(PathButton);
-    row->addWidget(m_pathLine);
-    row->addWidget(PathLineEdit);
-    return row;
-}
-
-QBoxLayout *Export::createNameRow()
-{
-    auto *row = new QHBoxLayout;
-    row->addLayout(createSecondDirGroup(), 2);
-    row->addLayout(createFormatGroup(), 1);
-    return row;
-}
-
-QBoxLayout *Export::createSecondDirGroup()
-{
-    SecondDirLabel = named(new QLabel(tr("Second Dir:"), this), "SecondDirLabel");
-    SecondDirLabel->setMaximumSize(labelWidth, fieldHeight);
-    m_secondDirLine = newLine(this, QFrame::VLine);
-    SecondDirLineEdit = named(new QLineEdit(tr("OX"), this), "SecondDirLineEdit");
-    SecondDirLineEdit->setMaximumHeight(fieldHeight);
-    // One to ten characters; besides the ASCII ones everything from U+04BB up, so the ideographs too.
-    const QRegExp folderName(QString("^[a-zA-Z0-9~`!@#$%&^()_+={},.;'") + QChar(0x04BB) + '-' +
-                             QChar(0xFFFD) + QChar(0xFFFD) + "]{1,10}$");
-    SecondDirLineEdit->setValidator(new QRegExpValidator(folderName, this));
-    m_secondDirEndLine = newLine(this, QFrame::VLine);
-
-    auto *group = new QHBoxLayout;
-    group->addWidget(SecondDirLabel);
-    group->addWidget(m_secondDirLine);
-    group->addWidget(SecondDirLineEdit);
-    group->addWidget(m_secondDirEndLine);
-    return group;
-}
-
-QBoxLayout *Export::createFormatGroup()
-{
-    FormatLabel = named(new QLabel(tr("Format:"), this), "FormatLabel");
-    FormatLabel->setMaximumSize(labelWidth, fieldHeight);
-    FormatLabel->setAlignment(Qt::AlignCenter);
-    m_formatLine = newLine(this, QFrame::VLine);
-    FormatComboBox = named(new ComboBox(this), "FormatComboBox");
-    FormatComboBox->setMaximumHeight(fieldHeight);
-    FormatComboBox->addItems({".gds", ".gerber"});
-    FormatComboBox->setView(new QListView(FormatComboBox));
-    FormatComboBox->setStyleSheet("QComboBox{border:2px groove gray; border-radius:4px; padding:2px 4px;}"
-                                  "QComboBox QAbstractItemView::item{height:20px}");
-
-    auto *group = new QHBoxLayout;
-    group->addWidget(FormatLabel);
-    group->addWidget(m_formatLine);
-    group->addWidget(FormatComboBox);
-    return group;
-}
-
-QBoxLayout *Export::createReferenceRow()
-{
-    ReferenceLabel = named(new QLabel(tr("Reference"), this), "ReferenceLabel");
-    ReferenceLabel->setMaximumWidth(labelWidth);
-    m_referenceLine = newLine(this, QFrame::VLine);
-
-    auto *row = new QHBoxLayout;
-    row->addWidget(ReferenceLabel);
-    row->addWidget(m_referenceLine);
-    row->addLayout(createOffsetGroup(tr("X"), XLabel, ReferenceXLineEdit, XUnitLabel, m_xEndLine));
-    row->addLayout(createOffsetGroup(tr("Y"), YLabel, ReferenceYLineEdit, YUnitLabel, m_yEndLine));
-    row->addItem(newSpacer());
-    named(XLabel, "XLabel");
-    named(ReferenceXLineEdit, "ReferenceXLineEdit");
-    named(YLabel, "YLabel");
-    named(ReferenceYLineEdit, "ReferenceYLineEdit");
-    return row;
-}
-
-QBoxLayout *Export::createOffsetGroup(const QString &axis, QLabel *&label, QLineEdit *&edit, QLabel *&unit,
-                                      QFrame *&endLine)
-{
-    label = new QLabel(axis, this);
-    label->setMaximumSize(labelWidth, fieldHeight);
-    edit = new QLineEdit(tr("0"), this);
-    edit->setMaximumWidth(150);
-    unit = new QLabel(tr("um"), this);
-    unit->setMaximumWidth(labelWidth);
-    endLine = newLine(this, QFrame::VLine);
-
-    auto *group = new QHBoxLayout;
-    group->addWidget(label);
-    group->addWidget(edit);
-    group->addWidget(unit);
-    group->addWidget(endLine);
-    return group;
-}
-
-QBoxLayout *Export::createButtonRow()
-{
-    OKButton = named(new QPushButton(tr("OK"), this), "OKButton");
-    CancelButton = named(new QPushButton(tr("cancel"), this), "CancelButton");
-
-    auto *row = new QHBoxLayout;
-    row->addItem(newSpacer());
-    row->addWidget(OKButton);
-    row->addWidget(CancelButton);
-    return row;
-}
-
-void Export::fitFonts()
-{
-    // A line edit's frame and margin take two pixels above and below its text.
-    const QSize room(labelWidth, fieldHeight - 4);
-    QFont fieldFont = font();
-    for (const QLabel *label : {SecondDirLabel, FormatLabel, ReferenceLabel})
-        fieldFont = fittingFont(fieldFont, label->text(), room);
-    for (QLabel *label :
-         {SecondDirLabel, FormatLabel, ReferenceLabel, XLabel, XUnitLabel, YLabel, YUnitLabel})
-        label->setFont(fieldFont);
-    for (QLineEdit *edit : {PathLineEdit, SecondDirLineEdit, ReferenceXLineEdit, ReferenceYLineEdit})
-        edit->setFont(fieldFont);
-    PathButton->setFont(fieldFont);
-    // The style sheet's border and padding leave the format box eight pixels less than its height; two of
-    // them may be the room for accents, which the formats do not have.
-    FormatComboBox->setFont(fittingFont(fieldFont, ".gerber", QSize(2 * labelWidth, fieldHeight - 6)));
+    m_scaleModel = new QStandardItemModel;
+    m_layerTable = std::make_unique<LayerTable>(PNListTable, m_scaleModel, this);
 }
 
 void Export::initConnections()
@@ -248,48 +92,34 @@ void Export::initConnections()
             SLOT(on_PNListTable_customContextMenuRequest(QPoint)));
 }
 
-void Export::initReferenceValidators()
-{
-    const QRegExp offset("[1-9][0-9]{0,9}[.][0-9]{1,6}|[1-9][0-9]{0,9}|[0][.][0-9]{1,6}");
-    auto *validator = new QRegExpValidator(offset, this);
-    ReferenceXLineEdit->setValidator(validator);
-    ReferenceYLineEdit->setValidator(validator);
-}
-
 void Export::setExportConfig(const ExportConfig &config)
 {
-    m_outputFormat = config.outputFormat;
-    m_outputPath = config.outputPath;
+    m_config = config;
     // The absolute form of an empty path would be the working folder, which nobody chose.
     m_absoluteOutputPath =
         config.outputPath.isEmpty() ? QString() : QDir(platform::toLocal(config.outputPath)).absolutePath();
-    m_outputPathSecond = config.outputPathSecond;
-    m_resizeUnit = config.resizeUnit;
-    m_resizeValue = config.resizeValue;
-    m_dbu = config.dbu;
-    m_profileDot = config.profileDot;
-    m_mirror = config.mirror;
 
-    if (!m_outputPathSecond.isEmpty())
-        SecondDirLineEdit->setText(m_outputPathSecond);
+    if (!config.outputPathSecond.isEmpty())
+        SecondDirLineEdit->setText(config.outputPathSecond);
     // A configured ".gerber" is not preselected.
-    if (m_outputFormat.isEmpty() || m_outputFormat.toLower() == ".gds")
+    if (config.outputFormat.isEmpty() ||
+        export_format::typeOf(config.outputFormat) == ORVEX::API::export_type::gds)
         FormatComboBox->setCurrentIndex(0);
 }
 
 void Export::setJobInfo(ExportJobInfo *info)
 {
     if (info) {
-        m_jobList.swap(info->list);
-        m_stepName = info->stepName;
-        m_folderPath = info->folderPath;
-        m_jobName = info->jobName;
+        m_job.list.swap(info->list);
+        m_job.stepName = info->stepName;
+        m_job.folderPath = info->folderPath;
+        m_job.jobName = info->jobName;
     }
-    m_folderPath = withBackslashes(m_folderPath);
-    qDebug() << m_folderPath;
+    m_job.folderPath = withBackslashes(m_job.folderPath);
+    qDebug() << m_job.folderPath;
 
     if (m_absoluteOutputPath.isEmpty()) {
-        PathLineEdit->setText(m_folderPath);
+        PathLineEdit->setText(m_job.folderPath);
     } else {
         const QString path = withBackslashes(m_absoluteOutputPath);
         qDebug() << path;
@@ -303,9 +133,44 @@ void Export::setNewProfileList(QList<std::string> &list)
     m_newProfileList.swap(list);
 }
 
+void Export::fillLayerTable()
+{
+    queryMatrix();
+    m_layerTable->addLayers(m_layers);
+    // Out of a cell's box, as out of the table, Tab goes on to the buttons.
+    if (QWidget *lastCell = m_layerTable->lastCellWidget()) {
+        setTabOrder(lastCell, OKButton);
+        setTabOrder(OKButton, CancelButton);
+    }
+    google::LogMessage("Export", 492, google::GLOG_INFO).stream()
+        << "Export: " << gbk("已获取导出层列表。料号：") << m_job.jobName.toStdString() << gbk("；STEP：")
+        << m_job.stepName.toStdString();
+}
+
+void Export::queryMatrix()
+{
+    // The host's text about a failure is not shown: the table then has no rows. Neither is an exception let
+    // through, because the event loop above could not take it.
+    std::string failure;
+    try {
+        ORVEX::API::get_matrix(m_job.jobName.toStdString(), m_matrixNames, m_layers);
+        return;
+    } catch (const std::exception &error) {
+        failure = error.what();
+    } catch (const char *text) {
+        failure = text ? text : "a null text";
+    } catch (...) {
+        failure = "an exception of an unknown type";
+    }
+    m_matrixNames.clear();
+    m_layers.clear();
+    google::LogMessage("Export", __LINE__, google::GLOG_ERROR).stream()
+        << "The layer matrix of job \"" << m_job.jobName.toStdString() << "\" was not read: " << failure;
+}
+
 void Export::on_PathButton_clicled()
 {
-    if (m_isRunning)
+    if (isRunning())
         return;
     QFileDialog fileDialog;
     fileDialog.setWindowTitle(tr("Export"));
@@ -328,7 +193,7 @@ void Export::on_PathLineEdit_finished()
 {
     // The warning takes the focus from the line edit, which ends its editing a second time. So does a run's
     // progress dialog.
-    if (m_isWarning || m_isRunning)
+    if (m_isWarning || isRunning())
         return;
     const QString path = PathLineEdit->text();
     qDebug() << path;
@@ -361,10 +226,126 @@ void Export::on_CancelButton_Clicked()
 void Export::closeEvent(QCloseEvent *event)
 {
     // Closing deletes the dialog, and a run works on it until its last layer is done.
-    if (m_isRunning) {
+    if (isRunning()) {
         event->ignore();
         return;
     }
     m_isClosing = true;
     event->accept();
+}
+
+void Export::on_PNListTable_customContextMenuRequest(QPoint /*pos*/)
+{
+    if (!isRunning())
+        TableCommands(*m_layerTable).runMenu(this);
+}
+
+// The table's commands: a menu may still be open when a run begins.
+void Export::on_ClearAll_clicked()
+{
+    if (!isRunning())
+        TableCommands(*m_layerTable).clearAll();
+}
+
+void Export::on_SelectAll_clicked()
+{
+    if (!isRunning())
+        TableCommands(*m_layerTable).selectAll();
+}
+
+void Export::on_BoardLayer_clicked()
+{
+    if (!isRunning())
+        TableCommands(*m_layerTable).selectBoardLayers(m_layers);
+}
+
+void Export::on_SetParamater_clicked()
+{
+    if (!isRunning())
+        TableCommands(*m_layerTable).copyParameters();
+}
+
+void Export::on_OKButton_clicked()
+{
+    // A closed dialog is deleted as soon as events are processed, and a run processes them.
+    if (m_isClosing)
+        return;
+    ExportRun run(this, *this);
+    if (!run.begin())
+        return;
+    m_progressDialog = run.progressDialog();
+    runExport();
+    run.end(); // this object may be gone, which the run knows
+}
+
+void Export::runExport()
+{
+    m_run->exportLayers();
+}
+
+void Export::setRun(ExportRun *run)
+{
+    m_run = run;
+    OKButton->setEnabled(!run);
+    CancelButton->setEnabled(!run);
+}
+
+ExportOrder Export::takeFields()
+{
+    const QString path = PathLineEdit->text();
+    const QString secondDir = SecondDirLineEdit->text();
+    const QString format = FormatComboBox->currentText();
+    if (secondDir.isEmpty())
+        qDebug() << "null prefix";
+    m_outputDir = path + "/" + secondDir + "/" + m_job.jobName;
+    m_exportPath = m_outputDir;
+    m_runFields = {path.toStdString(), secondDir.toStdString(), format.toStdString(),
+                   ReferenceXLineEdit->text().toDouble(), ReferenceYLineEdit->text().toDouble()};
+
+    ExportOrder order;
+    order.jobName = m_job.jobName;
+    order.stepName = m_job.stepName;
+    order.outputDir = m_outputDir;
+    order.format = format;
+    order.resize = m_config.resizeValue;
+    order.dbu = m_config.dbu;
+    order.isProfileTop = m_config.profileDot;
+    return order;
+}
+
+// Of two checked rows with one name, the later one counts.
+LayerExportParams Export::takeLayers()
+{
+    m_layerParams.clear();
+    for (int row = 0; row < m_layerTable->rowCount(); ++row) {
+        const bool checked = m_layerTable->isChecked(row);
+        qDebug() << checked;
+        if (checked)
+            m_layerParams[m_layerTable->layerName(row)] = m_layerTable->param(row);
+        qDebug() << m_layerParams.size();
+    }
+    return m_layerParams;
+}
+
+void Export::sendReport(const PluginMetaData &report)
+{
+    emit on_send_exprot_xml_to_fileprocess(report);
+}
+
+void Export::showTimes(const LayerExportParams &layers)
+{
+    m_layerParams = layers;
+    m_layerTable->clearTimeCells();
+    for (int row = 0; row < m_layerTable->rowCount(); ++row) {
+        const bool checked = m_layerTable->isChecked(row);
+        qDebug() << checked;
+        if (checked)
+            addTimeCell(row);
+    }
+}
+
+void Export::addTimeCell(int row)
+{
+    const auto layer = m_layerParams.find(m_layerTable->layerName(row));
+    m_layerTable->setTimeCell(row, layer != m_layerParams.end() ? layer->second.seconds : 0.0);
 }

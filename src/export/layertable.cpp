@@ -1,7 +1,4 @@
-// The layer table of the Export dialog: its columns and editors, and its rows, one for each layer of the
-// job's matrix that can be exported.
-
-#include "export/export.h"
+#include "export/layertable.h"
 
 #include "export/cellcombobox.h"
 #include "export/delegates/checkboxdelegate.h"
@@ -10,17 +7,16 @@
 #include "export/delegates/roratevalidatordelegate.h"
 #include "export/delegates/scalevalidatordelegate.h"
 #include "export/layercolumns.h"
-#include "platform/gbktext.h"
+#include "plugin/interface/layercolor.h"
+#include "run/exporttime.h"
 
 #include <QDebug>
+#include <QHBoxLayout>
 #include <QHeaderView>
-#include <QPushButton>
+#include <QLabel>
+#include <QProgressBar>
 #include <QStandardItemModel>
 #include <QTableWidget>
-
-#include <glog/logging.h>
-
-#include <exception>
 
 using ORVEX::API::layer_info;
 
@@ -44,134 +40,86 @@ bool isOffered(const layer_info &layer)
     return layer.type != "GDS";
 }
 
-bool isBoardLayer(const layer_info &layer)
-{
-    return layer.context == "BOARD";
-}
-
-// The name cell's background by the kind of layer.
-QColor layerColor(const layer_info &layer)
-{
-    const QColor otherLayer(72, 209, 204);
-    if (!isBoardLayer(layer))
-        return otherLayer;
-    if (layer.type == "SIGNAL" || layer.type == "POWER_GROUND")
-        return layer.polarity == "POSITIVE" ? QColor(255, 215, 0) : QColor(218, 165, 32);
-    if (layer.type == "SOLDER_MASK")
-        return QColor(0, 128, 128);
-    if (layer.type == "SILK_SCREEN")
-        return QColor(245, 255, 250);
-    if (layer.type == "SOLDER_PASTE")
-        return QColor(255, 235, 205);
-    if (layer.type == "DRILL")
-        return QColor(169, 169, 169);
-    return otherLayer;
-}
-
 } // namespace
 
-void Export::initTable()
+LayerTable::LayerTable(QTableWidget *table, QStandardItemModel *scaleModel, QWidget *dialog)
+    : m_table(table), m_scaleModel(scaleModel)
 {
-    m_scaleModel = new QStandardItemModel;
-    m_readOnlyDelegate = new ReadOnlyDelegate(this);
-    m_checkBoxDelegate = new CheckBoxDelegate(this);
-    m_comboBoxDelegate = new ComboBoxDelegate(PNListTable);
-    m_rorateValidatorDelegate = new RorateValidatorDelegate(this);
-    m_scaleValidatorDelegate = new ScaleValidatorDelegate(this);
-
-    PNListTable->setColumnCount(layer_column::Count);
-    PNListTable->setHorizontalHeaderLabels({"", tr("layer"), tr("rotate"), tr("Mirror"), tr("X Scale"),
-                                            tr("Y Scale"), tr("Negate"), tr("Time")});
-    PNListTable->setItemDelegateForColumn(layer_column::Check, m_checkBoxDelegate);
-    PNListTable->setItemDelegateForColumn(layer_column::Layer, m_readOnlyDelegate);
-    PNListTable->setItemDelegateForColumn(layer_column::XScale, m_scaleValidatorDelegate);
-    PNListTable->setItemDelegateForColumn(layer_column::YScale, m_scaleValidatorDelegate);
-    PNListTable->setItemDelegateForColumn(layer_column::Time, m_readOnlyDelegate);
-    initHeader();
-    PNListTable->setContextMenuPolicy(Qt::CustomContextMenu);
-    PNListTable->setSelectionMode(QAbstractItemView::NoSelection);
-    PNListTable->setTabKeyNavigation(false); // Tab goes on to the buttons, the arrow keys move in the table
-    PNListTable->show();
+    setColumns(dialog);
+    setHeader();
+    m_table->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_table->setSelectionMode(QAbstractItemView::NoSelection);
+    m_table->setTabKeyNavigation(false); // Tab goes on to the buttons, the arrow keys move in the table
+    m_table->show();
 }
 
-void Export::initHeader()
+void LayerTable::setColumns(QWidget *dialog)
 {
-    QHeaderView *header = PNListTable->horizontalHeader();
+    auto *readOnly = new ReadOnlyDelegate(dialog);
+    auto *checkBox = new CheckBoxDelegate(dialog);
+    // Those of whole words and of degrees are there, but no column uses them.
+    new ComboBoxDelegate(m_table);
+    new RorateValidatorDelegate(dialog);
+    auto *scale = new ScaleValidatorDelegate(dialog);
+
+    m_table->setColumnCount(layer_column::Count);
+    m_table->setHorizontalHeaderLabels({"", tr("layer"), tr("rotate"), tr("Mirror"), tr("X Scale"),
+                                        tr("Y Scale"), tr("Negate"), tr("Time")});
+    m_table->setItemDelegateForColumn(layer_column::Check, checkBox);
+    m_table->setItemDelegateForColumn(layer_column::Layer, readOnly);
+    m_table->setItemDelegateForColumn(layer_column::XScale, scale);
+    m_table->setItemDelegateForColumn(layer_column::YScale, scale);
+    m_table->setItemDelegateForColumn(layer_column::Time, readOnly);
+}
+
+void LayerTable::setHeader()
+{
+    QHeaderView *header = m_table->horizontalHeader();
     // A style's own minimum may be wider than the check column.
     header->setMinimumSectionSize(checkColumnWidth);
     header->setSectionResizeMode(QHeaderView::Stretch);
     header->setSectionResizeMode(layer_column::Check, QHeaderView::Fixed);
-    PNListTable->setColumnWidth(layer_column::Check, checkColumnWidth);
+    m_table->setColumnWidth(layer_column::Check, checkColumnWidth);
     // Before the first layout the table has a new child's width: enough for a column, and the layer's takes
     // the rest.
     for (int column = layer_column::Rotate; column < layer_column::Count; ++column) {
         header->setSectionResizeMode(column, QHeaderView::Fixed);
-        PNListTable->setColumnWidth(column, PNListTable->width());
+        m_table->setColumnWidth(column, m_table->width());
     }
     header->setHighlightSections(false);
-    PNListTable->verticalHeader()->hide();
+    m_table->verticalHeader()->hide();
 }
 
-void Export::fillLayerTable()
+void LayerTable::addLayers(const std::vector<layer_info> &layers)
 {
-    queryMatrix();
     int row = 0;
-    for (const layer_info &layer : m_layers) {
+    for (const layer_info &layer : layers) {
         if (isOffered(layer))
-            addLayerRow(row++, layer);
+            addRow(row++, layer);
     }
-    for (int record = 0; record < int(m_layers.size()); ++record)
+    for (int record = 0; record < int(layers.size()); ++record)
         addCellComboBoxes(record);
-    // Out of a cell's box, as out of the table, Tab goes on to the buttons.
-    if (m_negateComboBox) {
-        setTabOrder(m_negateComboBox, OKButton);
-        setTabOrder(OKButton, CancelButton);
-    }
-    google::LogMessage("Export", 492, google::GLOG_INFO).stream()
-        << "Export: " << gbk("已获取导出层列表。料号：") << m_jobName.toStdString() << gbk("；STEP：")
-        << m_stepName.toStdString();
 }
 
-void Export::queryMatrix()
+void LayerTable::addRow(int row, const layer_info &layer)
 {
-    // The host's text about a failure is not shown: the table then has no rows. Neither is an exception let
-    // through, because the event loop above could not take it.
-    std::string failure;
-    try {
-        ORVEX::API::get_matrix(m_jobName.toStdString(), m_matrixNames, m_layers);
-        return;
-    } catch (const std::exception &error) {
-        failure = error.what();
-    } catch (const char *text) {
-        failure = text ? text : "a null text";
-    } catch (...) {
-        failure = "an exception of an unknown type";
-    }
-    m_matrixNames.clear();
-    m_layers.clear();
-    google::LogMessage("Export", __LINE__, google::GLOG_ERROR).stream()
-        << "The layer matrix of job \"" << m_jobName.toStdString() << "\" was not read: " << failure;
-}
-
-void Export::addLayerRow(int row, const layer_info &layer)
-{
-    PNListTable->insertRow(row);
+    m_table->insertRow(row);
     const QString name = QString::fromStdString(layer.name);
     auto *nameItem = new QTableWidgetItem(name);
     nameItem->setBackground(layerColor(layer));
     nameItem->setForeground(Qt::black); // readable on all these colours, whatever the palette's text is
-    if (!isBoardLayer(layer))
+    if (layer.context != "BOARD")
         qDebug() << name;
 
-    PNListTable->setItem(row, layer_column::Check, new QTableWidgetItem("", checkItemType));
-    PNListTable->setItem(row, layer_column::Layer, nameItem);
+    m_table->setItem(row, layer_column::Check, new QTableWidgetItem("", checkItemType));
+    m_table->setItem(row, layer_column::Layer, nameItem);
     for (int column : {layer_column::XScale, layer_column::YScale}) {
-        PNListTable->setItem(row, column, new QTableWidgetItem("1"));
+        m_table->setItem(row, column, new QTableWidgetItem("1"));
         m_scaleModel->setItem(row, column, new QStandardItem("1"));
     }
 }
 
-void Export::addCellComboBoxes(int record)
+void LayerTable::addCellComboBoxes(int record)
 {
     // Placed by record, not by row: for each record that is not offered, one set finds no row.
     const QStringList noYes{tr("No"), tr("Yes")};
@@ -181,14 +129,110 @@ void Export::addCellComboBoxes(int record)
     m_negateComboBox = addCellComboBox(record, layer_column::Negate, noYes, choiceStyleSheet);
 }
 
-QComboBox *Export::addCellComboBox(int row, int column, const QStringList &entries, const QString &styleSheet)
+QComboBox *LayerTable::addCellComboBox(int row, int column, const QStringList &entries,
+                                       const char *styleSheet)
 {
-    auto *box = new CellComboBox(PNListTable);
+    auto *box = new CellComboBox(m_table);
     box->setStyleSheet(styleSheet);
     box->addItems(entries);
-    if (row < PNListTable->rowCount())
-        PNListTable->setCellWidget(row, column, box);
+    if (row < m_table->rowCount())
+        m_table->setCellWidget(row, column, box);
     else
         box->hide(); // it would show up in the table's corner
     return box;
+}
+
+QWidget *LayerTable::lastCellWidget() const
+{
+    return m_negateComboBox;
+}
+
+int LayerTable::rowCount() const
+{
+    return m_table->rowCount();
+}
+
+bool LayerTable::isChecked(int row) const
+{
+    return m_table->item(row, layer_column::Check)->data(Qt::DisplayRole).toBool();
+}
+
+void LayerTable::setChecked(int row, bool isChecked)
+{
+    m_table->item(row, layer_column::Check)->setData(Qt::EditRole, isChecked);
+}
+
+std::string LayerTable::layerName(int row) const
+{
+    return m_table->item(row, layer_column::Layer)->data(Qt::DisplayRole).toString().toStdString();
+}
+
+LayerExportParam LayerTable::param(int row) const
+{
+    const auto scale = [this, row](int column) {
+        return m_table->item(row, column)->data(Qt::DisplayRole).toDouble();
+    };
+    LayerExportParam param;
+    param.angle = comboBox(row, layer_column::Rotate)->currentText().toDouble();
+    param.isMirror = comboBox(row, layer_column::Mirror)->currentText() == tr("Yes");
+    param.xScale = scale(layer_column::XScale);
+    param.yScale = scale(layer_column::YScale);
+    param.isNegate = comboBox(row, layer_column::Negate)->currentText() == tr("Yes");
+    return param;
+}
+
+void LayerTable::clearTimeCells()
+{
+    for (int row = 0; row < m_table->rowCount(); ++row)
+        m_table->removeCellWidget(row, layer_column::Time);
+}
+
+void LayerTable::setTimeCell(int row, double seconds)
+{
+    auto *label = new QLabel(m_table);
+    auto *bar = new QProgressBar(m_table);
+    auto *layout = new QHBoxLayout(m_table);
+    auto *container = new QWidget(m_table);
+
+    label->setText(export_time::timeText(seconds));
+    bar->setOrientation(Qt::Horizontal);
+    bar->setRange(0, 100);
+    bar->setValue(100);
+    bar->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
+    layout->addWidget(bar);
+    layout->addWidget(label);
+    layout->setSpacing(1);
+    // A style's margins around a layout would leave a row of text's height nothing to show.
+    layout->setContentsMargins(1, 1, 1, 1);
+    container->setLayout(layout);
+    m_table->setCellWidget(row, layer_column::Time, container);
+}
+
+void LayerTable::copyParam(int from, int to)
+{
+    for (int column : {layer_column::Rotate, layer_column::Mirror})
+        chooseText(to, column, comboBox(from, column)->currentText());
+    for (int column : {layer_column::XScale, layer_column::YScale})
+        m_table->setItem(to, column, new QTableWidgetItem(m_table->item(from, column)->text()));
+    chooseText(to, layer_column::Negate, comboBox(from, layer_column::Negate)->currentText());
+}
+
+QComboBox *LayerTable::comboBox(int row, int column) const
+{
+    return static_cast<QComboBox *>(m_table->cellWidget(row, column));
+}
+
+void LayerTable::chooseText(int row, int column, const QString &text)
+{
+    QComboBox *box = comboBox(row, column);
+    if (box->geometry().intersects(m_table->viewport()->rect())) {
+        box->setCurrentText(text);
+        return;
+    }
+    // Qt would mark the box for painting though it is scrolled out of sight, and compare it with all the
+    // others then.
+    box->setAttribute(Qt::WA_UpdatesDisabled, true);
+    box->setCurrentText(text);
+    box->setAttribute(Qt::WA_UpdatesDisabled, false);
 }

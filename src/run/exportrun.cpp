@@ -1,26 +1,16 @@
-// The export run of the Export dialog: from the OK button over one background job a layer to the Time cells.
+#include "run/exportrun.h"
 
-#include "export/export.h"
-
-#include "export/layercolumns.h"
 #include "platform/paths.h"
-#include "run/backgroundturn.h"
+#include "plugin/interface/exportformat.h"
+#include "plugin/interface/messages.h"
 #include "run/exporttime.h"
 #include "run/progress.h"
 
 #include <QApplication>
-#include <QComboBox>
-#include <QDebug>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
-#include <QProgressBar>
-#include <QProgressDialog>
-#include <QPushButton>
 #include <QScreen>
-#include <QTableWidget>
 #include <QThread>
 
 #include <glog/logging.h>
@@ -29,50 +19,11 @@
 
 namespace {
 
-const qint32 ExportReport = 10000403;
-const unsigned long pollInterval = 200; // milliseconds
+const unsigned long pollMilliseconds = 200;
 
 std::string lowerCase(const QString &text)
 {
     return text.toLower().toStdString();
-}
-
-bool isInput(const QEvent *event)
-{
-    switch (event->type()) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::Wheel:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::ShortcutOverride:
-    case QEvent::Shortcut:
-    case QEvent::InputMethod:
-    case QEvent::ContextMenu:
-    case QEvent::TabletPress:
-    case QEvent::TabletMove:
-    case QEvent::TabletRelease:
-    case QEvent::TouchBegin:
-    case QEvent::TouchUpdate:
-    case QEvent::TouchEnd:
-    case QEvent::DragEnter:
-    case QEvent::DragMove:
-    case QEvent::Drop:
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Whether `object` is `dialog` or something in it, open popup lists and menus included. Dialogs that it has
-// opened, the run's progress dialog among them, take their own input.
-bool belongsTo(const QWidget *dialog, const QObject *object)
-{
-    while (object && object != dialog && !qobject_cast<const QDialog *>(object))
-        object = object->parent();
-    return object == dialog;
 }
 
 // Puts the progress dialog into the top right corner of the screen.
@@ -89,142 +40,64 @@ void place(QProgressDialog &progress)
 
 } // namespace
 
-// What a run changes of its dialog is undone with this object, however the run ends. It outlives a dialog
-// that the host deletes meanwhile.
-class Export::Running
+ExportRun::ExportRun(QWidget *window, ExportRunDialog &dialog)
+    : m_turn("An export is running", "OK"), m_window(window), m_dialog(dialog)
 {
-public:
-    explicit Running(Export *dialog) : m_dialog(dialog) { m_dialog->setRunning(true); }
-    ~Running()
-    {
-        delete progressDialog;
-        if (m_dialog)
-            m_dialog->setRunning(false);
-    }
-    Running(const Running &) = delete;
-    Running &operator=(const Running &) = delete;
+}
 
-    QPointer<QProgressDialog> progressDialog;
-
-private:
-    const QPointer<Export> m_dialog;
-};
-
-void Export::on_OKButton_clicked()
+ExportRun::~ExportRun()
 {
-    // A closed dialog is deleted as soon as events are processed, and a run processes them.
-    if (m_isClosing)
-        return;
-    // Another dialog may have opened meanwhile, or an import may have begun.
-    const BackgroundTurn turn("An export is running", "OK");
-    if (!turn.isMine())
-        return;
-    // The host may delete the dialog whenever others get to run: its receivers, and all that events reach.
-    const QPointer<Export> self(this);
-    Running running(this);
-    readRunFields();
-    collectLayerParams();
-    reportExport();
-    if (!self)
-        return;
-    createProgressDialog();
-    running.progressDialog = m_progressDialog;
-    runExport();
-    if (!self)
-        return;
     delete m_progressDialog;
-    fillTimeCells();
+    if (!m_inputLock || !m_window) // it did not begin, or there is nothing left to undo
+        return;
+    m_dialog.setRun(nullptr);
+    m_inputLock.reset();
+    m_window->setEnabled(true); // a cancel disables it
 }
 
-void Export::setRunning(bool running)
+bool ExportRun::begin()
 {
-    m_isRunning = running;
-    OKButton->setEnabled(!running);
-    CancelButton->setEnabled(!running);
-    if (running) {
-        QCoreApplication::instance()->installEventFilter(this);
-    } else {
-        QCoreApplication::instance()->removeEventFilter(this);
-        setEnabled(true);
-    }
+    // Another dialog may have opened meanwhile, or an import may have begun.
+    if (!m_turn.isMine())
+        return false;
+    m_dialog.setRun(this);
+    m_inputLock = std::make_unique<InputLock>(m_window);
+    m_order = m_dialog.takeFields();
+    makeOutputFolder();
+    m_order.layers = m_dialog.takeLayers();
+    report();
+    if (!m_window)
+        return false;
+    createProgressDialog();
+    return true;
 }
 
-// The progress dialog is modal, but it comes late and may be closed.
-bool Export::eventFilter(QObject *watched, QEvent *event)
+void ExportRun::makeOutputFolder() const
 {
-    return (m_isRunning && isInput(event) && belongsTo(this, watched)) ||
-           QWidget::eventFilter(watched, event);
-}
-
-void Export::readRunFields()
-{
-    const QString path = PathLineEdit->text();
-    const QString secondDir = SecondDirLineEdit->text();
-    if (secondDir.isEmpty())
-        qDebug() << "null prefix";
-    m_outputDir = path + "/" + secondDir + "/" + m_jobName;
-    m_exportPath = m_outputDir;
-    const QString localDir = platform::toLocal(m_outputDir);
-    if (!QDir(localDir).exists())
-        QDir().mkpath(localDir);
+    const QString folder = platform::toLocal(m_order.outputDir);
+    if (!QDir(folder).exists())
+        QDir().mkpath(folder);
     // The CAM library gets the path in lower case. Of folders that differ only in case, which not every
     // system takes for one, it writes to the one that was changed last.
-    platform::touchFolder(localDir);
-
-    m_pathText = path.toStdString();
-    m_secondDirText = secondDir.toStdString();
-    m_formatText = FormatComboBox->currentText().toStdString();
-    m_referenceX = ReferenceXLineEdit->text().toDouble();
-    m_referenceY = ReferenceYLineEdit->text().toDouble();
+    platform::touchFolder(folder);
 }
 
-void Export::collectLayerParams()
-{
-    m_layerParams.clear();
-    for (int row = 0; row < PNListTable->rowCount(); ++row) {
-        const bool checked = isChecked(row);
-        qDebug() << checked;
-        if (checked)
-            m_layerParams[layerName(row)] = layerParam(row);
-        qDebug() << m_layerParams.size();
-    }
-}
-
-std::string Export::layerName(int row) const
-{
-    return PNListTable->item(row, layer_column::Layer)->data(Qt::DisplayRole).toString().toStdString();
-}
-
-LayerExportParam Export::layerParam(int row) const
-{
-    const auto scale = [this, row](int column) {
-        return PNListTable->item(row, column)->data(Qt::DisplayRole).toDouble();
-    };
-    LayerExportParam param;
-    param.angle = cellComboBox(row, layer_column::Rotate)->currentText().toDouble();
-    param.isMirror = cellComboBox(row, layer_column::Mirror)->currentText() == tr("Yes");
-    param.xScale = scale(layer_column::XScale);
-    param.yScale = scale(layer_column::YScale);
-    param.isNegate = cellComboBox(row, layer_column::Negate)->currentText() == tr("Yes");
-    return param;
-}
-
-void Export::reportExport()
+void ExportRun::report()
 {
     QList<std::string> layerNames;
-    for (const auto &layer : m_layerParams)
+    for (const auto &layer : m_order.layers)
         layerNames << layer.first;
-    if (layerNames.isEmpty() || FormatComboBox->currentText() != ".gds")
+    if (layerNames.isEmpty() || m_order.format != export_format::gds)
         return;
 
     PluginMetaData report;
-    report.fromPlugin = "File_Process";
-    report.toPlugin = "ListBar_PNList";
-    report.msgType = ExportReport;
-    report.params["path"] = m_outputDir;
+    report.fromPlugin = messages::fileProcess;
+    report.toPlugin = messages::layerList;
+    report.msgType = messages::ExportReport;
+    report.params["path"] = m_order.outputDir;
     report.payload = &layerNames;
     try {
-        emit on_send_exprot_xml_to_fileprocess(report);
+        m_dialog.sendReport(report);
     } catch (...) {
         // Neither the export nor the event loop above has to do with what goes wrong at a receiver.
         google::LogMessage("Export", __LINE__, google::GLOG_ERROR).stream()
@@ -232,9 +105,9 @@ void Export::reportExport()
     }
 }
 
-void Export::createProgressDialog()
+void ExportRun::createProgressDialog()
 {
-    m_progressDialog = new QProgressDialog(tr("Processing"), tr("Cancel"), 0, 100, this);
+    m_progressDialog = new QProgressDialog(tr("Processing"), tr("Cancel"), 0, 100, m_window);
     m_progressDialog->setMinimumDuration(1);
     m_progressDialog->setWindowTitle(tr("Please wait"));
     m_progressDialog->setFixedSize(250, 60);
@@ -242,21 +115,22 @@ void Export::createProgressDialog()
     m_progressDialog->setAutoReset(false);
     m_progressDialog->setAutoClose(false);
     // The Escape key closes it without a close event.
-    connect(m_progressDialog, SIGNAL(rejected()), m_progressDialog, SLOT(cancel()));
-    // Without it the dialog would look as if it took input.
-    connect(m_progressDialog, &QProgressDialog::canceled, this, [this] { setEnabled(false); });
+    QObject::connect(m_progressDialog, SIGNAL(rejected()), m_progressDialog, SLOT(cancel()));
+    // Without it the Export dialog would look as if it took input.
+    QWidget *window = m_window;
+    QObject::connect(m_progressDialog, &QProgressDialog::canceled, window,
+                     [window] { window->setEnabled(false); });
     // Layer names are no rich text, whatever characters they hold.
     for (QLabel *label : m_progressDialog->findChildren<QLabel *>())
         label->setTextFormat(Qt::PlainText);
 }
 
-void Export::runExport()
+void ExportRun::exportLayers()
 {
-    const QPointer<Export> self(this);
     place(*m_progressDialog);
-    if (!self)
+    if (!m_window)
         return;
-    for (auto &layer : m_layerParams) {
+    for (auto &layer : m_order.layers) {
         Progress job;
         setJobStatics(layer.first, layer.second);
         m_progressDialog->setRange(0, 100);
@@ -266,20 +140,20 @@ void Export::runExport()
             return;
         setOutputFile(layer.first);
         const double seconds = exportLayer(job);
-        if (!self || !m_progressDialog)
+        if (!m_window || !m_progressDialog)
             return; // the layer was finished, as after a cancel
         layer.second.seconds = seconds;
     }
 }
 
-void Export::setJobStatics(const std::string &layerName, const LayerExportParam &param)
+void ExportRun::setJobStatics(const std::string &layerName, const LayerExportParam &param) const
 {
-    Progress::m_job_name = lowerCase(m_jobName);
-    Progress::m_step = lowerCase(m_stepName);
+    Progress::m_job_name = lowerCase(m_order.jobName);
+    Progress::m_step = lowerCase(m_order.stepName);
     Progress::m_layer_name = lowerCase(QString::fromStdString(layerName));
-    Progress::resize = m_resizeValue;
-    Progress::isProfiletop = m_profileDot;
-    Progress::dbuValue = m_dbu;
+    Progress::resize = m_order.resize;
+    Progress::isProfiletop = m_order.isProfileTop;
+    Progress::dbuValue = m_order.dbu;
     Progress::isReserse = param.isNegate;
     Progress::isRotate = param.angle != 0.0;
     Progress::angle = param.angle;
@@ -289,15 +163,15 @@ void Export::setJobStatics(const std::string &layerName, const LayerExportParam 
     Progress::isMirror = param.isMirror;
 }
 
-void Export::setOutputFile(const std::string &layerName)
+void ExportRun::setOutputFile(const std::string &layerName) const
 {
-    const QString format = QString::fromStdString(m_formatText);
-    Progress::m_file_name = lowerCase(m_outputDir + "\\" + QString::fromStdString(layerName) + format);
-    Progress::m_Suffix =
-        format.toLower() == ".gds" ? ORVEX::API::export_type::gds : ORVEX::API::export_type::gerber;
+    const QString name = QString::fromStdString(layerName);
+    Progress::m_file_name = lowerCase(m_order.outputDir + "\\" + name + m_order.format);
+    Progress::m_Suffix = export_format::typeOf(m_order.format);
 }
 
-double Export::exportLayer(Progress &job)
+// Returns the whole seconds that the layer took.
+double ExportRun::exportLayer(Progress &job) const
 {
     try {
         job.do_process();
@@ -306,52 +180,23 @@ double Export::exportLayer(Progress &job)
         google::LogMessage("Export", __LINE__, google::GLOG_ERROR).stream()
             << "The export of layer \"" << Progress::m_layer_name << "\" was not started: " << error.what();
     }
-    // From the first event on this object may be gone.
-    const QPointer<QProgressDialog> progress(m_progressDialog);
     QElapsedTimer timer;
     timer.start();
     while (!job.isFinish()) {
-        if (progress)
-            progress->setValue(export_time::shownProgress(job.get_value()));
+        if (m_progressDialog)
+            m_progressDialog->setValue(export_time::shownProgress(job.get_value()));
         QApplication::processEvents();
-        QThread::msleep(pollInterval);
+        QThread::msleep(pollMilliseconds);
     }
-    if (progress)
-        progress->setValue(100);
+    if (m_progressDialog)
+        m_progressDialog->setValue(100);
     return double(export_time::wholeSeconds(timer.elapsed()));
 }
 
-void Export::fillTimeCells()
+void ExportRun::end()
 {
-    for (int row = 0; row < PNListTable->rowCount(); ++row)
-        PNListTable->removeCellWidget(row, layer_column::Time);
-    for (int row = 0; row < PNListTable->rowCount(); ++row) {
-        const bool checked = isChecked(row);
-        qDebug() << checked;
-        if (checked)
-            addTimeCell(row);
-    }
-}
-
-void Export::addTimeCell(int row)
-{
-    auto *label = new QLabel(PNListTable);
-    auto *bar = new QProgressBar(PNListTable);
-    auto *layout = new QHBoxLayout(PNListTable);
-    auto *container = new QWidget(PNListTable);
-
-    const auto layer = m_layerParams.find(layerName(row));
-    label->setText(export_time::timeText(layer != m_layerParams.end() ? layer->second.seconds : 0.0));
-    bar->setOrientation(Qt::Horizontal);
-    bar->setRange(0, 100);
-    bar->setValue(100);
-    bar->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-
-    layout->addWidget(bar);
-    layout->addWidget(label);
-    layout->setSpacing(1);
-    // A style's margins around a layout would leave a row of text's height nothing to show.
-    layout->setContentsMargins(1, 1, 1, 1);
-    container->setLayout(layout);
-    PNListTable->setCellWidget(row, layer_column::Time, container);
+    if (!m_window)
+        return;
+    delete m_progressDialog;
+    m_dialog.showTimes(m_order.layers);
 }

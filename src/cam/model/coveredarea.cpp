@@ -12,6 +12,8 @@ namespace cam {
 
 namespace {
 
+constexpr double shortestRadius = 1e-3; // nanometres: what rounding leaves of an arc without one
+
 ContourView viewOf(const Outline &outline)
 {
     return {outline.start, outline.edges.data(), outline.edges.size(), false};
@@ -32,7 +34,7 @@ void appendSides(std::vector<Side> &sides, const Outline &outline, std::size_t b
 {
     for (std::size_t i = 0; i < outline.edges.size(); ++i) {
         const Side side{outline.startOf(i), outline.edges[i], bound};
-        if (!side.isLine() || side.from != side.edge.end)
+        if (side.isLine() ? side.from != side.edge.end : side.radius() > shortestRadius)
             sides.push_back(side);
     }
 }

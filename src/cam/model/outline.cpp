@@ -1,4 +1,4 @@
-// Half-plane clipping, corner rounding and ray crossings.
+// Corner rounding and ray crossings.
 #include "cam/model/outline.h"
 
 #include "cam/model/trigonometry.h"
@@ -20,38 +20,6 @@ Point outwardNormal(Point from, Point to)
 {
     const Point along = unit(to - from);
     return {along.y, -along.x};
-}
-
-Straight movedEdge(const Polygon &polygon, std::size_t index, double distance)
-{
-    const Point from = polygon[index];
-    const Point to = polygon[(index + 1) % polygon.size()];
-    return {from + outwardNormal(from, to) * distance, to - from};
-}
-
-// The part of `polygon` to the left of `edge`.
-Polygon clipped(const Polygon &polygon, const Straight &edge)
-{
-    Polygon result;
-    for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const Point from = polygon[i];
-        const Point to = polygon[(i + 1) % polygon.size()];
-        const double before = cross(edge.direction, from - edge.at);
-        const double after = cross(edge.direction, to - edge.at);
-        if (before >= 0.0)
-            result.push_back(from);
-        if ((before > 0.0 && after < 0.0) || (before < 0.0 && after > 0.0))
-            result.push_back(from + (to - from) * (before / (before - after)));
-    }
-    return result;
-}
-
-double signedArea(const Polygon &polygon)
-{
-    double doubled = 0.0;
-    for (std::size_t i = 0; i < polygon.size(); ++i)
-        doubled += cross(polygon[i], polygon[(i + 1) % polygon.size()]);
-    return doubled / 2.0;
 }
 
 constexpr double shortest = 1e-6; // nanometres: what rounding leaves of an edge without length
@@ -115,25 +83,6 @@ Point intersection(const Straight &a, const Straight &b)
 {
     const double across = cross(a.direction, b.direction);
     return a.at + a.direction * (cross(b.at - a.at, b.direction) / across);
-}
-
-Polygon grown(const Polygon &polygon, double distance)
-{
-    Polygon result;
-    if (distance >= 0.0) {
-        for (std::size_t i = 0; i < polygon.size(); ++i) {
-            const std::size_t before = (i + polygon.size() - 1) % polygon.size();
-            result.push_back(
-                intersection(movedEdge(polygon, before, distance), movedEdge(polygon, i, distance)));
-        }
-        return result;
-    }
-    result = polygon;
-    for (std::size_t i = 0; i < polygon.size() && !result.empty(); ++i)
-        result = clipped(result, movedEdge(polygon, i, distance));
-    if (result.size() < 3 || signedArea(result) <= 0.0)
-        result.clear();
-    return result;
 }
 
 Outline circleOutline(Point center, double radius)

@@ -1,5 +1,4 @@
-// Closed outlines while a symbol is built from them: polygons that grow, corners that are rounded, and rings
-// that are cut into pieces.
+// Closed outlines while a symbol is built from them: corners that are rounded, and where rays leave.
 #pragma once
 
 #include "cam/model/contour.h"
@@ -22,10 +21,6 @@ struct Straight
 
 // Where two that are not parallel cross.
 Point intersection(const Straight &a, const Straight &b);
-
-// `polygon` with every edge moved outwards by `distance` nanometres (inwards when negative); corners stay
-// sharp. Empty when nothing is left.
-Polygon grown(const Polygon &polygon, double distance);
 
 // One closed outline, counter-clockwise.
 struct Outline

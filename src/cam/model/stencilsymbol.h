@@ -6,8 +6,7 @@
 
 namespace cam {
 
-// Adds the contours of `symbol`, of one of the kinds from HomePlate to PadGrid, to `shape`: in nanometres,
-// each edge moved outwards by half of `growth`. Islands may overlap when gaps have closed.
-void addStencilSymbol(Shape &shape, const StandardSymbol &symbol, double growth);
+// Adds the contours of `symbol`, of one of the kinds from HomePlate to PadGrid, to `shape`, in nanometres.
+void addStencilSymbol(Shape &shape, const StandardSymbol &symbol);
 
 } // namespace cam

@@ -1,5 +1,6 @@
 // The shape of every standard symbol: solids first, then rings, then rings cut by gaps.
 #include "cam/model/coveredarea.h"
+#include "cam/model/growth.h"
 #include "cam/model/outline.h"
 #include "cam/model/standardsymbol.h"
 #include "cam/model/stencilsymbol.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace cam {
 
@@ -48,7 +48,7 @@ CornerForm cornersOf(const StandardSymbol &symbol)
     return {symbol.corners, symbol.cornerMask, symbol.cornerSize};
 }
 
-Outline chamferedRectangle(double width, double height, const CornerForm &corners, double growth)
+Outline chamferedRectangle(double width, double height, const CornerForm &corners)
 {
     const Polygon sharp = rectangleCorners(width, height);
     const double cut = std::min(corners.size, std::min(width, height) / 2.0);
@@ -68,47 +68,39 @@ Outline chamferedRectangle(double width, double height, const CornerForm &corner
     polygon.erase(std::unique(polygon.begin(), polygon.end()), polygon.end());
     if (polygon.size() > 1 && polygon.front() == polygon.back())
         polygon.pop_back();
-    const Polygon moved = growth == 0.0 ? polygon : grown(polygon, growth / 2.0);
-    return roundedOutline(moved, std::vector<double>(moved.size(), 0.0));
+    return roundedOutline(polygon, std::vector<double>(polygon.size(), 0.0));
 }
 
-// Rounded corners keep their centres when the rectangle grows. A radius is cut to what the sides allow.
-Outline roundedRectangle(double width, double height, const CornerForm &corners, double growth)
+// A radius is cut to what the sides allow.
+Outline roundedRectangle(double width, double height, const CornerForm &corners)
 {
-    const double w = width + growth, h = height + growth;
-    if (w <= 0.0 || h <= 0.0)
-        return {};
-    const double limit = std::min(w, h) / 2.0;
-    const double wanted = corners.size > 0.0 ? corners.size + growth / 2.0 : 0.0;
     std::vector<double> radii(4, 0.0);
     for (std::size_t i = 0; i < 4; ++i) {
         if (corners.has(i))
-            radii[i] = std::clamp(wanted, 0.0, limit);
+            radii[i] = std::min(corners.size, std::min(width, height) / 2.0);
     }
-    return roundedOutline(rectangleCorners(w, h), radii);
+    return roundedOutline(rectangleCorners(width, height), radii);
 }
 
-Outline rectangle(double width, double height, const CornerForm &corners, double growth)
+Outline rectangle(double width, double height, const CornerForm &corners)
 {
     if (width <= 0.0 || height <= 0.0)
         return {};
-    if (corners.style == CornerStyle::Chamfered)
-        return chamferedRectangle(width, height, corners, growth);
-    return roundedRectangle(width, height, corners, growth);
+    return corners.style == CornerStyle::Chamfered ? chamferedRectangle(width, height, corners)
+                                                   : roundedRectangle(width, height, corners);
 }
 
-Outline oval(double width, double height, double growth)
+Outline oval(double width, double height)
 {
-    const double w = width + growth, h = height + growth;
-    if (width <= 0.0 || height <= 0.0 || w <= 0.0 || h <= 0.0)
+    if (width <= 0.0 || height <= 0.0)
         return {};
-    if (w == h)
-        return circleOutline({}, w / 2.0);
-    return roundedOutline(rectangleCorners(w, h), std::vector<double>(4, std::min(w, h) / 2.0));
+    if (width == height)
+        return circleOutline({}, width / 2.0);
+    return roundedOutline(rectangleCorners(width, height),
+                          std::vector<double>(4, std::min(width, height) / 2.0));
 }
 
-// Leaves out corners that are none: equal to the one before, or on a straight line. Moved edges meet nowhere
-// there.
+// Leaves out corners that are none: equal to the one before, or on a straight line.
 Polygon properCorners(const Polygon &polygon)
 {
     Polygon distinct;
@@ -128,13 +120,12 @@ Polygon properCorners(const Polygon &polygon)
     return proper;
 }
 
-Outline convex(const Polygon &corners, double growth)
+Outline convex(const Polygon &corners)
 {
     const Polygon polygon = properCorners(corners);
     if (polygon.size() < 3)
         return {};
-    const Polygon moved = growth == 0.0 ? polygon : grown(polygon, growth / 2.0);
-    return roundedOutline(moved, std::vector<double>(moved.size(), 0.0));
+    return roundedOutline(polygon, std::vector<double>(polygon.size(), 0.0));
 }
 
 bool hasExtent(const StandardSymbol &symbol)
@@ -142,50 +133,39 @@ bool hasExtent(const StandardSymbol &symbol)
     return symbol.size[0] > 0.0 && symbol.size[1] > 0.0;
 }
 
-Outline diamond(const StandardSymbol &symbol, double growth)
+Outline diamond(const StandardSymbol &symbol)
 {
     const double x = symbol.size[0] / 2.0, y = symbol.size[1] / 2.0;
-    return hasExtent(symbol) ? convex({{x, 0.0}, {0.0, y}, {-x, 0.0}, {0.0, -y}}, growth) : Outline();
+    return hasExtent(symbol) ? convex({{x, 0.0}, {0.0, y}, {-x, 0.0}, {0.0, -y}}) : Outline();
 }
 
-Outline triangle(const StandardSymbol &symbol, double growth)
+Outline triangle(const StandardSymbol &symbol)
 {
     const double x = symbol.size[0] / 2.0, y = symbol.size[1] / 2.0;
-    return hasExtent(symbol) ? convex({{0.0, y}, {-x, -y}, {x, -y}}, growth) : Outline();
+    return hasExtent(symbol) ? convex({{0.0, y}, {-x, -y}, {x, -y}}) : Outline();
 }
 
-Outline hexagon(const StandardSymbol &symbol, double growth)
+Outline hexagon(const StandardSymbol &symbol)
 {
     if (!hasExtent(symbol))
         return {};
     const double x = symbol.size[0] / 2.0, y = symbol.size[1] / 2.0, corner = symbol.size[2];
     if (symbol.kind == SymbolKind::HorizontalHexagon) {
         const double flat = std::max(0.0, x - corner);
-        return convex({{x, 0.0}, {flat, y}, {-flat, y}, {-x, 0.0}, {-flat, -y}, {flat, -y}}, growth);
+        return convex({{x, 0.0}, {flat, y}, {-flat, y}, {-x, 0.0}, {-flat, -y}, {flat, -y}});
     }
     const double flat = std::max(0.0, y - corner);
-    return convex({{0.0, y}, {-x, flat}, {-x, -flat}, {0.0, -y}, {x, -flat}, {x, flat}}, growth);
+    return convex({{0.0, y}, {-x, flat}, {-x, -flat}, {0.0, -y}, {x, -flat}, {x, flat}});
 }
 
 // Flat end at -x, round end at +x. A symbol narrower than half its height has two quarter circles instead of
-// one half; where it shrinks, its flat end cuts them.
-Outline halfOval(const StandardSymbol &symbol, double growth)
+// one half.
+Outline halfOval(const StandardSymbol &symbol)
 {
-    const double w = symbol.size[0] + growth, h = symbol.size[1] + growth;
-    if (!hasExtent(symbol) || w <= 0.0 || h <= 0.0)
+    if (!hasExtent(symbol))
         return {};
-    const double radius = std::min(symbol.size[0], symbol.size[1] / 2.0) + growth / 2.0;
-    if (radius <= w)
-        return roundedOutline(rectangleCorners(w, h), {radius, 0.0, 0.0, radius});
-    const double left = -w / 2.0, right = w / 2.0, top = h / 2.0, centre = right - radius;
-    const double reach = top - radius + std::sqrt((radius - (left - centre)) * (radius + (left - centre)));
-    Outline outline;
-    outline.start = {left, -reach};
-    outline.arcTo({right, radius - top}, {centre, radius - top});
-    outline.lineTo({right, top - radius});
-    outline.arcTo({left, reach}, {centre, top - radius});
-    outline.lineTo(outline.start);
-    return outline;
+    const double radius = std::min(symbol.size[0], symbol.size[1] / 2.0);
+    return roundedOutline(rectangleCorners(symbol.size[0], symbol.size[1]), {radius, 0.0, 0.0, radius});
 }
 
 // Enough corners that each chord stays within the tolerance of the larger circle's arc.
@@ -197,10 +177,10 @@ std::size_t ellipseCorners(double largerRadius)
     return 4 * static_cast<std::size_t>(quarter);
 }
 
-Outline ellipse(const StandardSymbol &symbol, double growth)
+Outline ellipse(const StandardSymbol &symbol)
 {
-    const double a = (symbol.size[0] + growth) / 2.0, b = (symbol.size[1] + growth) / 2.0;
-    if (!hasExtent(symbol) || a <= 0.0 || b <= 0.0)
+    const double a = symbol.size[0] / 2.0, b = symbol.size[1] / 2.0;
+    if (a <= 0.0 || b <= 0.0)
         return {};
     if (a == b)
         return circleOutline({}, a);
@@ -210,30 +190,23 @@ Outline ellipse(const StandardSymbol &symbol, double growth)
         const Point onCircle = direction(360.0 * static_cast<double>(i) / static_cast<double>(count));
         polygon.push_back({a * onCircle.x, b * onCircle.y});
     }
-    return convex(polygon, 0.0);
+    return convex(polygon);
 }
 
 // One quarter of a butterfly, in the quadrant left of and above the origin; the other is its half turn.
-Outline roundQuarter(double diameter, double growth)
+Outline roundQuarter(double diameter)
 {
-    const double margin = growth / 2.0;
-    const double radius = diameter / 2.0 + margin;
-    const bool isUsedUp = margin < 0.0 && radius * radius <= 2.0 * margin * margin;
-    if (radius <= 0.0 || isUsedUp)
-        return {};
-    const double reach = std::sqrt(radius * radius - margin * margin);
     Outline outline;
-    outline.start = {margin, -margin};
-    outline.lineTo({margin, reach});
-    outline.arcTo({-reach, -margin}, {});
+    outline.lineTo({0.0, diameter / 2.0});
+    outline.arcTo({-diameter / 2.0, 0.0}, {});
     outline.lineTo(outline.start);
     return outline;
 }
 
-Outline squareQuarter(double side, double growth)
+Outline squareQuarter(double side)
 {
     const double half = side / 2.0;
-    return convex({{0.0, 0.0}, {0.0, half}, {-half, half}, {-half, 0.0}}, growth);
+    return convex({{0.0, 0.0}, {0.0, half}, {-half, half}, {-half, 0.0}});
 }
 
 void addWithHalfTurn(Shape &shape, const Outline &outline)
@@ -287,45 +260,29 @@ void addRing(Shape &shape, const Ring &ring)
                    [&](Point at) { return contains(ring.outer, at) && !contains(ring.inner, at); });
 }
 
-// Whether shrinking leaves nothing of a ring whose line is `lineWidth` wide: its inner edge would be the
-// larger one. A line without width grows as little as a symbol without size.
-bool vanishes(double lineWidth, double growth)
-{
-    return lineWidth <= 0.0 || lineWidth + growth <= 0.0;
-}
-
 // A rectangular ring; the inner corners are round about the same centres as the outer ones.
-Ring rectangleRing(double width, double height, double lineWidth, const CornerForm &corners, double growth)
+Ring rectangleRing(double width, double height, double lineWidth, const CornerForm &corners)
 {
-    const bool hasOpening = 2.0 * lineWidth < std::min(width, height);
-    if (hasOpening && vanishes(lineWidth, growth))
-        return {};
     CornerForm inside = corners;
     inside.size = std::max(0.0, corners.size - lineWidth);
-    return {rectangle(width, height, corners, growth),
-            rectangle(width - 2.0 * lineWidth, height - 2.0 * lineWidth, inside, -growth)};
+    return {rectangle(width, height, corners),
+            rectangle(width - 2.0 * lineWidth, height - 2.0 * lineWidth, inside)};
 }
 
-Ring roundRing(double outer, double inner, double growth)
+Ring roundRing(double outer, double inner)
 {
-    if (inner > 0.0 && vanishes((outer - inner) / 2.0, growth))
-        return {};
-    return {circleOutline({}, (outer + growth) / 2.0),
-            circleOutline({}, inner > 0.0 ? (inner - growth) / 2.0 : 0.0)};
+    return {circleOutline({}, outer / 2.0), circleOutline({}, inner / 2.0)};
 }
 
-// A square about a round opening. Where the opening reaches beyond the sides, the corners are left.
-Ring squareRoundRing(double side, double inner, double growth)
+// A square about a round opening.
+Ring squareRoundRing(double side, double inner)
 {
-    return {rectangle(side, side, {}, growth), circleOutline({}, inner > 0.0 ? (inner - growth) / 2.0 : 0.0)};
+    return {rectangle(side, side, {}), circleOutline({}, inner / 2.0)};
 }
 
-Ring ovalRing(double width, double height, double lineWidth, double growth)
+Ring ovalRing(double width, double height, double lineWidth)
 {
-    const bool hasOpening = 2.0 * lineWidth < std::min(width, height);
-    if (hasOpening && vanishes(lineWidth, growth))
-        return {};
-    return {oval(width, height, growth), oval(width - 2.0 * lineWidth, height - 2.0 * lineWidth, -growth)};
+    return {oval(width, height), oval(width - 2.0 * lineWidth, height - 2.0 * lineWidth)};
 }
 
 // ---- thermals
@@ -334,29 +291,27 @@ struct Gaps
 {
     double angle = 0.0; // degrees, counter-clockwise, of the first one
     std::size_t count = 0;
-    double width = 0.0; // without growth; without it there are no gaps, which growth does not change
-    double moved = 0.0; // how far the edges of what is left between the gaps move outwards
+    double width = 0.0;
     // Half of what the symbol's sides differ by: a diagonal gap of an oblong symbol starts that much off the
     // centre along the longer axis, and so runs through the corner (or about the centre of the round end).
     Point offset;
 
     bool areNone() const { return count == 0 || width <= 0.0; }
-    bool areClosed() const { return areNone() || width <= 2.0 * moved; }
 };
 
-Gaps gapsOf(const StandardSymbol &symbol, double growth)
+Gaps gapsOf(const StandardSymbol &symbol)
 {
     Gaps gaps;
     gaps.angle = symbol.size[2];
     gaps.count = static_cast<std::size_t>(symbol.size[3]);
     gaps.width = symbol.size[4];
-    gaps.moved = growth / 2.0;
     return gaps;
 }
 
-void aimAtCorners(Gaps &gaps, double width, double height)
+Gaps aimedAtCorners(Gaps gaps, double width, double height)
 {
     gaps.offset = {std::max(0.0, (width - height) / 2.0), std::max(0.0, (height - width) / 2.0)};
+    return gaps;
 }
 
 // One ray a gap, by rising angle from 0 to 360.
@@ -393,25 +348,13 @@ std::optional<Point> apexOf(const Ray &first, const Ray &second)
     return first.origin + first.direction * alongFirst;
 }
 
-Straight straight(const Ray &ray)
-{
-    return {ray.origin, ray.direction};
-}
-
 // What lies counter-clockwise between two rays, to beyond `reach`: from where they meet, or else from the
-// line between their origins on, with all edges moved outwards by `moved`.
-Outline wedge(const Ray &first, const Ray &last, double moved, double reach)
+// line between their origins on.
+Outline wedge(const Ray &first, const Ray &last, double reach)
 {
-    const Straight right = straight(first.shifted(-moved)), left = straight(last.shifted(moved));
-    Point from = left.at, to = right.at; // the way between the rays
-    const Point across = first.origin - last.origin;
-    if (apexOf(first, last)) {
-        from = to = intersection(left, right);
-    } else if (std::fabs(cross(across, first.direction)) > 1e-9 * reach) {
-        const Straight end{first.origin + Point{across.y, -across.x} * (moved / length(across)), across};
-        from = intersection(left, end);
-        to = intersection(end, right);
-    }
+    const auto apex = apexOf(first, last);
+    const Point from = apex ? *apex : last.origin,
+                to = apex ? *apex : first.origin; // the way between the rays
     const double far = 4.0 * (reach + length(from) + length(to));
     const double turn =
         directionDegrees(dot(first.direction, last.direction), cross(first.direction, last.direction));
@@ -428,15 +371,9 @@ Outline wedge(const Ray &first, const Ray &last, double moved, double reach)
     return outline;
 }
 
-// A ring grown by so many nanometres.
-using GrownRing = std::function<Ring(double growth)>;
-
-void addCutRing(Shape &shape, const GrownRing &ringOf, const Gaps &gaps)
+void addCutRing(Shape &shape, const Ring &ring, const Gaps &gaps)
 {
-    const Ring plain = ringOf(0.0), ring = ringOf(2.0 * gaps.moved);
-    if (ring.outer.isEmpty())
-        return;
-    if (gaps.areClosed())
+    if (gaps.areNone())
         return addRing(shape, ring);
     double reach = 0.0;
     for (const Edge &edge : ring.outer.edges)
@@ -445,16 +382,10 @@ void addCutRing(Shape &shape, const GrownRing &ringOf, const Gaps &gaps)
     for (std::size_t i = 0; i < rays.size(); ++i) {
         const Ray first = rays[i].shifted(gaps.width / 2.0);
         const Ray last = rays[(i + 1) % rays.size()].shifted(-gaps.width / 2.0);
-        const auto addPiece = [&](Shape &target, const Ring &whole, double moved) {
-            const Outline between = wedge(first, last, moved, reach);
-            addCoveredArea(target.contours, {whole.outer, whole.inner, between}, [&](Point at) {
-                return contains(whole.outer, at) && !contains(whole.inner, at) && contains(between, at);
-            });
-        };
-        Shape piece;
-        addPiece(piece, plain, 0.0);
-        if (!piece.contours.isEmpty()) // nothing does not grow
-            addPiece(shape, ring, gaps.moved);
+        const Outline between = wedge(first, last, reach);
+        addCoveredArea(shape.contours, {ring.outer, ring.inner, between}, [&](Point at) {
+            return contains(ring.outer, at) && !contains(ring.inner, at) && contains(between, at);
+        });
     }
 }
 
@@ -472,15 +403,13 @@ void addBand(Shape &shape, const Outline &way, const Outline &middle, double lin
     addCoveredArea(shape.contours, bounds, [&](Point at) { return distanceTo(line, at) < half; });
 }
 
-// Pieces of a line of `lineWidth` along `middle`, with half circles at their ends, `gaps.width` apart. The
-// ends keep their centres when the line grows.
+// Pieces of a line of `lineWidth` along `middle`, with half circles at their ends, `gaps.width` apart.
 void addRoundedPieces(Shape &shape, const Outline &middle, double lineWidth, const Gaps &gaps)
 {
-    const double grownWidth = lineWidth + 2.0 * gaps.moved;
-    if (middle.isEmpty() || vanishes(lineWidth, 2.0 * gaps.moved))
+    if (middle.isEmpty() || lineWidth <= 0.0)
         return;
     if (gaps.areNone())
-        return addBand(shape, middle, middle, grownWidth);
+        return addBand(shape, middle, middle, lineWidth);
     const double toCapCentre = gaps.width / 2.0 + lineWidth / 2.0;
     const std::vector<Ray> rays = raysOf(gaps);
     for (std::size_t i = 0; i < rays.size(); ++i) {
@@ -497,26 +426,17 @@ void addRoundedPieces(Shape &shape, const Outline &middle, double lineWidth, con
         way.start = start->at;
         walkForward(way, middle, *start, *end);
         if (!way.isEmpty())
-            addBand(shape, way, middle, grownWidth);
+            addBand(shape, way, middle, lineWidth);
     }
 }
 
-void addRoundedThermal(Shape &shape, const StandardSymbol &symbol, double growth)
-{
-    const double outer = symbol.size[0], inner = symbol.size[1];
-    addRoundedPieces(shape, circleOutline({}, (outer + inner) / 4.0), (outer - inner) / 2.0,
-                     gapsOf(symbol, growth));
-}
-
-void addOblongThermal(Shape &shape, const StandardSymbol &symbol, double growth)
+void addOblongThermal(Shape &shape, const StandardSymbol &symbol)
 {
     const double width = symbol.size[0], height = symbol.size[1], lineWidth = symbol.size[5];
-    Gaps gaps = gapsOf(symbol, growth);
-    aimAtCorners(gaps, width, height);
+    const Gaps gaps = aimedAtCorners(gapsOf(symbol), width, height);
     if (symbol.ends == EndStyle::Straight)
-        return addCutRing(
-            shape, [&](double by) { return ovalRing(width, height, lineWidth, by); }, gaps);
-    addRoundedPieces(shape, oval(width - lineWidth, height - lineWidth, 0.0), lineWidth, gaps);
+        return addCutRing(shape, ovalRing(width, height, lineWidth), gaps);
+    addRoundedPieces(shape, oval(width - lineWidth, height - lineWidth), lineWidth, gaps);
 }
 
 // Part of a bar, measured along it from its middle.
@@ -559,8 +479,7 @@ bool hasGapAt(const StandardSymbol &symbol, unsigned eighth)
     return false;
 }
 
-void addOpenThermal(Shape &shape, const StandardSymbol &symbol, double width, double height, double lineWidth,
-                    double growth)
+void addOpenThermal(Shape &shape, const StandardSymbol &symbol, double width, double height, double lineWidth)
 {
     for (unsigned side = 0; side < 4; ++side) {
         const bool isUpright = side % 2 == 0;
@@ -572,18 +491,17 @@ void addOpenThermal(Shape &shape, const StandardSymbol &symbol, double width, do
         for (const Stretch &stretch :
              stretchesOfBar(halfLength, symbol.size[4], hasGapAt(symbol, eighth),
                             hasGapAt(symbol, eighth + 7), hasGapAt(symbol, eighth + 1))) {
-            const double margin = growth / 2.0;
-            const double low = stretch.from - margin, high = stretch.to + margin;
-            const double near = across - margin, far = across + lineWidth + margin;
-            if (high <= low || far <= near)
+            const double far = across + lineWidth;
+            if (lineWidth <= 0.0)
                 continue;
-            const Polygon bar = {turn({near, low}), turn({far, low}), turn({far, high}), turn({near, high})};
+            const Polygon bar = {turn({across, stretch.from}), turn({far, stretch.from}),
+                                 turn({far, stretch.to}), turn({across, stretch.to})};
             shape.contours.addPolygon(bar.data(), bar.size(), false);
         }
     }
 }
 
-void addLineThermal(Shape &shape, const StandardSymbol &symbol, double growth)
+void addLineThermal(Shape &shape, const StandardSymbol &symbol)
 {
     const double lineWidth = (symbol.size[0] - symbol.size[1]) / 2.0;
     const double across = (symbol.size[0] + symbol.size[1]) / 4.0;
@@ -593,35 +511,34 @@ void addLineThermal(Shape &shape, const StandardSymbol &symbol, double growth)
         return;
     for (int side = 0; side < 4; ++side) {
         const Transform turn = Transform::rotation(90.0 * side);
-        add(shape.contours, capsule(turn({across, -reach}), turn({across, reach}), lineWidth + growth),
-            false);
+        add(shape.contours, capsule(turn({across, -reach}), turn({across, reach}), lineWidth), false);
     }
 }
 
 // ---- moire
 
-void addMoire(Shape &shape, const StandardSymbol &symbol, double growth)
+void addMoire(Shape &shape, const StandardSymbol &symbol)
 {
     const double ringWidth = symbol.size[0], ringGap = symbol.size[1];
     const auto rings = static_cast<std::size_t>(symbol.size[2]);
     if (ringWidth > 0.0) {
-        add(shape.contours, circleOutline({}, (ringWidth + growth) / 2.0), false);
+        add(shape.contours, circleOutline({}, ringWidth / 2.0), false);
         for (std::size_t i = 1; i <= rings; ++i) {
             const double inner = ringWidth + 2.0 * ringGap * static_cast<double>(i) +
                                  2.0 * ringWidth * static_cast<double>(i - 1);
-            addRing(shape, roundRing(inner + 2.0 * ringWidth, inner, growth));
+            addRing(shape, roundRing(inner + 2.0 * ringWidth, inner));
         }
     }
     const double half = symbol.size[4] / 2.0;
     for (const double turn : {0.0, 90.0}) {
         const Point tip = direction(symbol.size[5] + turn) * half;
         if (symbol.size[3] > 0.0 && half > 0.0)
-            add(shape.contours, capsule(-tip, tip, symbol.size[3] + growth), false);
+            add(shape.contours, capsule(-tip, tip, symbol.size[3]), false);
     }
 }
 
 // As if the name had no suffix.
-Shape unturnedShape(const StandardSymbol &symbol, double growth)
+Shape unturnedShape(const StandardSymbol &symbol)
 {
     const auto &size = symbol.size;
     Shape shape;
@@ -629,103 +546,92 @@ Shape unturnedShape(const StandardSymbol &symbol, double growth)
     switch (symbol.kind) {
     case SymbolKind::Round:
     case SymbolKind::Hole:
-        solid(circleOutline({}, size[0] > 0.0 ? (size[0] + growth) / 2.0 : 0.0));
+        solid(circleOutline({}, size[0] / 2.0));
         break;
     case SymbolKind::Square:
-        solid(rectangle(size[0], size[0], {}, growth));
+        solid(rectangle(size[0], size[0], {}));
         break;
     case SymbolKind::Rectangle:
-        solid(rectangle(size[0], size[1], cornersOf(symbol), growth));
+        solid(rectangle(size[0], size[1], cornersOf(symbol)));
         break;
     case SymbolKind::Oval:
-        solid(oval(size[0], size[1], growth));
+        solid(oval(size[0], size[1]));
         break;
     case SymbolKind::Diamond:
-        solid(diamond(symbol, growth));
+        solid(diamond(symbol));
         break;
     case SymbolKind::Octagon:
-        solid(rectangle(size[0], size[1], {CornerStyle::Chamfered, 0xf, size[2]}, growth));
+        solid(rectangle(size[0], size[1], {CornerStyle::Chamfered, 0xf, size[2]}));
         break;
     case SymbolKind::RoundDonut:
-        addRing(shape, roundRing(size[0], size[1], growth));
+        addRing(shape, roundRing(size[0], size[1]));
         break;
     case SymbolKind::SquareDonut:
-        addRing(shape, rectangleRing(size[0], size[0], (size[0] - size[1]) / 2.0, cornersOf(symbol), growth));
+        addRing(shape, rectangleRing(size[0], size[0], (size[0] - size[1]) / 2.0, cornersOf(symbol)));
         break;
     case SymbolKind::SquareRoundDonut:
-        addRing(shape, squareRoundRing(size[0], size[1], growth));
+        addRing(shape, squareRoundRing(size[0], size[1]));
         break;
     case SymbolKind::RectangleDonut:
-        addRing(shape, rectangleRing(size[0], size[1], size[2], cornersOf(symbol), growth));
+        addRing(shape, rectangleRing(size[0], size[1], size[2], cornersOf(symbol)));
         break;
     case SymbolKind::OvalDonut:
-        addRing(shape, ovalRing(size[0], size[1], size[2], growth));
+        addRing(shape, ovalRing(size[0], size[1], size[2]));
         break;
     case SymbolKind::HorizontalHexagon:
     case SymbolKind::VerticalHexagon:
-        solid(hexagon(symbol, growth));
+        solid(hexagon(symbol));
         break;
     case SymbolKind::Butterfly:
-        addWithHalfTurn(shape, size[0] > 0.0 ? roundQuarter(size[0], growth) : Outline());
+        addWithHalfTurn(shape, roundQuarter(size[0]));
         break;
     case SymbolKind::SquareButterfly:
-        addWithHalfTurn(shape, size[0] > 0.0 ? squareQuarter(size[0], growth) : Outline());
+        addWithHalfTurn(shape, squareQuarter(size[0]));
         break;
     case SymbolKind::Triangle:
-        solid(triangle(symbol, growth));
+        solid(triangle(symbol));
         break;
     case SymbolKind::HalfOval:
-        solid(halfOval(symbol, growth));
+        solid(halfOval(symbol));
         break;
     case SymbolKind::RoundedThermal:
-        addRoundedThermal(shape, symbol, growth);
+        addRoundedPieces(shape, circleOutline({}, (size[0] + size[1]) / 4.0), (size[0] - size[1]) / 2.0,
+                         gapsOf(symbol));
         break;
     case SymbolKind::RoundThermal:
-        addCutRing(
-            shape, [&](double by) { return roundRing(size[0], size[1], by); }, gapsOf(symbol, growth));
+        addCutRing(shape, roundRing(size[0], size[1]), gapsOf(symbol));
         break;
     case SymbolKind::SquareThermal:
-        addCutRing(
-            shape,
-            [&](double by) {
-                return rectangleRing(size[0], size[0], (size[0] - size[1]) / 2.0, cornersOf(symbol), by);
-            },
-            gapsOf(symbol, growth));
+        addCutRing(shape, rectangleRing(size[0], size[0], (size[0] - size[1]) / 2.0, cornersOf(symbol)),
+                   gapsOf(symbol));
         break;
     case SymbolKind::OpenSquareThermal:
-        addOpenThermal(shape, symbol, size[0], size[0], (size[0] - size[1]) / 2.0, growth);
+        addOpenThermal(shape, symbol, size[0], size[0], (size[0] - size[1]) / 2.0);
         break;
     case SymbolKind::LineThermal:
-        addLineThermal(shape, symbol, growth);
+        addLineThermal(shape, symbol);
         break;
     case SymbolKind::SquareRoundThermal:
-        addCutRing(
-            shape, [&](double by) { return squareRoundRing(size[0], size[1], by); }, gapsOf(symbol, growth));
+        addCutRing(shape, squareRoundRing(size[0], size[1]), gapsOf(symbol));
         break;
-    case SymbolKind::RectangleThermal: {
-        Gaps gaps = gapsOf(symbol, growth);
-        aimAtCorners(gaps, size[0], size[1]);
-        addCutRing(
-            shape, [&](double by) { return rectangleRing(size[0], size[1], size[5], cornersOf(symbol), by); },
-            gaps);
+    case SymbolKind::RectangleThermal:
+        addCutRing(shape, rectangleRing(size[0], size[1], size[5], cornersOf(symbol)),
+                   aimedAtCorners(gapsOf(symbol), size[0], size[1]));
         break;
-    }
     case SymbolKind::OpenRectangleThermal:
-        addOpenThermal(shape, symbol, size[0], size[1], size[5], growth);
+        addOpenThermal(shape, symbol, size[0], size[1], size[5]);
         break;
     case SymbolKind::OvalThermal:
-        addCutRing(
-            shape, [&](double by) { return ovalRing(size[0], size[1], size[5], by); },
-            gapsOf(symbol, growth));
+        addCutRing(shape, ovalRing(size[0], size[1], size[5]), gapsOf(symbol));
         break;
     case SymbolKind::OblongThermal:
-        addOblongThermal(shape, symbol, growth);
+        addOblongThermal(shape, symbol);
         break;
     case SymbolKind::Ellipse:
-        solid(ellipse(symbol, growth));
+        solid(ellipse(symbol));
         break;
     case SymbolKind::Moire:
-        addMoire(shape, symbol, growth);
+        addMoire(shape, symbol);
         break;
     case SymbolKind::HomePlate:
     case SymbolKind::InvertedHomePlate:
@@ -735,7 +641,7 @@ Shape unturnedShape(const StandardSymbol &symbol, double growth)
     case SymbolKind::Cross:
     case SymbolKind::Dogbone:
     case SymbolKind::PadGrid:
-        addStencilSymbol(shape, symbol, growth);
+        addStencilSymbol(shape, symbol);
         break;
     case SymbolKind::Null:
         break;
@@ -743,11 +649,25 @@ Shape unturnedShape(const StandardSymbol &symbol, double growth)
     return shape;
 }
 
+Shape grownShape(const StandardSymbol &symbol, double growth)
+{
+    if (symbol.kind == SymbolKind::Ellipse) { // its parallel curve is none
+        StandardSymbol plain = symbol;
+        plain.size[0] += growth;
+        plain.size[1] += growth;
+        return unturnedShape(plain);
+    }
+    const Shape shape = grown(unturnedShape(symbol), growth / 2.0);
+    const bool isThermal =
+        symbol.kind >= SymbolKind::RoundedThermal && symbol.kind <= SymbolKind::OblongThermal;
+    return isThermal && growth >= symbol.size[4] ? united(shape) : shape; // its gaps have closed
+}
+
 } // namespace
 
 Shape shapeOf(const StandardSymbol &symbol, double growth)
 {
-    Shape shape = unturnedShape(symbol, growth);
+    Shape shape = grownShape(symbol, growth);
     if (symbol.angle == 0.0)
         return shape;
     Shape turned;

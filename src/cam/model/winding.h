@@ -1,5 +1,6 @@
 // How a point lies to a contour, from its true arcs and without any polygon in between: what files are read
-// back and verified with.
+// back and verified with, and what the outlines of symbols are found with. Its angles may differ in the last
+// digits from platform to platform: no coordinate may depend on them.
 #pragma once
 
 #include "cam/model/contour.h"

@@ -140,7 +140,7 @@ std::vector<Point> samplesOf(const Shape &plain, const Shape &grown, double grow
     const auto between = [&](double low, double high) {
         return low + (high - low) * (static_cast<double>(random()) / 4294967296.0);
     };
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < 40; ++i)
         samples.push_back({between(box.low.x - margin, box.high.x + margin),
                            between(box.low.y - margin, box.high.y + margin)});
     return samples;
@@ -161,10 +161,8 @@ void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("line"); // micrometres: the width of its lines, or about half of it
-    QTest::addColumn<double>("most"); // widths of lines by which it is grown and, negative, shrunk
-    QTest::addColumn<double>("least");
-    const auto row = [](const QString &name, double line, double most = 2.5, double least = -1.5) {
-        QTest::newRow(qPrintable(name)) << name << line << most << least;
+    const auto row = [](const QString &name, double line) {
+        QTest::newRow(qPrintable(name)) << name << line;
     };
     for (const char *solid : {"r100",
                               "s100",
@@ -192,6 +190,7 @@ void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt_data()
                               "hplate200x100x200x10x20",
                               "rhplate200x100x40",
                               "rhplate200x100x200",
+                              "rhplate200x100x90x10x20",
                               "fhplate200x100x20x40",
                               "fhplate200x100x50x200",
                               "fhplate200x100x20x40x10x20",
@@ -226,88 +225,55 @@ void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt_data()
                              "moire30x30x3x20x250x30",
                              "moire30x10x4x30x300x45"})
         row(ring, 30);
-    // Where a gap is wider than the opening, some of its sides are no edges at first and would become edges.
-    const auto thermal = [&row](const QString &symbol, double line, double gap) {
-        row(symbol, line, gap < 60.0 ? 2.5 : 0.3, gap < 60.0 ? -1.5 : -0.6);
-    };
-    struct Gaps
-    {
-        const char *text; // angle and number
-        double width;
-    };
     for (const char *family : {"thr200x140", "ths200x140", "s_ths200x140", "sr_ths200x140", "sr_ths200x190",
-                               "thr200x20", "ths200x0", "s_ths200x200"}) {
-        for (const Gaps &gaps : {Gaps{"x0x4x", 20},
-                                 {"x45x4x", 20},
-                                 {"x45x4x", 90},
-                                 {"x0x3x", 40},
-                                 {"x0x2x", 60},
-                                 {"x45x2x", 130},
-                                 {"x45x1x", 20},
-                                 {"x0x1x", 150},
-                                 {"x10x1x", 170},
-                                 {"x0x5x", 20},
-                                 {"x0x0x", 20},
-                                 {"x10x4x", 0},
-                                 {"x45x4x", 140},
-                                 {"x20x16x", 5}})
-            thermal(family + QString(gaps.text) + QString::number(gaps.width), 30, gaps.width);
+                               "thr200x20", "ths200x20", "ths200x0", "s_ths200x200"}) {
+        for (const char *gaps :
+             {"x0x4x20", "x45x4x20", "x45x4x90", "x20x3x40", "x0x2x60", "x45x2x130", "x45x1x20", "x0x1x150",
+              "x10x1x170", "x9x7x20", "x0x0x20", "x10x4x0", "x45x4x140", "x20x16x5"})
+            row(QString(family) + gaps, 30);
     }
     for (const char *corners : {"xr27", "xr10", "xr50", "xr28x13", "xr100"}) {
-        for (const char *gaps : {"x45x1x20", "x45x4x20", "x0x4x20", "x0x2x60", "x0x3x40"}) {
+        for (const char *gaps : {"x45x1x20", "x45x4x20", "x0x4x20", "x0x2x60", "x20x3x40"}) {
             row(QString("s_ths200x140") + gaps + corners, 30);
             row(QString("rc_ths300x200") + gaps + "x30" + corners, 30);
         }
     }
     for (const char *sides : {"300x200", "200x300", "200x200", "400x100"}) {
-        for (const Gaps &gaps : {Gaps{"x0x4x", 20},
-                                 {"x45x4x", 20},
-                                 {"x45x4x", 90},
-                                 {"x90x4x", 110},
-                                 {"x135x2x", 130},
-                                 {"x0x1x", 150},
-                                 {"x180x1x", 190},
-                                 {"x0x0x", 20},
-                                 {"x90x2x", 300}}) {
-            for (const double line : {30.0, 45.0}) {
-                const QString parameters =
-                    sides + QString(gaps.text) + QString::number(gaps.width) + "x" + QString::number(line);
-                thermal("rc_ths" + parameters, line, gaps.width);
-                thermal("rc_tho" + parameters, line, gaps.width);
-                thermal("o_ths" + parameters, line, gaps.width);
-                thermal("oblong_ths" + parameters + "xs", line, gaps.width);
-                thermal("oblong_ths" + parameters + "xr", line, gaps.width);
+        for (const char *gaps : {"x0x4x20", "x45x4x90", "x90x4x110", "x45x2x60", "x135x2x130", "x45x1x20",
+                                 "x180x1x190", "x0x0x20", "x90x2x300"}) {
+            for (const char *line : {"x30", "x50"}) {
+                const double width = QString(line).mid(1).toDouble();
+                row(QString("rc_ths") + sides + gaps + line, width);
+                row(QString("rc_tho") + sides + gaps + line, width);
+                row(QString("o_ths") + sides + gaps + line, width);
+                row(QString("oblong_ths") + sides + gaps + line + "xs", width);
+                row(QString("oblong_ths") + sides + gaps + line + "xr", width);
             }
         }
-        for (const char *gaps : {"x0x3x40", "x20x1x80"})
-            row(QString("o_ths") + sides + gaps + "x30", 30, 0.9);
+        for (const char *gaps : {"x0x3x40", "x100x5x30", "x20x1x80"})
+            row(QString("o_ths") + sides + gaps + "x30", 30);
     }
-    row("rc_ths400x100x0x4x20x50", 50);
-    row("o_ths400x100x45x4x20x50", 50);
     for (const char *open : {"x0x4x20", "x45x4x20", "x45x2x60", "x90x1x60", "x45x4x200", "x0x0x20"})
         row(QString("s_tho200x140") + open, 30);
     row("s_thr200x140x45x4x20", 30);
     row("s_thr200x140x45x4x90", 30);
     for (const char *stencil :
          {"cross300x200x30x40x50x50xs", "cross300x200x30x40x50x50xr", "cross300x200x30x40x50x50xr10",
-          "cross300x200x30x40x0x0xs", "cross300x200x30x40x3x97xr", "cross200x200x200x40x50x50xs",
-          "dogbone300x200x30x40x50xs", "dogbone300x200x30x40x50xr", "dogbone300x200x30x40x0xrx10",
-          "dogbone300x200x90x40x97xr", "dpack300x200x20x20x3x2", "dpack300x200x20x20x3x2x10",
+          "cross300x200x30x40x0x0xs", "cross300x200x30x40x100x20xr10", "cross300x200x30x40x3x97xr",
+          "cross300x200x30x40x8x50xr20", "cross200x200x200x40x50x50xs", "dogbone300x200x30x40x50xs",
+          "dogbone300x200x30x40x50xr", "dogbone300x200x30x40x0xrx10", "dogbone300x200x90x40x97xr",
+          "dogbone300x200x100x40x50xr", "dpack300x200x20x20x3x2", "dpack300x200x20x20x3x2x10",
           "dpack300x200x20x20x3x2x100", "cross300x200x30x40x50x50xs_20"})
-        row(stencil, 30, 0.3, -0.6); // beyond it their inner corners have no room for arcs
+        row(stencil, 40);
 }
 
 void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt()
 {
     QFETCH(const QString, name);
     QFETCH(const double, line);
-    QFETCH(const double, most);
-    QFETCH(const double, least);
     const auto symbol = cam::parseStandardSymbol(name.toStdString(), cam::SymbolUnit::Micrometres);
     const Shape plain = cam::shapeOf(symbol);
-    for (const double share : {-1.5, -1.1, -0.97, -0.9, -0.6, -0.2, 0.0, 0.3, 0.9, 1.1, 2.5}) {
-        if (share > most || share < least)
-            continue;
+    for (const double share : {-1.5, -0.97, -0.6, -0.2, 0.0, 0.4, 1.1, 2.5}) {
         const double growth = share * line * 1000.0;
         const QByteArray where = " by " + QByteArray::number(growth / 1000.0) + " um";
         Shape grown;

@@ -1,6 +1,6 @@
 #include "cam/jobroot.h"
 
-#include "cam/odb/settings.h"
+#include "cam/settings.h"
 
 #include <mutex>
 
@@ -38,7 +38,7 @@ std::string job_root()
         if (!chosen.folder.empty())
             return chosen.folder;
     }
-    const std::string configured = cam::readSetting("Job_Path", "path");
+    const std::string configured = cam::hostSetting("Job_Path/path");
     return configured.empty() ? "job" : configured;
 }
 

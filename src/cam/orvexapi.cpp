@@ -8,7 +8,7 @@
 #include "cam/export/exportrequest.h"
 #include "cam/jobroot.h"
 #include "cam/odb/job.h"
-#include "cam/odb/settings.h"
+#include "cam/settings.h"
 
 #include <glog/logging.h>
 
@@ -131,7 +131,7 @@ namespace {
 
 std::string databasePath()
 {
-    return cam::readSetting("Export_Database", "path");
+    return cam::hostSetting("Export_Database/path");
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "tests/support/processortime.h"
 
 #include <QDirIterator>
+#include <QSettings>
 #include <QtTest>
 
 #include <sqlite3.h>
@@ -649,6 +650,26 @@ private slots:
         QCOMPARE(HOST::job_root(), std::string("chosen"));
         HOST::set_job_root({});
         QCOMPARE(HOST::job_root(), std::string("configured"));
+    }
+
+    // Hosts write the file with Qt, which escapes backslashes and letters beyond ASCII.
+    void jobRootIsReadAsQtWritesIt_data()
+    {
+        QTest::addColumn<QString>("value");
+        for (const char *value : {"D:\\jobs\\new", "with blank", "semi;colon", "comma, list", "quote\"d"})
+            QTest::newRow(value) << QString(value);
+        QTest::newRow("umlauts") << QString::fromUtf8("\u00dcbung/\u4e2d\u6587");
+    }
+    void jobRootIsReadAsQtWritesIt()
+    {
+        QFETCH(QString, value);
+        TemporaryWorkingFolder folder;
+        {
+            QSettings settings("oxconfig.ini", QSettings::IniFormat);
+            settings.setIniCodec("utf-8");
+            settings.setValue("Job_Path/path", value);
+        }
+        QCOMPARE(QString::fromStdString(HOST::job_root()), value);
     }
 
     void jobRootMayHaveBackslashesAndAnotherCase()

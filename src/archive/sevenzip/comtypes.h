@@ -59,11 +59,9 @@ static_assert(sizeof(Variant) == 16, "7-Zip's variant has 16 bytes");
 
 inline constexpr Result Ok = 0;
 inline constexpr Result False = 1;
-inline constexpr Result NotImplemented = Result(0x80004001u);
 inline constexpr Result NoInterface = Result(0x80004002u);
 inline constexpr Result Abort = Result(0x80004004u);
 inline constexpr Result InvalidFunction = Result(0x80030001u);
-inline constexpr Result InvalidArgument = Result(0x80070057u);
 inline constexpr Result NegativeSeek = Result(0x80070083u);
 
 inline bool sameGuid(const Guid &a, const Guid &b)

@@ -102,7 +102,6 @@ struct Transform
     bool keepsCircles() const;
     // The scale of lengths, where keepsCircles().
     double scale() const;
-    bool isIdentity() const { return xx == 1.0 && xy == 0.0 && yx == 0.0 && yy == 1.0 && offset == Point{}; }
 };
 
 // The linear part of a map as a key of tables: maps that differ in their offset, or in the sign of a zero,

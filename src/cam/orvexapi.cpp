@@ -6,6 +6,7 @@
 #include "cam/base/paths.h"
 #include "cam/database/exportdatabase.h"
 #include "cam/export/exportrequest.h"
+#include "cam/exportobserver.h"
 #include "cam/jobroot.h"
 #include "cam/odb/job.h"
 #include "cam/settings.h"
@@ -90,10 +91,17 @@ bool layer_export(const std::string &job, const std::string &step, const std::st
         if (progress)
             progress->set_value(percent);
     };
+    using State = HOST::ExportOutcome::State;
     const std::string name = job + "/" + step + "/" + layer;
+    HOST::ExportOutcome outcome;
+    outcome.job = job;
+    cam::ExportRequest &request = outcome.request;
+    const auto tell = [&outcome](State state) {
+        outcome.state = state;
+        HOST::tellExportObserver(outcome);
+    };
     try {
         setValue(0.0);
-        cam::ExportRequest request;
         request.step = step;
         request.layer = layer;
         request.format = type == export_type::gds ? cam::FileFormat::Gds : cam::FileFormat::Gerber;
@@ -112,12 +120,22 @@ bool layer_export(const std::string &job, const std::string &step, const std::st
         if (is_mirror)
             mirror(axis, request.options);
         request.options.report = [&](double share) { setValue(100.0 * share); };
-        request.note = [&](const cam::ExportNote &note) { logNote(note, name); };
+        request.note = [&](const cam::ExportNote &note) {
+            logNote(note, name);
+            outcome.notes.push_back(note);
+        };
         request.job = findOnlyJob(job);
-        cam::exportLayer(request);
+        tell(State::Started);
+        outcome.isEmpty = cam::exportLayer(request).isEmpty;
+        tell(State::Written);
         return true;
     } catch (const std::exception &failure) {
         LOG(ERROR) << "layer_export " << name << ": " << failure.what();
+        outcome.reason = failure.what();
+        tell(State::Failed);
+    } catch (...) { // how a cancel ends it
+        tell(State::Cancelled);
+        throw;
     }
     setValue(-1.0);
     return false;

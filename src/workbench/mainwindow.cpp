@@ -8,7 +8,9 @@
 #include "workbench/jobstore.h"
 #include "workbench/layerpanel.h"
 #include "workbench/logpane.h"
+#include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
+#include "workbench/resultspane.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/view/graphicview.h"
 #include "workbench/windowplacer.h"
@@ -28,6 +30,7 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include <glog/logging.h>
 
@@ -55,7 +58,13 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent)
     connect(&m_messages, &HostMessages::fileImported, this, &MainWindow::takeImportedFile);
     connect(&m_messages, &HostMessages::exportReported, this, &MainWindow::takeExportReport);
     // The plug-in's export has the CAM library to itself.
-    connect(&m_messages, &HostMessages::contextRequested, this, [this] { m_view->stopReading(); });
+    connect(&m_messages, &HostMessages::contextRequested, this, [this] {
+        m_view->stopReading();
+        m_exports.watchDialog();
+    });
+    connect(&m_exports, &ExportWatch::started, this, [this] { m_results->showResults(m_exports.results()); });
+    connect(&m_exports, &ExportWatch::changed, this, [this] { m_results->showResults(m_exports.results()); });
+    connect(&m_exports, &ExportWatch::ended, this, &MainWindow::showExportResults);
     connect(&m_messages, &HostMessages::exportRefused, this, [this] {
         statusBar()->showMessage(tr("Open a job first, then export its layers."), messageTime);
     });
@@ -72,13 +81,28 @@ void MainWindow::buildPanels()
     m_layers = new LayerPanel;
     m_view = new GraphicView;
     m_logPane = new LogPane;
-    setCentralWidget(m_view);
+    m_results = new ResultsPane;
+    m_messageBar = new MessageBar;
+    auto *centre = new QWidget;
+    auto *layout = new QVBoxLayout(centre);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_messageBar);
+    layout->addWidget(m_view, 1);
+    setCentralWidget(centre);
     QDockWidget *jobs = dock(tr("Jobs"), "JobsDock", m_jobs);
     QDockWidget *layers = dock(tr("Layers"), "LayersDock", m_layers);
     QDockWidget *log = dock(tr("Log"), "LogDock", m_logPane);
     addDockWidget(Qt::LeftDockWidgetArea, jobs);
     addDockWidget(Qt::LeftDockWidgetArea, layers);
     addDockWidget(Qt::BottomDockWidgetArea, log);
+    m_resultsDock = dock(tr("Export results"), "ResultsDock", m_results);
+    tabifyDockWidget(log, m_resultsDock);
+    log->raise();
+    connect(m_messageBar, &MessageBar::detailsAsked, this, [this] {
+        m_resultsDock->show();
+        m_resultsDock->raise();
+    });
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     resizeDocks({jobs, log}, {410, 150}, Qt::Horizontal);
     resizeDocks({jobs, layers}, {200, 460}, Qt::Vertical);
@@ -283,7 +307,7 @@ void MainWindow::takeImportedFile(const QString &path)
     if (!jobNames().contains(job)) {
         LOG(ERROR) << path.toStdString() << " was unpacked, but holds no ODB++ job: there is no folder "
                    << m_jobRoot.toStdString() << "/" << job.toStdString() << " with a matrix in it";
-        statusBar()->showMessage(tr("%1 holds no ODB++ job.").arg(file.fileName()), messageTime);
+        m_messageBar->show(MessageBar::Kind::Failure, tr("%1 holds no ODB++ job.").arg(file.fileName()));
         emit fileImported(path, QString());
         return;
     }
@@ -311,6 +335,21 @@ void MainWindow::takeExportReport(const QString &folder, const QStringList &laye
               << layers.join(", ").toStdString();
     statusBar()->showMessage(tr("Exporting %n layer(s) to %1", nullptr, layers.size()).arg(folder),
                              messageTime);
+}
+
+void MainWindow::showExportResults()
+{
+    const ExportResults &results = m_exports.results();
+    m_results->showResults(results);
+    m_resultsDock->show();
+    m_resultsDock->raise();
+    const QString summary = results.summary();
+    for (const LayerResult &result : results.layers) {
+        if (result.state == LayerResult::State::Cancelled)
+            LOG(WARNING) << "the export of " << result.layer.toStdString() << " was cancelled";
+    }
+    m_messageBar->show(results.isComplete() ? MessageBar::Kind::Good : MessageBar::Kind::Failure, summary,
+                       results.folder(), true);
 }
 
 void MainWindow::updateContext()

@@ -1,6 +1,7 @@
 // The workbench: the plug-ins' toolbar, the jobs, the layers of the open job, and the log.
 #pragma once
 
+#include "workbench/exportwatch.h"
 #include "workbench/hostmessages.h"
 
 #include <QMainWindow>
@@ -12,9 +13,12 @@ class JobListPanel;
 class LayerPanel;
 class LogCollector;
 class LogPane;
+class MessageBar;
+class ResultsPane;
 class WindowPlacer;
 
 class QAction;
+class QDockWidget;
 class QFileInfo;
 class QLabel;
 class QToolBar;
@@ -45,6 +49,8 @@ public:
     QString jobRoot() const { return m_jobRoot; }
     QStringList jobNames() const;
     bool chooseStep(const QString &step);
+    // What became of the last export.
+    const ExportWatch &exports() const { return m_exports; }
     // Whether a layer is being read for the view.
     bool isReadingLayer() const;
 
@@ -66,6 +72,7 @@ private:
     void setJobFolder(const QString &folder);
     void takeImportedFile(const QString &path);
     void takeLayerFile(const QFileInfo &file);
+    void showExportResults();
     void takeExportReport(const QString &folder, const QStringList &layers);
     void readOpenJobAgain();
     void updateContext();
@@ -75,11 +82,15 @@ private:
 
     LogCollector &m_log;
     HostMessages m_messages;
+    ExportWatch m_exports;
     std::unique_ptr<WindowPlacer> m_placer;
     JobListPanel *m_jobs = nullptr;
     LayerPanel *m_layers = nullptr;
     GraphicView *m_view = nullptr;
     LogPane *m_logPane = nullptr;
+    ResultsPane *m_results = nullptr;
+    QDockWidget *m_resultsDock = nullptr;
+    MessageBar *m_messageBar = nullptr;
     QToolBar *m_toolBar = nullptr;
     QLabel *m_resizeStatus = nullptr; // seen while exports change the size of features
     QLabel *m_placeStatus = nullptr;

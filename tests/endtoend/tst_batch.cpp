@@ -206,7 +206,7 @@ private slots:
         QVERIFY(QDir().mkpath(folder->filePath("out/OX/beacon/top.gds"))); // a folder is in the way
         const BatchResult result = run(folders() + QStringList{"--format", ".gds", SAMPLE_ARCHIVE});
         QVERIFY2(result.code != 0, qPrintable(result.all()));
-        QCOMPARE(result.lines("FAILED: TOP  .*was not written").size(), 1);
+        QCOMPARE(result.lines("FAILED: TOP  .*was not written: .*top\\.gds").size(), 1);
         QCOMPARE(result.lines(" files, .* bytes, 1 failure$").size(), 1);
     }
 

@@ -2,14 +2,21 @@
 #include "pluginmanger/pluginhost.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"
+#include "workbench/exportdialog.h"
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
+#include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDirIterator>
 #include <QFileDialog>
+#include <QMenu>
+#include <QProgressDialog>
+#include <QTableWidget>
+#include <QToolButton>
+#include <QTreeWidget>
 #include <QtTest>
 
 #include <memory>
@@ -52,6 +59,38 @@ private:
     LogCollector log;
     std::unique_ptr<MainWindow> window;
 
+    // The open Export dialog, with all layers chosen.
+    ExportDialog openDialog(const QString &format)
+    {
+        window->openJob("beacon");
+        window->pressButton(window->exportAction());
+        if (!QTest::qWaitFor([] { return ExportDialog::find().window() != nullptr; }))
+            qFatal("no Export dialog opened");
+        ExportDialog dialog = ExportDialog::find();
+        QTimer::singleShot(0, [] {
+            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            for (QAction *action : menu ? menu->actions() : QList<QAction *>()) {
+                if (action->text() == "Select all layer")
+                    menu->setActiveAction(action);
+            }
+            QTest::keyClick(menu, Qt::Key_Return);
+        });
+        dialog.openTableMenu();
+        dialog.enterPath(folder.filePath("out"));
+        dialog.chooseFormat(format);
+        return dialog;
+    }
+    const ExportResults &results() const { return window->exports().results(); }
+    MessageBar *messageBar() const { return window->findChild<MessageBar *>(); }
+    int redRows() const
+    {
+        auto *list = window->findChild<QTreeWidget *>("ExportResults");
+        int red = 0;
+        for (int row = 0; row < list->topLevelItemCount(); ++row)
+            red += list->topLevelItem(row)->background(0).color().red() > 0x80 ? 1 : 0;
+        return red;
+    }
+
 private slots:
     void initTestCase()
     {
@@ -75,6 +114,7 @@ private slots:
     {
         closeExportDialogs();
         window.reset();
+        QDir("out").removeRecursively();
         PluginHost::instance().destroyPlugins();
     }
 
@@ -151,6 +191,81 @@ private slots:
         LoadedPlugin other = plugin;
         other.file = QCoreApplication::applicationFilePath(); // a module without that name
         QVERIFY(!setPluginParentWidget(other, window.get()));
+    }
+
+    void everyLayerOfAnExportHasAResult_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::newRow("GDSII") << ".gds";
+        QTest::newRow("Gerber") << ".gerber";
+    }
+    void everyLayerOfAnExportHasAResult()
+    {
+        QFETCH(QString, format);
+        QVERIFY(QDir().mkpath("out"));
+        ExportDialog dialog = openDialog(format);
+        QVERIFY(dialog.pressOk());
+        QTRY_VERIFY(!window->exports().isRunning());
+        QCOMPARE(results().layers.size(), dialog.rowCount());
+        QVERIFY2(results().isComplete(), qPrintable(results().summary()));
+        for (const LayerResult &result : results().layers) {
+            QVERIFY(result.file.endsWith(result.layer.toLower() + format));
+            QCOMPARE(result.bytes, QFileInfo(result.file).size());
+        }
+        QVERIFY2(messageBar()->text().startsWith("11 of 11 layers of beacon were written"),
+                 qPrintable(messageBar()->text()));
+        QVERIFY(!messageBar()->isFailure());
+        QCOMPARE(redRows(), 0);
+    }
+
+    void layerThatFailsIsRedWithItsReasonUntilDismissed()
+    {
+        QVERIFY(QDir().mkpath("out/OX/beacon/top.gerber")); // a folder is in the way
+        ExportDialog dialog = openDialog(".gerber");
+        QVERIFY(dialog.pressOk());
+        QTRY_VERIFY(!window->exports().isRunning());
+        QVERIFY(!results().isComplete());
+        for (const LayerResult &result : results().layers)
+            QCOMPARE(result.isGood(), result.layer != "TOP");
+        ExportResults copy = results();
+        QVERIFY2(copy.find("top")->reason.contains("top.gerber"), qPrintable(copy.find("top")->reason));
+        QVERIFY2(messageBar()->text().startsWith("10 of 11 layers of beacon were written, 1 failed."),
+                 qPrintable(messageBar()->text()));
+        QVERIFY(messageBar()->isFailure());
+        QCOMPARE(redRows(), 1);
+        // A later success does not cover it.
+        messageBar()->show(MessageBar::Kind::Good, "something else went well");
+        QVERIFY(messageBar()->isFailure());
+        QVERIFY(messageBar()->text().contains("1 failed"));
+        QTest::mouseClick(messageBar()->findChild<QToolButton *>("Dismiss"), Qt::LeftButton);
+        QVERIFY(messageBar()->text().isEmpty());
+        QVERIFY(QDir("out/OX/beacon/top.gerber").removeRecursively());
+    }
+
+    void layersOfACancelledExportAreCancelled()
+    {
+        QVERIFY(QDir().mkpath("out"));
+        ExportDialog dialog = openDialog(".gds");
+        QTimer cancel;
+        connect(&cancel, &QTimer::timeout, this, [] {
+            for (QWidget *open : QApplication::topLevelWidgets()) {
+                if (auto *progress = qobject_cast<QProgressDialog *>(open))
+                    QTest::keyClick(progress, Qt::Key_Escape);
+            }
+        });
+        cancel.start(20);
+        QVERIFY(dialog.pressOk());
+        cancel.stop();
+        QTRY_VERIFY(!window->exports().isRunning());
+        QCOMPARE(results().layers.size(), dialog.rowCount());
+        const int cancelled = results().count(LayerResult::State::Cancelled);
+        QVERIFY(cancelled > 0);
+        const int written = results().count(LayerResult::State::Written);
+        QCOMPARE(written + cancelled, dialog.rowCount());
+        QVERIFY2(messageBar()->text().contains(QString("%1 cancelled").arg(cancelled)),
+                 qPrintable(messageBar()->text()));
+        QVERIFY(messageBar()->isFailure());
+        QCOMPARE(redRows(), cancelled);
     }
 
     void closingTheProgramWithAnOpenDialogIsSafe()

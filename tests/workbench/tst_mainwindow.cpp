@@ -5,6 +5,7 @@
 #include "workbench/logcollector.h"
 #include "workbench/logpane.h"
 #include "workbench/mainwindow.h"
+#include "workbench/messagebar.h"
 #include "workbench/windowplacer.h"
 
 #include <QAction>
@@ -135,7 +136,12 @@ private slots:
         MainWindow window(log);
         announceFile("/somewhere/holiday.tgz");
         QCOMPARE(window.openJobName(), QString());
-        QVERIFY(window.statusBar()->currentMessage().contains("holiday.tgz holds no ODB++ job"));
+        auto *bar = window.findChild<MessageBar *>();
+        QVERIFY2(bar->text().contains("holiday.tgz holds no ODB++ job"), qPrintable(bar->text()));
+        QVERIFY(bar->isFailure());
+        // Nor does what is said for a few seconds cover it.
+        announceFile("/somewhere/mask.gerber");
+        QVERIFY(bar->text().contains("holiday.tgz holds no ODB++ job"));
     }
 
     void layerFileLeavesTheOpenJob()

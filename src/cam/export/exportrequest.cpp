@@ -6,6 +6,7 @@
 #include "cam/gerber/gerberwriter.h"
 #include "cam/odb/job.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace cam {
@@ -44,7 +45,7 @@ void passOn(const ReadingNotes &found, const std::function<void(const ExportNote
 
 } // namespace
 
-void exportLayer(const ExportRequest &request)
+ExportResult exportLayer(const ExportRequest &request)
 {
     // Reading takes about a third of the time of an export without booleans.
     constexpr double readingShare = 0.3;
@@ -64,6 +65,8 @@ void exportLayer(const ExportRequest &request)
         writeGds(image, options);
     else
         writeGerber(image, options);
+    return {std::all_of(image.steps.begin(), image.steps.end(),
+                        [](const StepImage &step) { return step.features.isEmpty(); })};
 }
 
 } // namespace cam

@@ -36,10 +36,15 @@ struct ExportRequest
     std::function<void(const ExportNote &)> note = [](const ExportNote &) {};
 };
 
+struct ExportResult
+{
+    bool isEmpty = false; // the layer has no features, nor has any step nested in its step
+};
+
 // Writes the file. It appears under its name only when it is complete; until then, and after a failure, what
 // was there before stays. Several threads may export at once, into different files. Throws Error when a
 // parameter is no finite number or a scale is 0, when the job cannot be read or drawn, or the file not
 // written; passes on what `options.report` throws to cancel.
-void exportLayer(const ExportRequest &request);
+ExportResult exportLayer(const ExportRequest &request);
 
 } // namespace cam

@@ -1,7 +1,7 @@
 #include "workbench/batch/batchrun.h"
 
 #include "platform/paths.h"
-#include "workbench/batch/exportdialog.h"
+#include "workbench/exportdialog.h"
 #include "workbench/mainwindow.h"
 
 #include <QAbstractButton>
@@ -137,6 +137,7 @@ bool BatchRun::exportJob(const QString &format)
         m_refused = false;
         done = dialog.pressOk() || fail("the Export dialog's OK button is disabled");
         if (done) {
+            waitFor([this] { return !m_window.exports().isRunning(); });
             takePicture(dialog.window(), job + "-export-" + format.mid(1) + "-done");
             done = reportFiles(dialog, format, folder, before) && !m_refused;
         }
@@ -177,7 +178,11 @@ bool BatchRun::reportFiles(ExportDialog &dialog, const QString &format, const QS
         const bool isNew = file.isFile() && (!before.contains(file.fileName()) ||
                                              before[file.fileName()] != file.lastModified());
         if (!isNew || file.size() == 0) {
-            complete = fail(QString("%1  %2  %3").arg(layer, path, isNew ? "is empty" : "was not written"));
+            ExportResults results = m_window.exports().results();
+            const LayerResult *result = results.find(layer);
+            const QString reason = result && !result->reason.isEmpty() ? ": " + result->reason : QString();
+            complete = fail(
+                QString("%1  %2  %3%4").arg(layer, path, isNew ? "is empty" : "was not written", reason));
             continue;
         }
         ++m_written.files;

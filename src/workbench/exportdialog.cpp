@@ -1,4 +1,4 @@
-#include "workbench/batch/exportdialog.h"
+#include "workbench/exportdialog.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -161,9 +161,14 @@ QString ExportDialog::time(int row) const
     return label ? label->text() : QString();
 }
 
+bool ExportDialog::canPressOk() const
+{
+    return m_ok->isEnabled();
+}
+
 bool ExportDialog::pressOk()
 {
-    if (!m_ok->isEnabled())
+    if (!canPressOk())
         return false;
     m_ok->click();
     return true;

@@ -36,6 +36,8 @@ public:
     // The Time cell's text, such as "12s"; empty when there is none.
     QString time(int row) const;
 
+    // Whether OK takes a press: not while the dialog exports.
+    bool canPressOk() const;
     // Presses OK and returns when the export has ended. False when the button is disabled.
     bool pressOk();
     void pressCancel();

@@ -1,7 +1,6 @@
-// A matrix file; the same text also as a step header, a tools file and a settings file.
+// A matrix file; the same text also as a step header and a tools file.
 #include "cam/base/error.h"
 #include "cam/odb/matrix.h"
-#include "cam/odb/settings.h"
 #include "cam/odb/stepheader.h"
 #include "cam/odb/tools.h"
 
@@ -23,6 +22,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         cam::platingOf(cam::parseTools(text, "input"), "");
     } catch (const cam::Error &) {
     }
-    cam::settingIn(text, "Job_Path", "path");
     return 0;
 }

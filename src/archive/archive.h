@@ -10,11 +10,12 @@
 //     BitExtractor(library, BitFormat::GZip).extract(L"C:\\mail\\job.tgz", L"C:\\jobs\\");
 #pragma once
 
+#include "archive/bitexception.h"
 #include "archive/entry.h"
+#include "archive/format.h"
+#include "archive/unpacking.h"
 
-#include <map>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,24 +23,6 @@ namespace archive {
 
 class Backend;
 class InArchive;
-
-// What went wrong, in UTF-8, with the file or the entry concerned.
-class BitException : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
-
-// An archive format, by 7-Zip's number for it.
-struct BitInFormat
-{
-    unsigned char number;
-};
-
-namespace BitFormat {
-inline constexpr BitInFormat GZip{0xEF};
-inline constexpr BitInFormat Tar{0xEE};
-} // namespace BitFormat
 
 // The loaded 7-Zip library.
 class Bit7zLibrary
@@ -103,12 +86,7 @@ public:
     // Both arguments must outlive the extractor.
     BitExtractor(const Bit7zLibrary &library, const BitInFormat &format);
 
-    // What has become of a tar's items at the top.
-    struct Unpacked
-    {
-        std::map<std::wstring, std::wstring> names; // by the names in the archive, those in the output folder
-        bool isMerged = false;                      // one of them into `mergeFolder`
-    };
+    using Unpacked = archive::Unpacked;
 
     // Unpacks all of `file` into `folder`, which is made when it is missing. Throws BitException (or another
     // std::exception) when anything is wrong with the archive, one of its names would leave `folder`, or

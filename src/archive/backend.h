@@ -2,6 +2,8 @@
 // and decoding entries into a sink. Back ends check nothing and write no files.
 #pragma once
 
+#include "archive/format.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -11,8 +13,6 @@
 #include <vector>
 
 namespace archive {
-
-struct BitInFormat;
 
 // 7-Zip's property numbers, as far as they are used.
 enum class Property : std::uint32_t {

@@ -1,6 +1,6 @@
 #include "archive/entrylist.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
 
 #include <algorithm>
 

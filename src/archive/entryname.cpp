@@ -1,6 +1,6 @@
 #include "archive/entryname.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
 #include "archive/localpath.h"
 
 #include <algorithm>
@@ -132,6 +132,17 @@ void checkMemberName(const std::wstring &name, NameRules rules)
                    "the name of the gzip member contains a character that means something to the command "
                    "interpreter");
     }
+}
+
+std::wstring firstPart(const std::wstring &path)
+{
+    return path.substr(0, path.find(L'/'));
+}
+
+std::wstring lastPart(const std::wstring &path)
+{
+    const std::size_t separator = path.find_last_of(L"/\\");
+    return separator == std::wstring::npos ? path : path.substr(separator + 1);
 }
 
 std::wstring foldedName(const std::wstring &part, NameRules rules)

@@ -25,6 +25,12 @@ std::vector<std::wstring> checkedPathParts(const std::wstring &path, NameRules r
 // at it. Throws BitException.
 void checkMemberName(const std::wstring &name, NameRules rules);
 
+// The first part of an entry's path, all of it when there is no "/".
+std::wstring firstPart(const std::wstring &path);
+
+// The last part of a path whose parts may be divided by "/" or backslashes.
+std::wstring lastPart(const std::wstring &path);
+
 // `part` in a form in which two names that the file system takes for the same are equal.
 std::wstring foldedName(const std::wstring &part, NameRules rules);
 

@@ -1,6 +1,6 @@
 #include "archive/extractionplan.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
 #include "archive/localpath.h"
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "archive/filecopier.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
 #include "archive/outfile.h"
 #include "platform/thread.h"
 

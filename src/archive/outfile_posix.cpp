@@ -1,6 +1,6 @@
 #include "archive/outfile.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,6 +1,6 @@
 #include "archive/stagingfolder.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
 #include "archive/filesystem.h"
 #include "archive/localpath.h"
 #include "archive/outfile.h"

@@ -3,7 +3,8 @@
 
 #include "archive/backend.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
+#include "archive/format.h"
 #include "archive/localpath.h"
 
 #include <bit7z/bit7zlibrary.hpp>

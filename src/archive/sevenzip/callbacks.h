@@ -3,8 +3,8 @@
 // kept and thrown again when the library has returned.
 #pragma once
 
-#include "archive/archive.h"
 #include "archive/backend.h"
+#include "archive/bitexception.h"
 #include "archive/infile.h"
 #include "archive/sevenzip/interfaces.h"
 

@@ -1,6 +1,6 @@
 #include "archive/sevenzip/library.h"
 
-#include "archive/archive.h"
+#include "archive/bitexception.h"
 #include "archive/localpath.h"
 #include "archive/sevenzip/interfaces.h"
 

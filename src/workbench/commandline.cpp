@@ -50,7 +50,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     if (parser.isSet(format))
         line.formats = parser.values(format);
     for (const QString &text : line.formats) {
-        if (text != ".gds" && text != ".gerber")
+        if (text != export_format::gds && text != export_format::gerber)
             line.error = QString("--format %1: expected .gds or .gerber").arg(text);
     }
     line.outputFolder = absolute(parser.value(out));

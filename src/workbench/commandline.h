@@ -1,17 +1,19 @@
 // What the workbench is asked for on its command line.
 #pragma once
 
+#include "plugin/interface/exportformat.h"
+
 #include <QString>
 #include <QStringList>
 
 struct CommandLine
 {
     bool batch = false;
-    QStringList formats = {".gds", ".gerber"}; // of the exports, in this order
-    QString outputFolder;                      // empty: what the Export dialog proposes
-    QString jobFolder;                         // the job root; empty: what the settings file says
-    QString step;                              // empty: the job's first one
-    QString screenshotFolder;                  // empty: no pictures
+    QStringList formats = {export_format::gds, export_format::gerber}; // of the exports, in this order
+    QString outputFolder;     // empty: what the Export dialog proposes
+    QString jobFolder;        // the job root; empty: what the settings file says
+    QString step;             // empty: the job's first one
+    QString screenshotFolder; // empty: no pictures
     bool overwrite = false;
     bool verbose = false;
     QString openJob; // to show at the start

@@ -1,5 +1,7 @@
 #include "workbench/exportdialog.h"
 
+#include "plugin/interface/exportformat.h"
+
 #include <QApplication>
 #include <QComboBox>
 #include <QContextMenuEvent>
@@ -75,7 +77,7 @@ ExportDialog::ExportDialog(QWidget *window) : m_window(window)
     m_path = editBeside(window, m_pathButton);
     m_secondFolder = editBeside(window, withText<QLabel>(window, "Second Dir:"));
     for (QComboBox *box : window->findChildren<QComboBox *>()) {
-        if (box->findText(".gds") >= 0)
+        if (box->findText(export_format::gds) >= 0)
             m_format = box;
     }
     m_table = window->findChild<QTableWidget *>();

@@ -1,6 +1,6 @@
 #include "workbench/layerpanel.h"
 
-#include "workbench/layercolours.h"
+#include "workbench/viewcolor.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -159,7 +159,7 @@ void LayerPanel::addRow(const ORVEX::API::layer_info &layer)
 {
     const int row = m_table->rowCount();
     m_table->insertRow(row);
-    auto *name = new QTableWidgetItem(swatch(layerColour(layer)), QString::fromStdString(layer.name));
+    auto *name = new QTableWidgetItem(swatch(viewColor(layer)), QString::fromStdString(layer.name));
     if (!layer.start_name.empty() || !layer.end_name.empty())
         name->setToolTip(
             tr("from %1 to %2")

@@ -1,4 +1,5 @@
 // The workbench's window with the built module in it.
+#include "plugin/interface/messages.h"
 #include "pluginmanger/pluginhost.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"
@@ -147,13 +148,13 @@ private slots:
     void exportRequestOfAnotherPluginDoesWhatAClickDoes()
     {
         window->openJob("beacon");
-        sendToPlugin(10000802);
+        sendToPlugin(messages::RequestExport);
         QTRY_COMPARE(exportDialogs().size(), 1);
     }
 
     void exportRequestWithoutAJobOpensNothing()
     {
-        sendToPlugin(10000802);
+        sendToPlugin(messages::RequestExport);
         QTest::qWait(100);
         QCOMPARE(exportDialogs().size(), 0);
     }
@@ -169,7 +170,7 @@ private slots:
             parent = dialog->parentWidget();
             qobject_cast<QFileDialog *>(dialog)->reject();
         });
-        sendToPlugin(10000801);
+        sendToPlugin(messages::RequestImport);
         QCOMPARE(responder.pending(), 0);
         QCOMPARE(title, QString("Import"));
         QCOMPARE(parent, static_cast<QWidget *>(window.get()));

@@ -2,6 +2,7 @@
 // dialog opens and works whatever comes; what nobody has to see is logged.
 
 #include "plugin/fileprocess.h"
+#include "plugin/interface/messages.h"
 #include "run/progress.h"
 #include "tests/export/opendialog.h"
 #include "tests/support/exportdialogs.h"
@@ -131,7 +132,7 @@ void tst_ExportFaults::settingsOfAnyKindOpenTheDialog()
     FileProcess plugin;
     const std::unique_ptr<QAction> action(plugin.InitImportTool(nullptr));
     ExportJobInfo job = jobIn(m_folder->path());
-    plugin.recMsgFromManager(received(10000503, &job));
+    plugin.recMsgFromManager(received(messages::JobContext, &job));
     const QList<Export *> dialogs = openExportDialogs();
     QCOMPARE(dialogs.size(), 1);
     QVERIFY(dialogs[0]->isVisible());
@@ -207,8 +208,8 @@ void tst_ExportFaults::twoContextsOpenTwoDialogs()
     state().layers = OpenDialog::sixLayers();
     FileProcess plugin;
     ExportJobInfo job = jobIn(m_folder->path());
-    plugin.recMsgFromManager(received(10000503, &job));
-    plugin.recMsgFromManager(received(10000503, &job));
+    plugin.recMsgFromManager(received(messages::JobContext, &job));
+    plugin.recMsgFromManager(received(messages::JobContext, &job));
     QCOMPARE(openExportDialogs().size(), 2);
     for (Export *dialog : openExportDialogs()) {
         QVERIFY(dialog->isVisible());
@@ -221,7 +222,7 @@ void tst_ExportFaults::twoContextsOpenTwoDialogs()
 void tst_ExportFaults::contextWithoutPayloadOpensAnEmptyDialog()
 {
     FileProcess plugin;
-    plugin.recMsgFromManager(received(10000503, nullptr));
+    plugin.recMsgFromManager(received(messages::JobContext, nullptr));
     QCOMPARE(openExportDialogs().size(), 1);
     Export *dialog = openExportDialogs().first();
     QVERIFY(dialog->isVisible());
@@ -233,7 +234,7 @@ void tst_ExportFaults::jobWithoutLayersOpensAnEmptyDialog()
 {
     FileProcess plugin;
     ExportJobInfo job = jobIn(m_folder->path());
-    plugin.recMsgFromManager(received(10000503, &job));
+    plugin.recMsgFromManager(received(messages::JobContext, &job));
     Export *dialog = openExportDialogs().first();
     dialog->findChild<QPushButton *>("OKButton")->click();
     QVERIFY(state().calls.empty());
@@ -306,12 +307,12 @@ void tst_ExportFaults::profileListOfAClosedDialogIsSafe()
 {
     FileProcess plugin;
     ExportJobInfo job = jobIn(m_folder->path());
-    plugin.recMsgFromManager(received(10000503, &job));
+    plugin.recMsgFromManager(received(messages::JobContext, &job));
     delete openExportDialogs().first();
     QList<std::string> list{"a"};
-    plugin.recMsgFromManager(received(10000603, &list));
-    plugin.recMsgFromManager(received(10000603, nullptr));
-    plugin.recMsgFromManager(received(10000503, &job));
+    plugin.recMsgFromManager(received(messages::NewProfileList, &list));
+    plugin.recMsgFromManager(received(messages::NewProfileList, nullptr));
+    plugin.recMsgFromManager(received(messages::JobContext, &job));
     QCOMPARE(openExportDialogs().size(), 1);
 }
 
@@ -320,7 +321,7 @@ void tst_ExportFaults::contextDuringARunOpensAnotherDialog()
     state().layers = OpenDialog::sixLayers();
     FileProcess plugin;
     ExportJobInfo job = jobIn(m_folder->path());
-    plugin.recMsgFromManager(received(10000503, &job));
+    plugin.recMsgFromManager(received(messages::JobContext, &job));
     Export *first = openExportDialogs().first();
     first->findChild<QTableWidget *>("PNListTable")->item(0, Check)->setData(Qt::EditRole, true);
     state().onExport = [](const ExportCall &) {
@@ -328,7 +329,7 @@ void tst_ExportFaults::contextDuringARunOpensAnotherDialog()
         return true;
     };
     QTimer::singleShot(20, [&] {
-        plugin.recMsgFromManager(received(10000503, &job));
+        plugin.recMsgFromManager(received(messages::JobContext, &job));
         QCOMPARE(openExportDialogs().size(), 2);
     });
     first->findChild<QPushButton *>("OKButton")->click();
@@ -341,7 +342,7 @@ void tst_ExportFaults::pluginDestroyedBeforeItsDialog()
     state().layers = OpenDialog::sixLayers();
     auto plugin = std::make_unique<FileProcess>();
     ExportJobInfo job = jobIn(m_folder->path());
-    plugin->recMsgFromManager(received(10000503, &job));
+    plugin->recMsgFromManager(received(messages::JobContext, &job));
     plugin.reset();
     Export *dialog = openExportDialogs().first();
     dialog->findChild<QTableWidget *>("PNListTable")->item(0, Check)->setData(Qt::EditRole, true);

@@ -1,6 +1,7 @@
 // A host that unloads the module while its windows are open.
 
 #include "plugin/interface/fileprointerface.h"
+#include "plugin/interface/messages.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/recordinghost.h"
 
@@ -98,7 +99,7 @@ QWidget *tst_ModuleUnload::openDialog()
     job.jobName = "job";
     job.folderPath = m_folder.path();
     PluginMetaData context;
-    context.msgType = 10000503;
+    context.msgType = messages::JobContext;
     context.payload = &job;
     plugin->recMsgFromManager(context);
     QWidget *dialog = findDialog();

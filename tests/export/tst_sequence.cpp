@@ -7,6 +7,7 @@
 // they would for a host whose other plug-ins never rest.
 
 #include "plugin/fileprocess.h"
+#include "plugin/interface/messages.h"
 #include "tests/archive/archivebuilder.h"
 #include "tests/export/opendialog.h"
 #include "tests/export/wheel.h"
@@ -256,20 +257,27 @@ private:
     {
         PluginMetaData data;
         QList<std::string> profiles{"profile"};
-        const qint32 types[] = {10000503, 10000503, 10000503, 10000603, 10000801,
-                                10000802, 0,        10000402, 10000403};
+        const qint32 types[] = {messages::JobContext,
+                                messages::JobContext,
+                                messages::JobContext,
+                                messages::NewProfileList,
+                                messages::RequestImport,
+                                messages::RequestExport,
+                                0,
+                                messages::RequestJobContext,
+                                messages::ExportReport};
         data.msgType = types[below(9)];
         ExportJobInfo job = someJob();
-        if (data.msgType == 10000503 && !oneIn(5))
+        if (data.msgType == messages::JobContext && !oneIn(5))
             data.payload = &job;
-        else if (data.msgType == 10000603 && !oneIn(3))
+        else if (data.msgType == messages::NewProfileList && !oneIn(3))
             data.payload = &profiles;
         deliver(data);
     }
 
     void deliver(const PluginMetaData &data)
     {
-        if (data.msgType == 10000503) {
+        if (data.msgType == messages::JobContext) {
             if (openExportDialogs().size() > 4)
                 return;
             setMatrix();
@@ -281,13 +289,13 @@ private:
     // A request for the job context is answered at once, later or never.
     void answer(const PluginMetaData &data)
     {
-        if (data.msgType == 10000401)
+        if (data.msgType == messages::FileReady)
             ++filesTaken;
-        if (data.msgType != 10000402 || !oneIn(4))
+        if (data.msgType != messages::RequestJobContext || !oneIn(4))
             return;
         ExportJobInfo job = someJob();
         PluginMetaData context;
-        context.msgType = 10000503;
+        context.msgType = messages::JobContext;
         context.payload = &job;
         deliver(context);
     }

@@ -3,6 +3,7 @@
 // meanwhile.
 
 #include "import/unzipprogress.h"
+#include "plugin/interface/messages.h"
 #include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/logcapture.h"
@@ -155,7 +156,7 @@ private:
     void request()
     {
         PluginMetaData data;
-        data.msgType = 10000801;
+        data.msgType = messages::RequestImport;
         m_plugin->recMsgFromManager(data);
     }
 
@@ -195,7 +196,7 @@ void TestImportFaults::init()
     m_user = std::make_unique<ModalResponder>();
     m_sent.clear();
     connect(m_plugin.get(), &FileProcess::sendMsgToManager, this, [this](const PluginMetaData &data) {
-        if (data.msgType == 10000401)
+        if (data.msgType == messages::FileReady)
             m_sent << *static_cast<QString *>(data.payload);
     });
 }

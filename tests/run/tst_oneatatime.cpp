@@ -1,6 +1,7 @@
 // Imports and exports take turns: while one of them has a job in the background, a request for another does
 // nothing but write a line to the log. Where one of them waits for the user, nothing is kept waiting.
 
+#include "plugin/interface/messages.h"
 #include "tests/archive/archivebuilder.h"
 #include "tests/export/opendialog.h"
 #include "tests/support/fileprocessaccess.h"
@@ -241,7 +242,7 @@ void tst_OneAtATime::importWhileLayersAreExportedIsIgnored()
     importWatch.start(5);
     when(m_user.get(), isRunning, [&] {
         if (byMessage)
-            request(10000801);
+            request(messages::RequestImport);
         else
             m_importAction->trigger();
         isAsked.release();
@@ -260,7 +261,8 @@ void tst_OneAtATime::importOutOfTheReportIsIgnored()
 {
     const OpenDialog dialog({layer("BOARD", "SIGNAL", "top")});
     dialog.setChecked({0});
-    connect(dialog.get(), &Export::on_send_exprot_xml_to_fileprocess, this, [this] { request(10000801); });
+    connect(dialog.get(), &Export::on_send_exprot_xml_to_fileprocess, this,
+            [this] { request(messages::RequestImport); });
     dialog.button("OKButton")->click();
     QCOMPARE(state().exports.size(), size_t(1));
 }
@@ -274,7 +276,7 @@ void tst_OneAtATime::exportWhileTheImportWaitsForAFile()
         dialog.button("OKButton")->click();
         choose(window, file);
     });
-    request(10000801);
+    request(messages::RequestImport);
     QCOMPARE(state().exports.size(), size_t(1));
     QCOMPARE(readFile(m_folder->filePath("job/ABC/a")), QByteArray("new"));
 }

@@ -3,6 +3,7 @@
 #include "cam/jobroot.h"
 #include "export/export.h"
 #include "import/unzipprogress.h"
+#include "plugin/interface/messages.h"
 #include "tests/archive/archivebuilder.h"
 #include "tests/support/fileprocessaccess.h"
 #include "tests/support/modalresponder.h"
@@ -72,7 +73,7 @@ void tst_WindowsRoad::init()
     FileProcessAccess::setImportParent(*m_plugin, m_parent.get());
     m_sent.clear();
     connect(m_plugin.get(), &FileProcess::sendMsgToManager, this, [this](const PluginMetaData &data) {
-        if (data.msgType == 10000401)
+        if (data.msgType == messages::FileReady)
             m_sent << *static_cast<QString *>(data.payload);
     });
 }

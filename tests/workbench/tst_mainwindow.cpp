@@ -1,4 +1,5 @@
 // The workbench's window: the jobs, and what it does when a plug-in took in a file.
+#include "plugin/interface/messages.h"
 #include "pluginmanger/pluginhost.h"
 #include "tests/support/temporaryworkingfolder.h"
 #include "workbench/layerpanel.h"
@@ -35,8 +36,8 @@ bool copyFolder(const QString &from, const QString &to)
 void announceFile(QString path)
 {
     PluginMetaData data;
-    data.toPlugin = "ListBar_PNList";
-    data.msgType = 10000401;
+    data.toPlugin = messages::layerList;
+    data.msgType = messages::FileReady;
     data.payload = &path;
     PluginHost::instance().deliver(data);
 }

@@ -1,4 +1,5 @@
 // What the host's own parts do with the plug-in's messages.
+#include "plugin/interface/messages.h"
 #include "pluginmanger/pluginhost.h"
 #include "workbench/hostmessages.h"
 
@@ -22,10 +23,10 @@ void send(const QString &to, qint32 type, void *payload = nullptr, const QVarian
 
 void clickExport()
 {
-    send("Graphic_View.dll", 10000402);
-    send("Graphic_View.dll", 10000402);
-    send("Graphic_JobList.dll", 10000402);
-    send("Graphic_View.dll", 10000402);
+    send(messages::graphicView, messages::RequestJobContext);
+    send(messages::graphicView, messages::RequestJobContext);
+    send(messages::jobList, messages::RequestJobContext);
+    send(messages::graphicView, messages::RequestJobContext);
 }
 
 ExportJobInfo contextOf(const QString &job)
@@ -51,7 +52,7 @@ private slots:
     {
         answers.clear();
         PluginHost::instance().addReceiver("File_Process", [this](const PluginMetaData &data) {
-            QCOMPARE(data.msgType, 10000503);
+            QCOMPARE(data.msgType, qint32(messages::JobContext));
             answers << *static_cast<ExportJobInfo *>(data.payload);
         });
     }
@@ -86,15 +87,15 @@ private slots:
     void eitherPartAnswersAlone_data()
     {
         QTest::addColumn<QString>("receiver");
-        QTest::newRow("view") << "Graphic_View.dll";
-        QTest::newRow("job list") << "Graphic_JobList.dll";
+        QTest::newRow("view") << messages::graphicView;
+        QTest::newRow("job list") << messages::jobList;
     }
     void eitherPartAnswersAlone()
     {
         QFETCH(QString, receiver);
         HostMessages messages;
         messages.setJobContext(contextOf("beacon"));
-        send(receiver, 10000402);
+        send(receiver, messages::RequestJobContext);
         QTRY_COMPARE(answers.size(), 1);
     }
 
@@ -122,7 +123,7 @@ private slots:
     {
         HostMessages messages;
         messages.setJobContext(contextOf("beacon"));
-        send("Graphic_View.dll", 10000403);
+        send(messages::graphicView, messages::ExportReport);
         QTest::qWait(20);
         QCOMPARE(answers.size(), 0);
     }
@@ -132,7 +133,7 @@ private slots:
         HostMessages messages;
         QSignalSpy imported(&messages, &HostMessages::fileImported);
         QString path = "/in/beacon.tgz";
-        send("ListBar_PNList", 10000401, &path);
+        send(messages::layerList, messages::FileReady, &path);
         QCOMPARE(imported.count(), 1);
         QCOMPARE(imported[0][0].toString(), path);
     }
@@ -142,7 +143,7 @@ private slots:
         HostMessages messages;
         QSignalSpy reported(&messages, &HostMessages::exportReported);
         QList<std::string> layers = {"BOTTOM", "TOP"};
-        send("ListBar_PNList", 10000403, &layers, "/out/OX/beacon");
+        send(messages::layerList, messages::ExportReport, &layers, "/out/OX/beacon");
         QCOMPARE(reported.count(), 1);
         QCOMPARE(reported[0][0].toString(), QString("/out/OX/beacon"));
         QCOMPARE(reported[0][1].toStringList(), (QStringList{"BOTTOM", "TOP"}));
@@ -153,9 +154,9 @@ private slots:
         HostMessages messages;
         QSignalSpy announced(&messages, &HostMessages::jobFolderAnnounced);
         QString folder;
-        send("ListBar_PNList", 10000404, &folder);
+        send(messages::layerList, messages::JobFolder, &folder);
         folder = "D:/jobs";
-        send("ListBar_PNList", 10000404, &folder);
+        send(messages::layerList, messages::JobFolder, &folder);
         QCOMPARE(announced.count(), 2);
         QCOMPARE(announced[0][0].toString(), QString());
         QCOMPARE(announced[1][0].toString(), folder);
@@ -167,8 +168,8 @@ private slots:
         QSignalSpy imported(&messages, &HostMessages::fileImported);
         QSignalSpy reported(&messages, &HostMessages::exportReported);
         QSignalSpy announced(&messages, &HostMessages::jobFolderAnnounced);
-        for (qint32 type : {10000401, 10000403, 10000404})
-            send("ListBar_PNList", type);
+        for (qint32 type : {messages::FileReady, messages::ExportReport, messages::JobFolder})
+            send(messages::layerList, type);
         QCOMPARE(imported.count() + reported.count() + announced.count(), 0);
     }
 
@@ -182,7 +183,7 @@ private slots:
         QTest::qWait(20);
         QCOMPARE(answers.size(), 0);
         PluginMetaData data;
-        data.toPlugin = "ListBar_PNList";
+        data.toPlugin = messages::layerList;
         QVERIFY(!PluginHost::instance().deliver(data));
     }
 };

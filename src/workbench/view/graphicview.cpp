@@ -1,7 +1,7 @@
 #include "workbench/view/graphicview.h"
 
-#include "workbench/layercolours.h"
 #include "workbench/view/layerview.h"
+#include "workbench/viewcolor.h"
 
 #include <QFileInfo>
 #include <QVBoxLayout>
@@ -28,7 +28,7 @@ void GraphicView::showLayer(const QString &job, const QString &step, const ORVEX
 {
     m_job = job + "/" + step;
     m_layer = QString::fromStdString(layer.name);
-    m_colour = layerColour(layer);
+    m_colour = viewColor(layer);
     m_loader.load(job, step, m_layer);
 }
 
@@ -38,7 +38,7 @@ void GraphicView::showFile(const QString &path)
     m_shownJob.clear();
     const QString name = QFileInfo(path).fileName();
     try {
-        m_view->showDrawing(readGds(path), name, layerColour(ORVEX::API::layer_info()), false);
+        m_view->showDrawing(readGds(path), name, viewColor(ORVEX::API::layer_info()), false);
     } catch (const std::exception &error) {
         LOG(ERROR) << error.what();
         m_view->showText(tr("%1 cannot be shown.\n%2").arg(name, QString::fromStdString(error.what())));

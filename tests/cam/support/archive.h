@@ -1,53 +1,24 @@
-// Unpacks the regular files of a .tgz, as tests need it, wherever they run.
+// Unpacks a job archive for tests that read what is in it.
 #pragma once
 
-#include <QByteArray>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "archive/archive.h"
 
-#include <zlib.h>
+#include <QDir>
+#include <QString>
+#include <QTemporaryDir>
 
 #include <stdexcept>
 
-// Throws std::runtime_error when the archive cannot be read or a file not be written.
-inline void unpackArchive(const QString &archive, const QString &folder)
+// Throws a std::exception when the archive cannot be read or a file not be written.
+inline void unpackArchive(const QString &file, const QString &folder)
 {
-    constexpr int block = 512;
-    gzFile packed = gzopen(QFile::encodeName(archive), "rb");
-    if (!packed)
-        throw std::runtime_error("cannot open " + archive.toStdString());
-    QByteArray tar, chunk(1 << 20, '\0');
-    for (int count; (count = gzread(packed, chunk.data(), unsigned(chunk.size()))) > 0;)
-        tar.append(chunk.constData(), count);
-    gzclose(packed);
-
-    QByteArray longName;
-    for (int at = 0; at + block <= tar.size() && tar[at] != '\0';) {
-        const auto field = [&tar, at](int offset, int size) {
-            const QByteArray raw = tar.mid(at + offset, size);
-            return QByteArray(raw.constData()); // up to the first zero
-        };
-        QByteArray name = field(0, 100);
-        if (field(257, 5) == "ustar" && !field(345, 155).isEmpty() && tar[at + 263] == '0')
-            name.prepend(field(345, 155) + "/");
-        const int size = field(124, 12).trimmed().toInt(nullptr, 8);
-        const char type = tar[at + 156];
-        const QByteArray content = tar.mid(at + block, size);
-        at += block + (size + block - 1) / block * block;
-        if (type == 'L') {
-            longName = QByteArray(content.constData());
-            continue;
-        }
-        if (!longName.isEmpty())
-            name = longName;
-        longName.clear();
-        if (type != '0' && type != '\0')
-            continue;
-        const QString file = folder + "/" + QString::fromUtf8(name);
-        QDir().mkpath(QFileInfo(file).path());
-        QFile out(file);
-        if (!out.open(QIODevice::WriteOnly) || out.write(content) != content.size())
-            throw std::runtime_error("cannot write " + file.toStdString());
-    }
+    using namespace archive;
+    const QTemporaryDir between;
+    const Bit7zLibrary library;
+    BitExtractor(library, BitFormat::GZip).extract(file.toStdWString(), between.path().toStdWString());
+    const QStringList tars = QDir(between.path()).entryList(QDir::Files);
+    if (tars.size() != 1)
+        throw std::runtime_error(file.toStdString() + " has not become one tar");
+    BitExtractor(library, BitFormat::Tar)
+        .extract(between.filePath(tars.first()).toStdWString(), folder.toStdWString());
 }

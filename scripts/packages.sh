@@ -5,14 +5,15 @@
 set -euo pipefail
 
 declare -A packages=(
-    [build]="g++ ccache cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev"
+    [build]="g++ ccache cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev
+            libutfcpp-dev"
     [run]="p7zip-full fonts-dejavu-core qtbase5-dev"
     [test]="p7zip-full fonts-dejavu-core"
     [check]="clang-format python3"
     [crosscheck]="gerbv klayout"
     [bench]="gerbv klayout libarchive-tools"
     [fuzz]="clang libclang-rt-dev"
-    [windows]="g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
+    [windows]="libutfcpp-dev g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
                wine wine64 xvfb xauth zip unzip fonts-dejavu-core"
 )
 

@@ -22,6 +22,8 @@ main() {
     component glog    1 google-glog            build_glog
     component sqlite  1 sqlite3                build_sqlite
     component clipper 1 libpolyclipping        build_clipper
+    # Headers alone: those of the distribution's package libutfcpp-dev serve Windows as well.
+    cp -R /usr/include/utf8cpp "$prefix/include/"
     component qt      2 qtbase-opensource-src  build_qt
     say "dependencies complete in $deps"
 }

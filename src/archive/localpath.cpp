@@ -1,5 +1,9 @@
 #include "archive/localpath.h"
 
+#include <utf8cpp/utf8.h>
+
+#include <iterator>
+
 #ifdef _WIN32
 #include <windows.h>
 #endif
@@ -8,28 +12,8 @@ namespace archive {
 
 namespace {
 
-const std::uint32_t EscapedByteFirst = 0xEF80; // stands for the byte 0x80
-const std::uint32_t EscapedByteLast = 0xEFFF;
-
-void appendUtf8(std::string &out, std::uint32_t c)
-{
-    const auto tail = [&out, c](int shift) { out += char(0x80 | ((c >> shift) & 0x3F)); };
-    if (c < 0x80) {
-        out += char(c);
-    } else if (c < 0x800) {
-        out += char(0xC0 | (c >> 6));
-        tail(0);
-    } else if (c < 0x10000) {
-        out += char(0xE0 | (c >> 12));
-        tail(6);
-        tail(0);
-    } else {
-        out += char(0xF0 | (c >> 18));
-        tail(12);
-        tail(6);
-        tail(0);
-    }
-}
+const std::uint32_t escapedByteFirst = 0xEF80; // stands for the byte 0x80
+const std::uint32_t escapedByteLast = 0xEFFF;
 
 // The code point at `text[i]`; steps over the second half of a surrogate pair (16-bit wchar_t).
 std::uint32_t codePointAt(const std::wstring &text, std::size_t &i)
@@ -50,6 +34,12 @@ bool isText(std::uint32_t c)
     return c < 0x110000 && !(c >= 0xD800 && c < 0xE000);
 }
 
+// What is no text becomes "?".
+void appendUtf8(std::string &out, std::uint32_t c)
+{
+    utf8::append(isText(c) ? c : '?', std::back_inserter(out));
+}
+
 } // namespace
 
 std::string utf8(const std::wstring &path)
@@ -58,40 +48,23 @@ std::string utf8(const std::wstring &path)
     out.reserve(path.size());
     for (std::size_t i = 0; i < path.size(); ++i) {
         const std::uint32_t c = codePointAt(path, i);
-        appendUtf8(out, isText(c) && c >= 0x20 ? c : '?');
+        appendUtf8(out, c >= 0x20 ? c : '?');
     }
     return out;
 }
 
 std::wstring wideFromUtf8(const std::string &bytes)
 {
-    const auto isTail = [&bytes](std::size_t at) { return at < bytes.size() && (bytes[at] & 0xC0) == 0x80; };
     std::wstring text;
-    for (std::size_t i = 0; i < bytes.size();) {
-        const std::uint32_t first = std::uint8_t(bytes[i]);
-        const std::size_t tails = first < 0x80   ? 0
-                                  : first < 0xC2 ? 4
-                                  : first < 0xE0 ? 1
-                                  : first < 0xF0 ? 2
-                                  : first < 0xF5 ? 3
-                                                 : 4;
-        std::uint32_t c = tails == 0 ? first : first & (0x3Fu >> tails);
-        std::size_t used = 1;
-        while (tails < 4 && used <= tails && isTail(i + used))
-            c = c << 6 | (std::uint8_t(bytes[i + used++]) & 0x3F);
-        const std::uint32_t smallest[] = {0, 0x80, 0x800, 0x10000};
-        if (tails == 4 || used != tails + 1 || c < smallest[tails] || !isText(c)) {
-            text += wchar_t(EscapedByteFirst + first - 0x80);
-            ++i;
-            continue;
-        }
-        if (c >= 0x10000 && sizeof(wchar_t) == 2) {
-            text += wchar_t(0xD800 + ((c - 0x10000) >> 10));
-            text += wchar_t(0xDC00 + ((c - 0x10000) & 0x3FF));
-        } else {
-            text += wchar_t(c);
-        }
-        i += used;
+    for (auto at = bytes.begin(); at != bytes.end();) {
+        const auto raw = utf8::find_invalid(at, bytes.end());
+        if constexpr (sizeof(wchar_t) == 2)
+            utf8::utf8to16(at, raw, std::back_inserter(text));
+        else
+            utf8::utf8to32(at, raw, std::back_inserter(text));
+        at = raw;
+        if (at != bytes.end())
+            text += wchar_t(escapedByteFirst + std::uint8_t(*at++) - 0x80);
     }
     return text;
 }
@@ -99,7 +72,7 @@ std::wstring wideFromUtf8(const std::string &bytes)
 bool hasRawBytes(const std::wstring &name)
 {
     for (const wchar_t c : name) {
-        if (std::uint32_t(c) >= EscapedByteFirst && std::uint32_t(c) <= EscapedByteLast)
+        if (std::uint32_t(c) >= escapedByteFirst && std::uint32_t(c) <= escapedByteLast)
             return true;
     }
     return false;
@@ -183,10 +156,10 @@ std::filesystem::path localRelativePath(const std::wstring &path)
     bytes.reserve(path.size());
     for (std::size_t i = 0; i < path.size(); ++i) {
         const std::uint32_t c = codePointAt(path, i);
-        if (c >= EscapedByteFirst && c <= EscapedByteLast)
-            bytes += char(c - EscapedByteFirst + 0x80);
+        if (c >= escapedByteFirst && c <= escapedByteLast)
+            bytes += char(c - escapedByteFirst + 0x80);
         else
-            appendUtf8(bytes, isText(c) ? c : '?');
+            appendUtf8(bytes, c);
     }
     return bytes;
 }

@@ -16,10 +16,10 @@ T valueOr(const PropertyValue &value, T otherwise)
 }
 
 // Bits of a POSIX mode that tell the kind of a file.
-const std::uint64_t ModeKindMask = 0170000;
-const std::uint64_t ModeRegular = 0100000;
-const std::uint64_t ModeFolder = 0040000;
-const std::uint64_t ModeLink = 0120000;
+const std::uint64_t modeKindMask = 0170000;
+const std::uint64_t modeRegular = 0100000;
+const std::uint64_t modeFolder = 0040000;
+const std::uint64_t modeLink = 0120000;
 
 // Remarks of a tar entry, as 7-Zip words them: the type flag ("0", or "[00]" for a zero byte), then words.
 struct Remarks
@@ -56,8 +56,8 @@ std::string flawOf(const InArchive &archive, std::uint32_t index, std::uint64_t 
     // What stands there is a time, in an incremental backup, and the 7-Zip library takes it for a folder.
     if (remarks.isGnu && remarks.hasPrefix)
         return "its header, of GNU's own form, has text where other forms have the begin of the name";
-    const std::uint64_t kind = mode & ModeKindMask;
-    if (kind != 0 && kind != ModeRegular && kind != ModeFolder && kind != ModeLink)
+    const std::uint64_t kind = mode & modeKindMask;
+    if (kind != 0 && kind != modeRegular && kind != modeFolder && kind != modeLink)
         return "it is a device, a pipe or a socket";
     // "7" is a contiguous file, "D" a folder with the list of what was in it; old archives have letters for
     // whole disks and for parts of files.
@@ -118,7 +118,7 @@ Entry readEntry(const InArchive &archive, std::uint32_t index, bool isTar)
     const std::wstring hard = text(Property::HardLink);
     if (!entry.flaw.empty()) {
         entry.kind = Entry::Kind::Unsupported;
-    } else if (!symbolic.empty() || (mode & ModeKindMask) == ModeLink) {
+    } else if (!symbolic.empty() || (mode & modeKindMask) == modeLink) {
         entry.kind = Entry::Kind::SymbolicLink;
         entry.linkTarget = symbolic;
     } else if (!hard.empty()) {

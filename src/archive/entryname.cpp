@@ -12,12 +12,12 @@ namespace archive {
 namespace {
 
 // 7-Zip on Windows puts this in the place of a backslash that is part of a name.
-const wchar_t BackslashStandIn = wchar_t(0xF05C);
+const wchar_t backslashStandIn = wchar_t(0xF05C);
 
 #ifdef _WIN32
-const bool BackslashSeparates = true; // 7-Zip gives paths with backslashes there
+const bool backslashSeparates = true; // 7-Zip gives paths with backslashes there
 #else
-const bool BackslashSeparates = false;
+const bool backslashSeparates = false;
 #endif
 
 [[noreturn]] void refuse(const std::wstring &path, const char *reason)
@@ -32,7 +32,7 @@ bool isAsciiLetter(wchar_t c)
 
 bool isSeparator(wchar_t c)
 {
-    return c == L'/' || (BackslashSeparates && c == L'\\');
+    return c == L'/' || (backslashSeparates && c == L'\\');
 }
 
 std::vector<std::wstring> split(const std::wstring &path)
@@ -77,7 +77,7 @@ void checkPart(const std::wstring &path, const std::wstring &part, NameRules rul
 {
     if (part == L"..")
         refuse(path, "the path leads out of the folder through \"..\"");
-    if (part.find(L'\\') != std::wstring::npos || part.find(BackslashStandIn) != std::wstring::npos)
+    if (part.find(L'\\') != std::wstring::npos || part.find(backslashStandIn) != std::wstring::npos)
         refuse(path, "the name contains a backslash");
     if (part.find(L'\0') != std::wstring::npos)
         refuse(path, "the name contains a zero character");
@@ -99,7 +99,7 @@ void checkPart(const std::wstring &path, const std::wstring &part, NameRules rul
 
 NameRules nativeNameRules()
 {
-    return BackslashSeparates ? NameRules::Windows : NameRules::Posix;
+    return backslashSeparates ? NameRules::Windows : NameRules::Posix;
 }
 
 std::vector<std::wstring> checkedPathParts(const std::wstring &path, NameRules rules)

@@ -14,9 +14,9 @@ namespace archive {
 
 namespace {
 
-const std::size_t ThreadCount = 2;
-const std::size_t PartsAtOnce = 8;         // taken by a thread in one go; neighbours are in one folder mostly
-const std::size_t BufferSize = 128 * 1024; // stays in the core's own cache
+const std::size_t threadCount = 2;
+const std::size_t partsAtOnce = 8;         // taken by a thread in one go; neighbours are in one folder mostly
+const std::size_t bufferSize = 128 * 1024; // stays in the core's own cache
 
 class Copier
 {
@@ -26,7 +26,7 @@ public:
     void run()
     {
         std::vector<std::thread> helpers;
-        for (std::size_t i = 1; i < ThreadCount; ++i)
+        for (std::size_t i = 1; i < threadCount; ++i)
             helpers.emplace_back([this] {
                 const platform::BackgroundWork stepBack;
                 work();
@@ -42,12 +42,12 @@ private:
     void work() noexcept
     {
         try {
-            std::vector<char> buffer(BufferSize);
+            std::vector<char> buffer(bufferSize);
             while (!m_failed) {
-                const std::size_t first = m_next.fetch_add(PartsAtOnce);
+                const std::size_t first = m_next.fetch_add(partsAtOnce);
                 if (first >= m_parts.size())
                     return;
-                const std::size_t end = std::min(first + PartsAtOnce, m_parts.size());
+                const std::size_t end = std::min(first + partsAtOnce, m_parts.size());
                 for (std::size_t i = first; i < end && !m_failed; ++i)
                     copy(m_parts[i], buffer);
             }

@@ -9,8 +9,8 @@ namespace archive {
 
 namespace {
 
-const std::size_t BufferSize = 512 * 1024;
-const std::size_t BufferCount = 16; // 8 MB between decoder and files at most
+const std::size_t bufferSize = 512 * 1024;
+const std::size_t bufferCount = 16; // 8 MB between decoder and files at most
 
 } // namespace
 
@@ -37,7 +37,7 @@ struct FileWriter::Target
     std::atomic<std::size_t> unfinished{1}; // pieces, and one until endFile()
 };
 
-FileWriter::FileWriter() : m_freeBuffers(BufferCount), m_thread(&FileWriter::run, this) {}
+FileWriter::FileWriter() : m_freeBuffers(bufferCount), m_thread(&FileWriter::run, this) {}
 
 FileWriter::~FileWriter()
 {
@@ -118,7 +118,7 @@ void FileWriter::takeBuffer()
     }
     lock.unlock();
     throwError();
-    m_piece.buffer.resize(BufferSize);
+    m_piece.buffer.resize(bufferSize);
 }
 
 // The last piece takes over the count that stands for the end of the file.

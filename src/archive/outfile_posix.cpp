@@ -13,16 +13,16 @@ namespace archive {
 
 namespace {
 
-const std::uint64_t TicksPerSecond = 10000000;
-const std::int64_t SecondsTo1970 = 11644473600; // from 1601-01-01
+const std::uint64_t ticksPerSecond = 10000000;
+const std::int64_t secondsTo1970 = 11644473600; // from 1601-01-01
 
 struct Times
 {
     explicit Times(std::uint64_t ticks)
     {
         values[0].tv_nsec = UTIME_OMIT; // last access
-        values[1].tv_sec = time_t(std::int64_t(ticks / TicksPerSecond) - SecondsTo1970);
-        values[1].tv_nsec = long(ticks % TicksPerSecond) * 100;
+        values[1].tv_sec = time_t(std::int64_t(ticks / ticksPerSecond) - secondsTo1970);
+        values[1].tv_nsec = long(ticks % ticksPerSecond) * 100;
     }
     timespec values[2] = {};
 };

@@ -14,15 +14,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const unsigned MostAttempts = 10000; // at finding a free name
+const unsigned mostAttempts = 10000; // at finding a free name
 
 // A new folder in `parent`, with a name that nothing else has.
 fs::path makeUniqueFolder(const fs::path &parent)
 {
     // A short name: what is in the folder must not become too long for the system.
     const auto start = std::uint64_t(std::chrono::steady_clock::now().time_since_epoch().count());
-    for (unsigned attempt = 0; attempt < MostAttempts; ++attempt) {
-        const fs::path folder = parent / (".unpack-" + std::to_string((start + attempt) % MostAttempts));
+    for (unsigned attempt = 0; attempt < mostAttempts; ++attempt) {
+        const fs::path folder = parent / (".unpack-" + std::to_string((start + attempt) % mostAttempts));
         if (statusOfItself(folder).type() != fs::file_type::not_found)
             continue;
         makeFolder(folder);
@@ -97,7 +97,7 @@ fs::path StagingFolder::placeBeside(const fs::path &name, const std::vector<fs::
 {
     if (move(m_content / name, m_output / name))
         return name;
-    for (unsigned number = 1; number <= MostAttempts; ++number) {
+    for (unsigned number = 1; number <= mostAttempts; ++number) {
         fs::path free = name;
         free += "~" + std::to_string(number);
         if (std::find(taken.begin(), taken.end(), free) == taken.end() &&

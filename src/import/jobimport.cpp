@@ -21,7 +21,7 @@
 
 namespace {
 
-const unsigned long PollMilliseconds = 20;
+const unsigned long pollMilliseconds = 20;
 
 bool isFolder(const QString &path)
 {
@@ -148,7 +148,7 @@ bool JobImport::waitFor(UnzipProgress &job, const ProgressWindow &progress)
             return false;
         progress.setValue(int(value));
         QApplication::processEvents();
-        QThread::msleep(PollMilliseconds);
+        QThread::msleep(pollMilliseconds);
         isFinished = job.isFinish();
     }
     return true;

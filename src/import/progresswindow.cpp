@@ -4,7 +4,7 @@
 
 namespace {
 
-const int BarWidth = 500; // pixels
+const int barWidth = 500; // pixels
 
 } // namespace
 
@@ -15,7 +15,7 @@ ProgressWindow::ProgressWindow(QWidget *parent)
                              Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint);
     m_window->setWindowModality(Qt::ApplicationModal);
 
-    m_bar->setFixedWidth(BarWidth);
+    m_bar->setFixedWidth(barWidth);
     m_bar->setOrientation(Qt::Horizontal);
     m_bar->setRange(0, 0);
 

@@ -30,12 +30,12 @@ namespace {
 
 // Failures of the import are logged under the export job's name and line, where those who read the logs look
 // for them.
-const char LoggedFile[] = "Progress";
-const int LoggedLine = 139;
+const char loggedFile[] = "Progress";
+const int loggedLine = 139;
 
 // In the place of a clean-up that is not run: the user interface must look at the failure before the job
 // ends.
-const std::chrono::milliseconds NoCleanUpTime(250);
+const std::chrono::milliseconds noCleanUpTime(250);
 
 std::wstring withoutEnding(const std::wstring &path)
 {
@@ -125,8 +125,8 @@ void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)
 {
     const platform::BackgroundWork stepBack;
     const auto fail = [progress] {
-        google::LogMessage(LoggedFile, LoggedLine, google::GLOG_ERROR).stream()
-            << gbk("解压文件异常！ 异常位置：") << LoggedFile << " : " << LoggedLine;
+        google::LogMessage(loggedFile, loggedLine, google::GLOG_ERROR).stream()
+            << gbk("解压文件异常！ 异常位置：") << loggedFile << " : " << loggedLine;
         markFailed(progress);
         // The quote at the end has no partner. The command is known by this text.
         removeCmd +=
@@ -137,7 +137,7 @@ void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)
             return;
         }
         LOG(ERROR) << "the command to clean up was not run: " << danger.toStdString();
-        std::this_thread::sleep_for(NoCleanUpTime);
+        std::this_thread::sleep_for(noCleanUpTime);
     };
     try {
         unpack(progress);

@@ -23,10 +23,10 @@ namespace {
 
 // At least what starting the interpreter in a window of its own takes. The poll that has to see a failed
 // import before its clean-up ends relies on it, also on a machine that is busy with other things.
-const unsigned long ShownStartMilliseconds = 250;
+const unsigned long shownStartMilliseconds = 250;
 
 // Giving back the space of a file of this size takes about a millisecond.
-const qint64 LargeFile = 8 * 1024 * 1024;
+const qint64 largeFile = 8 * 1024 * 1024;
 
 // The interpreter does its work in another process, at no cost to who waits in an event loop. What a large
 // file costs is giving back its space, which happens when its last user closes it: a thread of its own is
@@ -34,7 +34,7 @@ const qint64 LargeFile = 8 * 1024 * 1024;
 void removeFile(const QFileInfo &file)
 {
     int descriptor = -1;
-    if (file.isFile() && file.size() >= LargeFile)
+    if (file.isFile() && file.size() >= largeFile)
         descriptor = ::open(QFile::encodeName(file.filePath()).constData(),
                             O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
     QFile::remove(file.filePath());
@@ -94,7 +94,7 @@ void shellExecuteAndWait(const std::wstring &program, const std::wstring &parame
     if (program != L"cmd")
         return;
     if (show == ShowState::Shown)
-        QThread::msleep(ShownStartMilliseconds);
+        QThread::msleep(shownStartMilliseconds);
 
     const CommandLine line = parseCommandLine(QString::fromStdWString(parameters));
     if (!line.switches.isEmpty())

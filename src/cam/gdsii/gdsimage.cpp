@@ -1,6 +1,8 @@
 // Where the copies of structures lie, and what paths cover.
 #include "cam/gdsii/gdsimage.h"
 
+#include "cam/model/trigonometry.h"
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -8,13 +10,6 @@
 namespace cam {
 
 namespace {
-
-constexpr double pi = 3.14159265358979323846;
-
-Point pointOf(GridPoint p)
-{
-    return {static_cast<double>(p.x), static_cast<double>(p.y)};
-}
 
 Point leftOf(Point direction)
 {

@@ -174,15 +174,13 @@ bool isPolygonWithCircles(const ContourView &contour)
         if (arc.kind == EdgeKind::ArcClockwise)
             return false;
         const double radius = distance(arc.end, arc.center);
-        Point from = contour.start;
-        for (const Edge &edge : contour) {
+        for (const auto [from, edge] : contour.walk()) {
             const Point along = edge.end - from;
             const double reach = edge.kind == EdgeKind::Line && along != Point{}
                                      ? std::fabs(cross(along, arc.center - from)) / length(along)
                                      : radius;
             if (reach < radius * (1.0 - 1e-9))
                 return false;
-            from = edge.end;
         }
     }
     return true;
@@ -194,14 +192,12 @@ void addSolid(MacroBody &body, const ContourView &contour, bool exposure)
     if (corners.size() >= 3)
         body.polygon(exposure, corners);
     std::vector<Point> centers;
-    Point from = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [from, edge] : contour.walk()) {
         const bool isNew = std::find(centers.begin(), centers.end(), edge.center) == centers.end();
         if (edge.kind != EdgeKind::Line && isNew) {
             body.circle(exposure, 2.0 * distance(from, edge.center), edge.center);
             centers.push_back(edge.center);
         }
-        from = edge.end;
     }
 }
 

@@ -15,8 +15,7 @@ namespace {
 Box boxAround(const ContourView &contour)
 {
     Box box = extent(contour);
-    Point from = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [from, edge] : contour.walk()) {
         if (edge.kind != EdgeKind::Line) {
             const double start = distance(from, edge.center), end = distance(edge.end, edge.center);
             const double radius = std::max(start, end);
@@ -25,7 +24,6 @@ Box boxAround(const ContourView &contour)
                 box.add(edge.center + Point{radius, radius});
             }
         }
-        from = edge.end;
     }
     return box;
 }

@@ -1,6 +1,7 @@
 #include "cam/gerber/edgecells.h"
 
 #include "cam/gerber/gerberstream.h"
+#include "cam/model/arccrossing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,73 +12,27 @@ namespace {
 
 // ---- crossings with a horizontal
 
-// The crossing of an edge with a horizontal, if it has one left of a limit; the rightmost of them.
-struct EdgeCrossing
+// The rightmost crossing of an edge with the line at height `y` that lies left of `limit`; x is -INFINITY
+// where there is none.
+LevelCrossing rightmostCrossing(GridPoint from, const GridEdge &edge, double y, double limit)
 {
-    double x = -INFINITY;
-    double share = 0.0;
-    bool isUpwards = false;
-};
-
-void keepRightmost(EdgeCrossing &best, const EdgeCrossing &crossing, double limit)
-{
-    if (crossing.x < limit && crossing.x > best.x)
-        best = crossing;
-}
-
-bool crosses(double fromY, double toY, double y)
-{
-    return (fromY <= y) != (toY <= y);
-}
-
-EdgeCrossing crossLine(GridPoint from, GridPoint to, double y, double limit)
-{
-    EdgeCrossing best;
-    const double low = static_cast<double>(from.y), high = static_cast<double>(to.y);
-    if (crosses(low, high, y)) {
-        const double share = (y - low) / (high - low);
-        const double x = static_cast<double>(from.x) + share * static_cast<double>(to.x - from.x);
-        keepRightmost(best, {x, share, to.y > from.y}, limit);
-    }
-    return best;
-}
-
-// Counter-clockwise, an arc rises on the right side of its circle and falls on the left one. Its stretches
-// between the highest and the lowest point are asked one by one, each by the heights of its ends: so an arc
-// whose ends lie on different sides of `y` crosses it an odd number of times, whatever is rounded.
-EdgeCrossing crossArc(GridPoint from, const GridEdge &arc, double y, double limit)
-{
-    EdgeCrossing best;
-    const Point center = pointOf(arc.center);
-    Point first = pointOf(from) - center, last = pointOf(arc.end) - center;
-    const bool isClockwise = arc.kind == EdgeKind::ArcClockwise;
-    if (isClockwise)
-        std::swap(first, last);
-    const double radius = length(first), up = y - center.y;
-    const double reach = std::sqrt(std::max(0.0, (radius - up) * (radius + up)));
-    const double whole = sweptDegrees(first, {last, {}, EdgeKind::ArcCounterClockwise});
-    const auto isRising = [](Point spoke, bool isStart) {
-        return spoke.x != 0.0 ? spoke.x > 0.0 : (spoke.y < 0.0) == isStart;
+    LevelCrossing best;
+    best.x = -INFINITY;
+    const auto consider = [&best, limit](const LevelCrossing &crossing) {
+        if (crossing.x < limit && crossing.x > best.x)
+            best = crossing;
     };
-    bool rises = isRising(first, true);
-    const bool endsRising = isRising(last, false);
-    int stretches = rises == endsRising ? 1 : 2;
-    if (stretches == 1 && (whole > 180.0 || (whole > 90.0 && (last.y > first.y) != rises)))
-        stretches = 3;
-    double low = first.y;
-    for (int i = 0; i < stretches; ++i, rises = !rises) {
-        const double high = i + 1 == stretches ? last.y : rises ? radius : -radius;
-        if (crosses(low, high, up)) {
-            const Point spoke{rises ? reach : -reach, up};
-            double share =
-                whole > 0.0 ? sweptDegrees(first, {spoke, {}, EdgeKind::ArcCounterClockwise}) / whole : 0.0;
-            if (share > 1.0) // just outside of one of the ends
-                share = i == 0 ? 0.0 : 1.0;
-            keepRightmost(
-                best, {center.x + spoke.x, isClockwise ? 1.0 - share : share, (high > low) != isClockwise},
-                limit);
-        }
-        low = high;
+    if (edge.kind != EdgeKind::Line) {
+        const Edge arc = {pointOf(edge.end), pointOf(edge.center), edge.kind};
+        const ArcCrossings crossings = crossingsOf(pointOf(from), arc, y);
+        std::for_each(crossings.begin(), crossings.end(), consider);
+        return best;
+    }
+    const double low = static_cast<double>(from.y), high = static_cast<double>(edge.end.y);
+    if ((low <= y) != (high <= y)) {
+        const double share = (y - low) / (high - low);
+        const double x = static_cast<double>(from.x) + share * static_cast<double>(edge.end.x - from.x);
+        consider({x, share, edge.end.y > from.y});
     }
     return best;
 }
@@ -260,7 +215,8 @@ void EdgeCells::forEachMeeting(const OutlinePair &isWanted,
 
 bool EdgeCells::findLeft(GridPoint from, const std::vector<bool> &isLeftOut, Landing &result) const
 {
-    EdgeCrossing best;
+    LevelCrossing best;
+    best.x = -INFINITY;
     // Half a nanometre above, where no edge begins or ends. A nanometre further left at least: so slits lead
     // from hole to hole ever more to the left, never in a ring.
     const double y = static_cast<double>(from.y) + 0.5, limit = static_cast<double>(from.x) - 1.0;
@@ -275,8 +231,7 @@ bool EdgeCells::findLeft(GridPoint from, const std::vector<bool> &isLeftOut, Lan
             const GridOutline &outline = m_outlines[name.outline];
             const GridEdge &edge = outline.edges[name.edge];
             const GridPoint start = outline.startOf(name.edge);
-            const EdgeCrossing crossing = edge.kind == EdgeKind::Line ? crossLine(start, edge.end, y, limit)
-                                                                      : crossArc(start, edge, y, limit);
+            const LevelCrossing crossing = rightmostCrossing(start, edge, y, limit);
             if (crossing.x == -INFINITY || crossing.x < best.x - touching)
                 continue;
             const bool isSame = name.outline == result.outline && name.edge == result.edge;

@@ -118,13 +118,11 @@ Leftmost findLeftmost(const GridOutline &outline)
 GridOutline onGrid(const ContourView &contour, const Transform &map)
 {
     OutlineBuilder builder(contour.start, map);
-    Point from = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [from, edge] : contour.walk()) {
         if (edge.kind == EdgeKind::Line)
             builder.line(edge.end);
         else
             builder.arc(from, edge);
-        from = edge.end;
     }
     return builder.take();
 }
@@ -133,9 +131,8 @@ bool runsCounterClockwise(const GridOutline &outline)
 {
     double doubled = 0.0;
     const Point origin = pointOf(outline.start);
-    Point at = origin;
-    for (const GridEdge &edge : outline.edges) {
-        const Point end = pointOf(edge.end);
+    for (const auto [from, edge] : outline.walk()) {
+        const Point at = pointOf(from), end = pointOf(edge.end);
         doubled += cross(at - origin, end - origin);
         if (edge.kind != EdgeKind::Line) {
             const Point center = pointOf(edge.center);
@@ -143,7 +140,6 @@ bool runsCounterClockwise(const GridOutline &outline)
             const Point spoke = at - center;
             doubled += dot(spoke, spoke) * (degrees * (pi / 180.0) - sineCosine(degrees).sine);
         }
-        at = end;
     }
     return doubled > 0.0;
 }
@@ -192,14 +188,12 @@ void startAtLeftmost(GridOutline &outline)
 GridRing ringOf(const GridOutline &outline)
 {
     std::vector<Point> corners{pointOf(outline.start)};
-    Point from = corners.front();
-    for (const GridEdge &edge : outline.edges) {
+    for (const auto [from, edge] : outline.walk()) {
         const Point end = pointOf(edge.end);
         if (edge.kind == EdgeKind::Line)
             corners.push_back(end);
         else
-            flattenArc(from, {end, pointOf(edge.center), edge.kind}, arcTolerance, corners);
-        from = end;
+            flattenArc(pointOf(from), {end, pointOf(edge.center), edge.kind}, arcTolerance, corners);
     }
     GridRing ring;
     Grid(1.0).round(corners.data(), corners.size(), Transform(), ring);

@@ -22,6 +22,7 @@ struct GridOutline
     GridPoint start;
     std::vector<GridEdge> edges;
 
+    EdgeWalk<GridPoint, GridEdge> walk() const { return {start, edges.data(), edges.size()}; }
     GridPoint startOf(std::size_t index) const { return index == 0 ? start : edges[index - 1].end; }
 };
 
@@ -42,11 +43,6 @@ void startAtLeftmost(GridOutline &outline);
 // The outline with corners for its arcs; see arcTolerance.
 GridRing ringOf(const GridOutline &outline);
 
-// Arithmetic on the grid's points.
-inline Point pointOf(GridPoint p)
-{
-    return {static_cast<double>(p.x), static_cast<double>(p.y)};
-}
 // Whether the arc that starts at `from` runs through `at`, a point on its circle.
 bool runsThrough(GridPoint from, const GridEdge &arc, Point at);
 double radiusOf(GridPoint from, const GridEdge &arc);

@@ -108,11 +108,9 @@ private:
 bool encloses(const GridOutline &outline, Point at)
 {
     bool inside = false;
-    Point from = pointOf(outline.start);
-    for (const GridEdge &edge : outline.edges) {
-        const Point to = pointOf(edge.end);
-        if ((from.y > at.y) != (to.y > at.y) &&
-            at.x < from.x + (to.x - from.x) * (at.y - from.y) / (to.y - from.y))
+    for (const auto [start, edge] : outline.walk()) {
+        const Point from = pointOf(start), to = pointOf(edge.end);
+        if (runsLeftOf(at, from, to))
             inside = !inside;
         if (edge.kind != EdgeKind::Line) {
             const double side = cross(to - from, at - from); // positive: left of the chord
@@ -121,7 +119,6 @@ bool encloses(const GridOutline &outline, Point at)
             if (isOnArcSide && distance(at, pointOf(edge.center)) < distance(from, pointOf(edge.center)))
                 inside = !inside;
         }
-        from = to;
     }
     return inside;
 }

@@ -81,8 +81,7 @@ double sweptDegrees(Point start, const Edge &arc)
 double signedArea(const ContourView &contour)
 {
     double doubled = 0.0;
-    Point at = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [at, edge] : contour.walk()) {
         doubled += cross(at - contour.start, edge.end - contour.start);
         if (edge.kind != EdgeKind::Line) {
             // The segment between chord and arc: r^2 (angle - sin(angle)), with the sign of the angle.
@@ -91,7 +90,6 @@ double signedArea(const ContourView &contour)
             const double sine = sineCosine(degrees).sine;
             doubled += dot(spoke, spoke) * (degrees * (pi / 180.0) - sine);
         }
-        at = edge.end;
     }
     return doubled / 2.0;
 }
@@ -100,8 +98,7 @@ Box extent(const ContourView &contour)
 {
     Box box;
     box.add(contour.start);
-    Point at = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [at, edge] : contour.walk()) {
         box.add(edge.end);
         if (edge.kind != EdgeKind::Line) {
             const double radius = distance(at, edge.center);
@@ -118,7 +115,6 @@ Box extent(const ContourView &contour)
                     box.add(edge.center + tips[quarter]);
             }
         }
-        at = edge.end;
     }
     return box;
 }

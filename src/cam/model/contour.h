@@ -2,6 +2,7 @@
 // contours and sixty thousand edges, and none of them costs an allocation of its own.
 #pragma once
 
+#include "cam/model/edgewalk.h"
 #include "cam/model/point.h"
 
 #include <cstddef>
@@ -32,6 +33,8 @@ struct ContourView
 
     const Edge *begin() const { return edges; }
     const Edge *end() const { return edges + edgeCount; }
+    // For loops of the form "for (const auto [from, edge] : contour.walk())".
+    EdgeWalk<Point, Edge> walk() const { return {start, edges, edgeCount}; }
 };
 
 // Islands and holes in the order in which they were added; neither their order nor the direction in which

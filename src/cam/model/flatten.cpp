@@ -50,13 +50,11 @@ void flatten(const ContourView &contour, double tolerance, std::vector<Point> &c
 {
     const std::size_t first = corners.size();
     corners.push_back(contour.start);
-    Point at = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [from, edge] : contour.walk()) {
         if (edge.kind == EdgeKind::Line)
             corners.push_back(edge.end);
         else
-            flattenArc(at, edge, tolerance, corners);
-        at = edge.end;
+            flattenArc(from, edge, tolerance, corners);
     }
     if (corners.size() > first + 1 && corners.back() == corners[first])
         corners.pop_back();

@@ -184,11 +184,8 @@ Outline parallel(const Outline &outline, double distance)
     if (outline.isEmpty())
         return result;
     result.start = moved(outline.start, outline.start, outline.edges.front());
-    Point from = outline.start;
-    for (const Edge &edge : outline.edges) {
+    for (const auto [from, edge] : outline.walk())
         result.edges.push_back({moved(edge.end, from, edge), edge.center, edge.kind});
-        from = edge.end;
-    }
     result.edges.back().end = result.start;
     return result;
 }

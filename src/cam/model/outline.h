@@ -34,6 +34,7 @@ struct Outline
     {
         edges.push_back({end, center, kind});
     }
+    EdgeWalk<Point, Edge> walk() const { return {start, edges.data(), edges.size()}; }
     // The start of edge `index`.
     Point startOf(std::size_t index) const { return index == 0 ? start : edges[index - 1].end; }
 };

@@ -3,6 +3,7 @@
 // number is one that a simple contour does not have.
 #include "cam/model/selfcrossing.h"
 
+#include "cam/model/trigonometry.h"
 #include "cam/model/winding.h"
 
 #include <algorithm>
@@ -35,7 +36,7 @@ std::vector<Segment> segmentsOf(const ContourView &contour, double tolerance)
             const Point start = from;
             const double radius = std::max(distance(start, edge.center), tolerance);
             const double step = 2.0 * std::sqrt(2.0 * tolerance / 5.0 / radius); // radians
-            const double sweep = std::fabs(sweptDegrees(start, edge)) * 3.14159265358979323846 / 180.0;
+            const double sweep = std::fabs(sweptDegrees(start, edge)) * pi / 180.0;
             constexpr double most = 20000.0; // of arcs far larger than any board
             const int count = static_cast<int>(std::min(sweep / step, most)) + 1;
             for (int i = 1; i < count; ++i)

@@ -1,14 +1,15 @@
 // A ray to the right, and the edges that cross it.
 #include "cam/model/winding.h"
 
+#include "cam/model/arccrossing.h"
+#include "cam/model/trigonometry.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace cam {
 
 namespace {
-
-constexpr double halfTurn = 3.14159265358979323846; // radians
 
 // An arc by its angles, in radians.
 struct ArcAngles
@@ -31,14 +32,14 @@ ArcAngles anglesOf(Point from, const Edge &arc)
     angles.endRadius = std::hypot(end.x, end.y);
     const bool clockwise = arc.kind == EdgeKind::ArcClockwise;
     if (from == arc.end) {
-        angles.sweep = clockwise ? -2.0 * halfTurn : 2.0 * halfTurn;
+        angles.sweep = clockwise ? -2.0 * pi : 2.0 * pi;
         return angles;
     }
     angles.sweep = std::atan2(cross(start, end), dot(start, end));
     if (clockwise && angles.sweep > 0.0)
-        angles.sweep -= 2.0 * halfTurn;
+        angles.sweep -= 2.0 * pi;
     else if (!clockwise && angles.sweep < 0.0)
-        angles.sweep += 2.0 * halfTurn;
+        angles.sweep += 2.0 * pi;
     return angles;
 }
 
@@ -59,40 +60,14 @@ int lineCrossing(Point from, Point to, Point at)
     return side < 0.0 ? -1 : 0;
 }
 
-int circularCrossing(Point from, const Edge &arc, const ArcAngles &angles, Point at)
+int arcCrossing(Point from, const Edge &arc, Point at)
 {
-    const Point center = arc.center;
-    const double radius = (angles.startRadius + angles.endRadius) / 2.0;
-    const double height = at.y - center.y;
-    const double halfChord = std::sqrt(std::max(0.0, radius * radius - height * height));
-    int crossings = 0;
-    const auto addPiece = [&](double fromY, double toY, bool isRight) {
-        const bool startsBelow = fromY <= at.y, endsBelow = toY <= at.y;
-        if (startsBelow != endsBelow && center.x + (isRight ? halfChord : -halfChord) > at.x)
-            crossings += startsBelow ? 1 : -1;
-    };
-    // Cut at the top and the bottom of the circle, between which the arc rises or falls only.
-    const double turn = angles.sweep > 0.0 ? 1.0 : -1.0;
-    const double quarter = halfTurn / 2.0;
-    double angle = angles.from; // -pi to pi
-    double y = from.y;
-    const double end = angles.from + angles.sweep;
-    // The number n of the next cut: at (2n + 1) quarters.
-    double cut = turn > 0.0 ? std::floor((angle / quarter - 1.0) / 2.0) + 1.0
-                            : std::ceil((angle / quarter - 1.0) / 2.0) - 1.0;
-    for (;;) {
-        const double cutAngle = (2.0 * cut + 1.0) * quarter;
-        const bool isLast = turn > 0.0 ? cutAngle >= end : cutAngle <= end;
-        const double nextAngle = isLast ? end : cutAngle;
-        const bool isTop = std::fmod(std::fabs(cut), 2.0) == 0.0;
-        const double nextY = isLast ? arc.end.y : center.y + (isTop ? radius : -radius);
-        addPiece(y, nextY, std::cos((angle + nextAngle) / 2.0) > 0.0);
-        if (isLast)
-            return crossings;
-        angle = nextAngle;
-        y = nextY;
-        cut += turn;
+    int sum = 0;
+    for (const LevelCrossing &crossing : crossingsOf(from, arc, at.y)) {
+        if (crossing.x > at.x)
+            sum += crossing.isUpwards ? 1 : -1;
     }
+    return sum;
 }
 
 // Calls `piece` with straight pieces that stay within a few nanometres of an arc of changing radius.
@@ -120,18 +95,16 @@ void walkSpiral(Point from, const Edge &arc, const ArcAngles &angles, Piece piec
 int windingNumber(const ContourView &contour, Point at)
 {
     int winding = 0;
-    Point from = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [from, edge] : contour.walk()) {
         if (edge.kind == EdgeKind::Line) {
             winding += lineCrossing(from, edge.end, at);
         } else {
             const ArcAngles angles = anglesOf(from, edge);
             if (angles.isCircular())
-                winding += circularCrossing(from, edge, angles, at);
+                winding += arcCrossing(from, edge, at);
             else
                 walkSpiral(from, edge, angles, [&](Point a, Point b) { winding += lineCrossing(a, b, at); });
         }
-        from = edge.end;
     }
     return winding;
 }
@@ -158,9 +131,9 @@ double distanceToArc(Point from, const Edge &arc, Point at)
     double ahead = std::atan2(spoke.y, spoke.x) - angles.from;
     if (angles.sweep < 0.0)
         ahead = -ahead;
-    ahead = std::fmod(ahead, 2.0 * halfTurn);
+    ahead = std::fmod(ahead, 2.0 * pi);
     if (ahead < 0.0)
-        ahead += 2.0 * halfTurn;
+        ahead += 2.0 * pi;
     if (ahead <= std::fabs(angles.sweep))
         return std::fabs(std::hypot(spoke.x, spoke.y) - (angles.startRadius + angles.endRadius) / 2.0);
     return std::min(distance(from, at), distance(arc.end, at));
@@ -169,11 +142,9 @@ double distanceToArc(Point from, const Edge &arc, Point at)
 double distanceTo(const ContourView &contour, Point at)
 {
     double nearest = distance(contour.start, at);
-    Point from = contour.start;
-    for (const Edge &edge : contour) {
+    for (const auto [from, edge] : contour.walk()) {
         nearest = std::min(nearest, edge.kind == EdgeKind::Line ? distanceToSegment(from, edge.end, at)
                                                                 : distanceToArc(from, edge, at));
-        from = edge.end;
     }
     return nearest;
 }

@@ -2,6 +2,7 @@
 #include "cam/polygon/clipping.h"
 
 #include "cam/polygon/arrangement.h"
+#include "cam/polygon/cutting.h"
 
 #include <algorithm>
 
@@ -60,12 +61,9 @@ void emitHalves(const GridRing &ring, std::size_t mostCorners,
     positions.reserve(ring.size());
     for (const GridPoint p : ring)
         positions.push_back(alongX ? p.x : p.y);
-    const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
-    std::nth_element(positions.begin(), middle, positions.end());
     const std::int64_t low = alongX ? box.low.x : box.low.y;
-    // Not close to an end: where many corners lie there, a cut would take off a strip that has none.
-    const std::int64_t margin = std::max<std::int64_t>(1, size / 8);
-    const std::int64_t at = std::clamp(*middle, low + margin, low + size - margin);
+    // Where many corners lie near an end, a cut there would take off a strip that has none.
+    const std::int64_t at = medianCut(std::move(positions), low, low + size);
     GridRing part;
     for (const bool keepLow : {true, false}) {
         cutRing(ring, alongX, at, keepLow, part);

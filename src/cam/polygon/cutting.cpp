@@ -175,6 +175,19 @@ void Cutter::join(std::vector<BoxedRing> &low, std::vector<BoxedRing> &high) con
 
 } // namespace
 
+std::int64_t median(std::vector<std::int64_t> positions)
+{
+    const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
+    std::nth_element(positions.begin(), middle, positions.end());
+    return *middle;
+}
+
+std::int64_t medianCut(std::vector<std::int64_t> positions, std::int64_t low, std::int64_t high)
+{
+    const std::int64_t margin = std::max<std::int64_t>(1, (high - low) / 8);
+    return std::clamp(median(std::move(positions)), low + margin, high - margin);
+}
+
 BoxedRing boxed(GridRing &&ring)
 {
     BoxedRing result;

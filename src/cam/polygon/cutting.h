@@ -1,4 +1,4 @@
-// Cutting areas in two without a boolean.
+// Cutting areas in two without a boolean, and where to cut.
 #pragma once
 
 #include "cam/polygon/gridpolygon.h"
@@ -13,6 +13,12 @@ struct BoxedRing
 };
 
 BoxedRing boxed(GridRing &&ring);
+
+// The middle one of `positions`, which must not be empty, and come in any order.
+std::int64_t median(std::vector<std::int64_t> positions);
+// That one as a place to cut an extent from `low` to `high`, at least 2 apart: never close to an end, so that
+// both parts are smaller than the whole.
+std::int64_t medianCut(std::vector<std::int64_t> positions, std::int64_t low, std::int64_t high);
 
 // Cuts the area inside `rings` (islands counter-clockwise, holes clockwise, apart from each other, without
 // equal neighbours among their corners) along the line x = at (`alongX`) or y = at into `low` and `high`,

@@ -47,7 +47,7 @@ void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t c
         const bool isHole = doubledArea(ring) < 0.0;
         corners.clear();
         for (const GridPoint p : ring)
-            corners.push_back(Point{static_cast<double>(p.x), static_cast<double>(p.y)} * fine.unit());
+            corners.push_back(pointOf(p) * fine.unit());
         GridRing mapped;
         grid.round(corners.data(), corners.size(), map, mapped);
         if (mapped.size() < 3)
@@ -173,7 +173,7 @@ Pen &FeatureDrawing::pen(std::uint32_t symbol, Polarity polarity)
     for (const GridRing &ring : drawn.polygons) {
         polygons.emplace_back();
         for (const GridPoint p : ring)
-            polygons.back().push_back({static_cast<double>(p.x), static_cast<double>(p.y)});
+            polygons.back().push_back(pointOf(p));
     }
     pen = std::make_unique<Pen>(std::move(polygons), m_tolerance);
     return *pen;
@@ -420,11 +420,9 @@ std::size_t FeatureDrawing::corners(std::uint32_t item)
     const Surface &surface = m_features.surfaces[feature.index];
     for (std::uint32_t i = 0; i < surface.contourCount; ++i) {
         const ContourView contour = m_features.contours[surface.firstContour + i];
-        Point at = contour.start;
-        for (const Edge &edge : contour) {
+        for (const auto [from, edge] : contour.walk()) {
             const bool isArc = edge.kind != EdgeKind::Line;
-            count += isArc ? arcSteps(distance(at, edge.center), sweptDegrees(at, edge), m_tolerance) : 1;
-            at = edge.end;
+            count += isArc ? arcSteps(distance(from, edge.center), sweptDegrees(from, edge), m_tolerance) : 1;
         }
     }
     return count;

@@ -86,6 +86,18 @@ void makeClockwise(GridRing &ring)
         std::reverse(ring.begin(), ring.end());
 }
 
+bool encloses(const GridRing &ring, GridPoint at)
+{
+    bool isInside = false;
+    GridPoint a = ring.back();
+    for (const GridPoint b : ring) {
+        if (runsLeftOf(pointOf(at), pointOf(a), pointOf(b)))
+            isInside = !isInside;
+        a = b;
+    }
+    return isInside;
+}
+
 namespace {
 
 std::int64_t along(GridPoint p, bool alongX)

@@ -33,6 +33,11 @@ inline bool operator<(GridPoint a, GridPoint b)
 // A closed polygon, the first corner not repeated. Islands run counter-clockwise, holes clockwise.
 using GridRing = std::vector<GridPoint>;
 
+inline Point pointOf(GridPoint p)
+{
+    return {static_cast<double>(p.x), static_cast<double>(p.y)};
+}
+
 // Both bounds belong to the box.
 struct GridBox
 {
@@ -96,6 +101,15 @@ private:
 double doubledArea(const GridRing &ring);
 void makeCounterClockwise(GridRing &ring);
 void makeClockwise(GridRing &ring);
+
+// Whether the edge from `a` to `b` runs left of `at`, on its level: of a closed outline an odd number of
+// edges does so where `at` lies inside. An end on that level counts as below it.
+inline bool runsLeftOf(Point at, Point a, Point b)
+{
+    return (a.y > at.y) != (b.y > at.y) && a.x + (at.y - a.y) / (b.y - a.y) * (b.x - a.x) < at.x;
+}
+// Whether `at` lies inside of `ring`, by parity. Without meaning for points on its edges.
+bool encloses(const GridRing &ring, GridPoint at);
 
 // The part of `ring` on one side of the line x = at (`alongX`) or y = at: the side of smaller coordinates
 // when `keepLow`. Where the ring crosses the line several times the parts stay linked along it, with winding

@@ -148,14 +148,9 @@ std::int64_t Resolver::middleOf(const Piece &piece, bool alongX) const
                 positions.push_back(alongX ? boxed.ring[i].x : boxed.ring[i].y);
         }
     }
-    const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
-    std::nth_element(positions.begin(), middle, positions.end());
-    const std::int64_t low = alongX ? piece.box.low.x : piece.box.low.y;
-    const std::int64_t high = alongX ? piece.box.high.x : piece.box.high.y;
-    // Never close to an edge: items that reach in from outside may have all their middles there, and a piece
-    // must become smaller by being cut.
-    const std::int64_t margin = std::max<std::int64_t>(1, (high - low) / 8);
-    return std::clamp(*middle, low + margin, high - margin);
+    // Items that reach in from outside may have all their middles near an end.
+    return medianCut(std::move(positions), alongX ? piece.box.low.x : piece.box.low.y,
+                     alongX ? piece.box.high.x : piece.box.high.y);
 }
 
 // The small items that reach one side. `share` of the work is done meanwhile.

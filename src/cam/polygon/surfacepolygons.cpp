@@ -10,22 +10,6 @@ namespace cam {
 
 namespace {
 
-// Whether `p` is inside of `ring`, by the crossings of a ray to the left.
-bool isInside(GridPoint p, const GridRing &ring)
-{
-    bool isIn = false;
-    GridPoint a = ring.back();
-    for (const GridPoint b : ring) {
-        if ((a.y > p.y) != (b.y > p.y)) {
-            const double share = static_cast<double>(p.y - a.y) / static_cast<double>(b.y - a.y);
-            if (static_cast<double>(a.x) + share * static_cast<double>(b.x - a.x) < static_cast<double>(p.x))
-                isIn = !isIn;
-        }
-        a = b;
-    }
-    return isIn;
-}
-
 // An island with its holes: indices into a list of rings.
 struct Island
 {
@@ -51,7 +35,7 @@ bool assignHoles(const std::vector<BoxedRing> &rings, std::vector<Island> &islan
             const BoxedRing &around = rings[island.ring];
             if (around.box.contains(rings[hole].box) &&
                 (!best || rings[best->ring].box.contains(around.box)) &&
-                isInside(rings[hole].ring[0], around.ring))
+                encloses(around.ring, rings[hole].ring[0]))
                 best = &island;
         }
         if (!best)
@@ -135,9 +119,7 @@ std::int64_t middleCorner(const std::vector<BoxedRing> &rings, bool alongX)
             positions.push_back(alongX ? ring.ring[next].x : ring.ring[next].y);
         next -= ring.ring.size();
     }
-    const auto middle = positions.begin() + static_cast<std::ptrdiff_t>(positions.size() / 2);
-    std::nth_element(positions.begin(), middle, positions.end());
-    return *middle;
+    return median(std::move(positions));
 }
 
 // Cuts what has too many corners or takes too long to link, links the holes of the rest. Whatever turns out

@@ -1,15 +1,19 @@
 // The geometry model: angles, maps, areas and extents of contours, curves as corners, strokes.
+#include "cam/model/arccrossing.h"
 #include "cam/model/exportoptions.h"
 #include "cam/model/featureset.h"
 #include "cam/model/flatten.h"
 #include "cam/model/layerimage.h"
 #include "cam/model/stroke.h"
 #include "cam/model/trigonometry.h"
+#include "cam/model/winding.h"
 #include "cam/polygon/gridpolygon.h"
 
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 
 using namespace cam;
 
@@ -98,6 +102,70 @@ private slots:
         }
         QCOMPARE(directionDegrees(0.0, 0.0), 0.0);
         QVERIFY(isNear(arcCosineDegrees(0.5), 60.0, 1e-12));
+    }
+
+    // Against the arc as ten thousand short lines.
+    void arcsCrossLevelsWhereTheyRun()
+    {
+        std::mt19937 random(1);
+        const auto number = [&random](double low, double high) {
+            return std::uniform_real_distribution<double>(low, high)(random);
+        };
+        int found = 0;
+        for (int round = 0; round < 300; ++round) {
+            const Point center = {number(-50, 50), number(-50, 50)};
+            const double radius = number(10, 100), start = number(0, 360);
+            const double sweep = round % 5 == 0 ? 360.0 : number(1, 359);
+            const bool clockwise = round % 2 == 0;
+            const auto pointAt = [&](double share) {
+                const SineCosine at = sineCosine(start + (clockwise ? -sweep : sweep) * share);
+                return center + Point{radius * at.cosine, radius * at.sine};
+            };
+            const Point from = pointAt(0.0), to = sweep == 360.0 ? from : pointAt(1.0);
+            const EdgeKind kind = clockwise ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise;
+            const double y = center.y + radius * number(-1.1, 1.1);
+
+            std::vector<LevelCrossing> expected;
+            Point before = from;
+            constexpr int steps = 10000;
+            for (int i = 1; i <= steps; ++i) {
+                const Point next = i == steps ? to : pointAt(static_cast<double>(i) / steps);
+                if ((before.y <= y) != (next.y <= y))
+                    expected.push_back({before.x, (i - 0.5) / steps, next.y > y});
+                before = next;
+            }
+            const ArcCrossings crossings = crossingsOf(from, {to, center, kind}, y);
+            QCOMPARE(crossings.count, static_cast<int>(expected.size()));
+            for (const LevelCrossing &each : expected) {
+                QVERIFY(
+                    std::any_of(crossings.begin(), crossings.end(), [&each](const LevelCrossing &crossing) {
+                        return isNear(crossing.x, each.x, 2.0) && isNear(crossing.share, each.share, 2e-4) &&
+                               crossing.isUpwards == each.isUpwards;
+                    }));
+                ++found;
+            }
+        }
+        QVERIFY(found > 300);
+    }
+
+    void contoursWindAroundWhatLiesInside()
+    {
+        ContourPool pool;
+        pool.begin({0, 0}, false); // a box whose right side bulges, and a half circle cut out of its top
+        pool.lineTo({100, 0});
+        pool.arcTo({100, 100}, {100, 50}, false);
+        pool.lineTo({70, 100});
+        pool.arcTo({30, 100}, {50, 100}, true);
+        pool.lineTo({0, 100});
+        pool.end();
+        QCOMPARE(windingNumber(pool[0], {50, 79}), 1);
+        QCOMPARE(windingNumber(pool[0], {50, 81}), 0);
+        QCOMPARE(windingNumber(pool[0], {149, 50}), 1);
+        QCOMPARE(windingNumber(pool[0], {151, 50}), 0);
+        QCOMPARE(windingNumber(pool[0], {140, 85}), 0);
+        pool.addCircle({0, 0}, 10, true);
+        QCOMPARE(windingNumber(pool[1], {-9, 1}), -1);
+        QCOMPARE(windingNumber(pool[1], {-9, 5}), 0);
     }
 
     // A pad's angle runs clockwise, and the mirroring comes after the turn.

@@ -95,6 +95,34 @@ class tst_PaintedArea : public QObject
     Q_OBJECT
 
 private slots:
+    void medianHasHalfOfThePositionsOnEachSide()
+    {
+        QCOMPARE(median({7}), std::int64_t(7));
+        QCOMPARE(median({5, 1, 4, 2, 3}), std::int64_t(3));
+        QCOMPARE(median({4, 1, 2, 3}), std::int64_t(3));
+    }
+
+    void cutsKeepAwayFromTheEnds()
+    {
+        QCOMPARE(medianCut({40, 50, 60}, 0, 80), std::int64_t(50));
+        QCOMPARE(medianCut({0, 0, 0, 80}, 0, 80), std::int64_t(10));
+        QCOMPARE(medianCut({80, 80, 80}, 0, 80), std::int64_t(70));
+        QCOMPARE(medianCut({100}, 100, 102), std::int64_t(101));
+    }
+
+    void ringsEncloseByParity()
+    {
+        const GridRing notched = {{0, 0}, {100, 0}, {100, 100}, {50, 20}, {0, 100}};
+        QVERIFY(encloses(notched, {50, 10}));
+        QVERIFY(encloses(reversed(notched), {50, 10}));
+        QVERIFY(!encloses(notched, {50, 60})); // in the notch
+        QVERIFY(encloses(notched, {10, 20}));  // level with a corner
+        QVERIFY(encloses(notched, {90, 20}));
+        QVERIFY(!encloses(notched, {-10, 20}));
+        QVERIFY(!encloses(notched, {110, 20}));
+        QVERIFY(!encloses(notched, {50, -10}));
+    }
+
     void clearPaintTakesFromWhatIsBelowIt()
     {
         Painting painting;

@@ -15,6 +15,8 @@ if git grep -nE '^ *# *(if|ifdef|ifndef|elif).*\b(Q_OS_|_WIN32|__linux__|WIN32)'
     complain "Only src/platform/ and src/archive/ may know which operating system they are on."
 fi
 scripts/check_includes.py || complain "Includes: the folders depend on each other in one direction only."
+version=$(sed -n 's/^project(.* VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
+grep -q "\"version-string\": \"$version\"" vcpkg.json || complain "vcpkg.json: the version is not $version."
 if git grep -nE '\b(Qt::(SkipEmptyParts|endl|hex|dec)|QRandomGenerator|QString::asprintf_l|QDeadlineTimer::remaining_ns)\b' -- '*.cpp' '*.h'; then
     complain "Qt 5.9 does not have these."
 fi

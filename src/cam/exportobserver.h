@@ -2,14 +2,11 @@
 #pragma once
 
 #include "cam/export/exportrequest.h"
+#include "run/orvexapi_export.h"
 
 #include <functional>
 #include <string>
 #include <vector>
-
-#ifndef ORVEX_API_DECL
-#define ORVEX_API_DECL
-#endif
 
 namespace ORVEX::HOST {
 

@@ -1,11 +1,9 @@
 // Where the CAM library looks for jobs; for hosts.
 #pragma once
 
-#include <string>
+#include "run/orvexapi_export.h"
 
-#ifndef ORVEX_API_DECL
-#define ORVEX_API_DECL
-#endif
+#include <string>
 
 namespace ORVEX::HOST {
 

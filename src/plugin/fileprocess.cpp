@@ -7,6 +7,7 @@
 #include "platform/shell.h"
 #include "plugin/importlink.h"
 #include "plugin/interface/exportjobinfo.h"
+#include "version.h"
 
 #include <QAction>
 #include <QIcon>
@@ -15,7 +16,7 @@
 // The version that tools find in the module's file. Nothing in the program reads it, so only its external
 // linkage keeps the compiler from leaving it out.
 extern const char fileProcessVersion[];
-const char fileProcessVersion[] = "2.28.054";
+const char fileProcessVersion[] = FILE_PROCESS_MODULE_VERSION;
 
 namespace {
 

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "plugin/interface/fileprointerface.h"
+#include "plugin/interface/pluginmanager_export.h"
 
 #include <QLibrary>
 #include <QObject>
@@ -20,10 +21,6 @@
 
 #include <functional>
 
-#ifndef PLUGIN_HOST_DECL
-#define PLUGIN_HOST_DECL Q_DECL_IMPORT
-#endif
-
 struct LoadedPlugin
 {
     QString name; // the module's name without its folder, ending or "lib" before it: "File_Process"
@@ -32,7 +29,7 @@ struct LoadedPlugin
     FileProInterface *plugin = nullptr; // the same object
 };
 
-class PLUGIN_HOST_DECL PluginHost
+class PLUGINMANGER_DECL PluginHost
 {
 public:
     using Receiver = std::function<void(const PluginMetaData &)>;

@@ -2,16 +2,11 @@
 // strings, vectors and futures cross the boundary, so host and plug-in share one standard library.
 #pragma once
 
+#include "run/orvexapi_export.h"
 #include "run/progressvalue.h"
 
 #include <string>
 #include <vector>
-
-// Set to the platform's export keyword while the library itself is compiled. Its users need no import
-// keyword: they only call functions.
-#ifndef ORVEX_API_DECL
-#define ORVEX_API_DECL
-#endif
 
 namespace ORVEX::API {
 

@@ -15,8 +15,8 @@ QString absolute(const QString &path)
 CommandLine CommandLine::parse(const QStringList &arguments)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        "A small desktop CAM host for the plug-ins in the folder \"plugins\" beside it.");
+    parser.setApplicationDescription("A small desktop CAM host: imports ODB++ jobs, shows their layers and "
+                                     "exports them as GDSII and Gerber.");
     const QCommandLineOption batch("batch",
                                    "Import and export without a person, print a line a file, and end.");
     const QCommandLineOption format(

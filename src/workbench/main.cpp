@@ -2,6 +2,7 @@
 // runs the batch.
 #include "platform/termination.h"
 #include "pluginmanger/pluginhost.h"
+#include "version.h"
 #include "workbench/batch/batchrun.h"
 #include "workbench/commandline.h"
 #include "workbench/hostsettings.h"
@@ -55,6 +56,15 @@ void drawOffscreen(const char *program)
     }
 }
 
+// Where the plug-ins are: in an installed tree where the package put them, in a build folder beside the
+// program.
+QString pluginFolder()
+{
+    const QDir here(QCoreApplication::applicationDirPath());
+    const QString installed = QDir::cleanPath(here.filePath(FILE_PROCESS_PLUGINS_FROM_PROGRAM));
+    return QFileInfo::exists(installed) ? installed : here.filePath("plugins");
+}
+
 // The log goes to the window and, in a batch run, to the standard error stream; to no file.
 void startLog(const char *program)
 {
@@ -101,7 +111,7 @@ int runProgram(QApplication &application, const CommandLine &options)
     if (!options.batch)
         window->keepToScreen();
     window->show();
-    PluginHost::instance().loadFolder(QCoreApplication::applicationDirPath() + "/plugins");
+    PluginHost::instance().loadFolder(pluginFolder());
     window->addPlugins();
 
     if (!options.openJob.isEmpty() && !window->jobNames().contains(options.openJob)) {
@@ -168,7 +178,7 @@ void endProgram(int signal)
 int main(int argc, char **argv)
 {
     QCoreApplication::setApplicationName("workbench");
-    QCoreApplication::setApplicationVersion("1.0");
+    QCoreApplication::setApplicationVersion(FILE_PROCESS_VERSION);
     CommandLine options;
     if (const std::optional<int> code = answerAtOnce(argc, argv, options))
         return *code;

@@ -2,15 +2,10 @@
 // The library "pluginManger" implements it.
 #pragma once
 
+#include "plugin/interface/pluginmanager_export.h"
 #include "plugin/interface/pluginmetadata.h"
 
 #include <QObject>
-
-// Set to the platform's export keyword while the library itself is compiled. Its users need no import
-// keyword: they only call functions.
-#ifndef PLUGINMANGER_DECL
-#define PLUGINMANGER_DECL
-#endif
 
 class PLUGINMANGER_DECL QTpluginsManger4CAM : public QObject
 {

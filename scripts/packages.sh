@@ -8,13 +8,13 @@ declare -A packages=(
     [build]="g++ ccache cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev
             libutfcpp-dev"
     [run]="p7zip-full fonts-dejavu-core qtbase5-dev"
-    [test]="p7zip-full fonts-dejavu-core"
+    [test]="p7zip-full fonts-dejavu-core dpkg-dev"
     [check]="clang-format python3"
     [crosscheck]="gerbv klayout"
     [bench]="gerbv klayout libarchive-tools"
     [fuzz]="clang libclang-rt-dev"
     [windows]="libutfcpp-dev g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
-               wine wine64 xvfb xauth zip unzip fonts-dejavu-core"
+               wine wine64 xvfb xauth unzip fonts-dejavu-core"
 )
 
 wanted=()

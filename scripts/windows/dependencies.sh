@@ -25,6 +25,7 @@ main() {
     # Headers alone: those of the distribution's package libutfcpp-dev serve Windows as well.
     cp -R /usr/include/utf8cpp "$prefix/include/"
     component qt      2 qtbase-opensource-src  build_qt
+    collect_licences
     say "dependencies complete in $deps"
 }
 
@@ -95,6 +96,45 @@ unused_qt_features=(
     calendarwidget colordialog columnview commandlinkbutton datawidgetmapper dial fontcombobox fontdialog graphicseffect
     graphicsview keysequenceedit lcdnumber mdiarea scroller splashscreen syntaxhighlighter textbrowser undocommand wizard
 )
+
+# The terms of all that the Windows package holds, in prefix/licences: out of the source packages, and what Debian's packages
+# of MinGW-w64 say of themselves. Made again when a source package is another.
+collect_licences() {
+    local folder=$prefix/licences stamp=$deps/stamps/licences sources=$deps/sources package
+    for package in 7zip google-glog sqlite3 libpolyclipping qtbase-opensource-src; do fetch_source "$package"; done
+    if [ -e "$stamp" ] && cat "$sources"/*/version | cmp -s - "$stamp"; then return; fi
+    say "collect the licences"
+    rm -rf "$folder" && mkdir -p "$folder"/{zlib,gcc,mingw-w64,utfcpp,qt/parts}
+    licences_of 7zip 7-zip '*/DOC/License.txt' '*/DOC/copying.txt'
+    licences_of google-glog glog '*/COPYING'
+    licences_of sqlite3 sqlite '*/LICENSE.md'
+    licences_of libpolyclipping clipper '*/License.txt'
+    licences_of qtbase-opensource-src qt '*/LICENSE.LGPL3' '*/LICENSE.LGPLv3' '*/LICENSE.GPL3'
+    local parts=(zlib pcre2 double-conversion freetype harfbuzz-ng libpng tinycbor sha3 rfc6234 easing md4c)
+    local patterns=() part file
+    for part in "${parts[@]}"; do patterns+=("*/src/3rdparty/$part/*LICEN*" "*/src/3rdparty/$part/COPYING*"); done
+    licences_of qtbase-opensource-src qt/parts "${patterns[@]}" '*/src/corelib/*_LICENSE.txt' '*/src/corelib/io/PSL-LICENSE.txt'
+    for file in zlib:libz-mingw-w64 gcc:gcc-mingw-w64-x86-64-posix-runtime mingw-w64:mingw-w64-x86-64-dev utfcpp:libutfcpp-dev; do
+        cp "/usr/share/doc/${file#*:}/copyright" "$folder/${file%%:*}/copyright.txt"
+    done
+    cp /usr/share/common-licenses/GPL-3 "$folder/gcc/GPL-3.txt"
+    cat "$sources"/*/version > "$stamp"
+}
+
+# licences_of PACKAGE FOLDER PATTERN...: the files of a source package that match, with the folders that tell them apart.
+licences_of() {
+    local package=$1 to=$prefix/licences/$2 tree=$deps/build/licences file name
+    shift 2
+    rm -rf "$tree" && mkdir -p "$tree" "$to"
+    # A pattern that nothing matches is no error: the check of the package looks for what has to be there.
+    tar -C "$tree" --wildcards -xf "$(find "$deps/sources/$package" -name '*.orig.tar.*' ! -name '*.asc')" "$@" 2>/dev/null || true
+    while read -r file; do
+        name=$(realpath --relative-to="$tree" "$file" | sed 's#^[^/]*/##; s#^src/##; s#^3rdparty/##; s#/#-#g')
+        case $name in *.txt) ;; *) name=$name.txt ;; esac
+        cp "$file" "$to/$name"
+    done < <(find "$tree" -type f)
+    rm -rf "$tree"
+}
 
 # Qt's make files call the compilers by their bare names, and those are another flavour on some machines.
 prefer_posix_compilers() {

@@ -14,10 +14,10 @@ scratch=$(mktemp -d "${TMPDIR:-/tmp}/file_process_package.XXXXXX")
 trap 'rm -rf "$scratch"' EXIT
 
 say "packing $name.zip"
-cmake --install "$build" --component windows --strip --prefix "$scratch/$name" > /dev/null
-sed -i 's/$/\r/' "$scratch/$name/README.txt"
 rm -f "$build/$name.zip"
-(cd "$scratch" && zip -q -r -X "$build/$name.zip" "$name")
+cpack --config "$build/CPackConfig.cmake" -G ZIP -B "$scratch/packages" > "$scratch/cpack.log" ||
+    { cat "$scratch/cpack.log"; exit 1; }
+mv "$scratch/packages/$name.zip" "$build/$name.zip"
 
 # A folder with a blank in its name, as users have them, and none of the build's libraries in reach.
 say "starting the workbench out of the package"
@@ -34,4 +34,13 @@ for ending in gds gerber; do
     [ "$count" -gt 0 ] || { echo "[windows] error: the packaged workbench wrote no .$ending file" >&2; exit 1; }
     say "the packaged workbench wrote $count .$ending files"
 done
+# Each library is one that the notices name, and each licence that they name is there.
+while read -r library; do
+    grep -qF "$(basename "$library")" NOTICES.txt ||
+        { echo "[windows] error: NOTICES.txt does not name $library" >&2; exit 1; }
+done < <(find . -name '*.dll' -o -name '*.exe')
+while read -r folder; do
+    [ -n "$(find "$folder" -type f -size +0 2>/dev/null | head -n 1)" ] ||
+        { echo "[windows] error: the package has no $folder" >&2; exit 1; }
+done < <(grep -oE 'licences/[a-z0-9/-]+' NOTICES.txt | sort -u)
 say "$build/$name.zip, $(du -h "$build/$name.zip" | cut -f 1)"

@@ -29,7 +29,7 @@ notices=$tree/share/doc/file-process/copyright
 [ -f "$notices" ] || fail "no copyright file"
 while read -r library; do
     grep -qF "$(basename "$library")" "$notices" || fail "the copyright file does not name $(basename "$library")"
-done < <(find "$tree" -name '*.so*' -type f)
+done < <(find "$tree" -name "*.so*" -type f)
 ! dpkg-deb -c "$runtime" | grep -E ' \./usr/(include|lib/cmake)' || fail "development files in the runtime package"
 dpkg-deb -x "$development" "$scratch/root"
 [ -f "$tree/lib/cmake/FileProcess/FileProcessConfig.cmake" ] || fail "file-process-dev has no CMake package"

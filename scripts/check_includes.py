@@ -38,6 +38,7 @@ DEPENDENCIES = {
     "export": (*INTERFACE, "platform", "run"),
     "plugin": (*INTERFACE, "platform", "import", "export", "run"),
     "workbench": (*INTERFACE, "platform", "pluginmanger", "cam", *CAM),
+    "convert": ("platform", "archive", "cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/export"),
 }
 INTERFACE_MAY = {"plugin/interface": INTERFACE, "run/orvexapi.h": INTERFACE}
 

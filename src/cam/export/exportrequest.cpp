@@ -45,26 +45,36 @@ void passOn(const ReadingNotes &found, const std::function<void(const ExportNote
 
 } // namespace
 
+LayerImage readLayer(const ExportRequest &request)
+{
+    checkOptions(request.options);
+    ReadingNotes found;
+    LayerImage image = Job(request.job).readLayer(request.step, request.layer, found, request.options.report);
+    passOn(found, request.note);
+    if (!found.unsupported.empty())
+        throw Error("the layer has records or symbols that cannot be drawn");
+    return image;
+}
+
+void writeLayer(const LayerImage &image, const ExportRequest &request)
+{
+    checkOptions(request.options);
+    if (request.format == FileFormat::Gds)
+        writeGds(image, request.options);
+    else
+        writeGerber(image, request.options);
+}
+
 ExportResult exportLayer(const ExportRequest &request)
 {
     // Reading takes about a third of the time of an export without booleans.
     constexpr double readingShare = 0.3;
-    checkOptions(request.options);
     const auto &report = request.options.report;
-    ReadingNotes found;
-    const LayerImage image =
-        Job(request.job).readLayer(request.step, request.layer, found, [&](double share) {
-            report(readingShare * share);
-        });
-    passOn(found, request.note);
-    if (!found.unsupported.empty())
-        throw Error("the layer has records or symbols that cannot be drawn");
-    ExportOptions options = request.options;
-    options.report = [&](double share) { report(readingShare + (1.0 - readingShare) * share); };
-    if (request.format == FileFormat::Gds)
-        writeGds(image, options);
-    else
-        writeGerber(image, options);
+    ExportRequest part = request;
+    part.options.report = [&](double share) { report(readingShare * share); };
+    const LayerImage image = readLayer(part);
+    part.options.report = [&](double share) { report(readingShare + (1.0 - readingShare) * share); };
+    writeLayer(image, part);
     return {std::all_of(image.steps.begin(), image.steps.end(),
                         [](const StepImage &step) { return step.features.isEmpty(); })};
 }

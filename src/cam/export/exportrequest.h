@@ -47,4 +47,9 @@ struct ExportResult
 // written; passes on what `options.report` throws to cancel.
 ExportResult exportLayer(const ExportRequest &request);
 
+// Its two halves, for several files of one layer: the reading, and the writing of what has been read.
+// `options.report` takes the share of each.
+LayerImage readLayer(const ExportRequest &request);
+void writeLayer(const LayerImage &image, const ExportRequest &request);
+
 } // namespace cam

@@ -1,0 +1,261 @@
+// Options by Qt's parser; what they mean, and what may not be, is settled here once.
+#include "convert/arguments.h"
+
+#include <QCommandLineParser>
+
+#include <algorithm>
+#include <cmath>
+#include <thread>
+
+namespace convert {
+
+namespace {
+
+const char programHelp[] =
+    R"(Usage: camconvert COMMAND [options] ...
+
+Converts ODB++ jobs to GDSII and Gerber files.
+
+Commands:
+  export   Write layers of jobs as GDSII or Gerber files.
+  info     Show what is in jobs.
+
+"camconvert COMMAND --help" describes a command, with examples.
+--version shows the program's version.
+
+Exit codes: 0 done, 1 something failed, 2 the command line is wrong, 3 not proven, 128 and the signal's
+number after a signal.
+)";
+
+const char exportExamples[] = R"(
+Examples:
+  camconvert export board.tgz --out files
+      Every layer with a drawing, as GDSII and as Gerber: files/board/top.gds, files/board/top.gerber, ...
+  camconvert export board.tgz --format gerber --layers board --out files
+      The layers of the board only, as Gerber.
+  camconvert export board.tgz --layers top,bottom --rotate 90 --mirror --out files
+      Two layers, mirrored about the Y axis, then rotated about the step's datum.
+  camconvert export *.tgz --positive --out files --name "{job}/{row}_{layer}{ext}" --json report.jsonl
+      Many jobs, planes as positive images, file names by a pattern, one line of JSON a job.
+  camconvert export *.tgz --out files --resume
+      Goes on where an earlier run ended: jobs whose files are there and unchanged are passed over.
+)";
+
+const char infoExamples[] = R"(
+Examples:
+  camconvert info board.tgz
+  camconvert info --json board.tgz other_job_folder
+)";
+
+// What is common to the parsers of all commands.
+class Parser
+{
+public:
+    Parser(const char *command, const char *description) : m_command(command)
+    {
+        m_parser.setApplicationDescription(description);
+        m_parser.addPositionalArgument(command, "", command);
+        m_parser.addPositionalArgument("job", "Archives (.tgz) and unpacked job folders.", "JOB...");
+    }
+    void flag(const char *name, const char *help) { m_parser.addOption({name, help}); }
+    void option(const char *name, const char *help, const char *value)
+    {
+        m_parser.addOption({name, help, value});
+    }
+
+    // False when the answer is settled: by --help, or by an error.
+    bool parse(const QStringList &arguments, const char *examples, Arguments &result)
+    {
+        m_parser.addOption({{"h", "help"}, "Show this text."});
+        const bool understood = m_parser.parse(arguments);
+        if (m_parser.isSet("help")) {
+            result.text = m_parser.helpText().replace(
+                              QString("Usage: %1 [options] %2").arg(arguments.first(), m_command),
+                              QString("Usage: camconvert %1 [options]").arg(m_command)) +
+                          examples;
+            return false;
+        }
+        if (!understood)
+            result.error = m_parser.errorText();
+        else if (jobs().isEmpty())
+            result.error = QString("%1: expected at least one job").arg(m_command);
+        return result.error.isEmpty();
+    }
+
+    bool isSet(const char *name) const { return m_parser.isSet(name); }
+    QString text(const char *name) const { return m_parser.value(name); }
+    QStringList list(const char *name) const
+    {
+        QStringList values;
+        for (const QString &value : m_parser.values(name))
+            values << value.split(',');
+        values.removeAll(QString());
+        return values;
+    }
+    QStringList jobs() const { return m_parser.positionalArguments().mid(1); }
+
+    // Leaves `number` alone where the option is not there.
+    void number(const char *name, double &number, QString &error) const
+    {
+        if (!isSet(name))
+            return;
+        bool isNumber = false;
+        number = text(name).toDouble(&isNumber);
+        if (!isNumber || !std::isfinite(number))
+            error = QString("--%1 %2: expected a number").arg(name, text(name));
+    }
+
+private:
+    QString m_command;
+    QCommandLineParser m_parser;
+};
+
+QString patternFault(const QString &pattern)
+{
+    QString rest = pattern;
+    for (const char *word : {"{job}", "{step}", "{layer}", "{type}", "{row}", "{ext}"})
+        rest.remove(word);
+    if (rest.contains('{') || rest.contains('}'))
+        return "expected {job}, {step}, {layer}, {type}, {row} and {ext} in braces";
+    const QStringList parts = QString(pattern).replace('\\', '/').split('/');
+    if (parts.contains(QString()) || parts.contains(".") || parts.contains("..") || rest.contains(':'))
+        return "expected a path below the output folder";
+    if (!pattern.contains("{layer}") && !pattern.contains("{row}"))
+        return "expected {layer} or {row}, or all layers have one name";
+    return {};
+}
+
+void parseExport(const QStringList &arguments, Arguments &result)
+{
+    Parser parser("export",
+                  "Writes layers of jobs as GDSII or Gerber files. A file appears under its name only "
+                  "when it is complete.");
+    parser.option("format", "gds, gerber or both with a comma between. (Both otherwise.)", "formats");
+    parser.option("out", "Folder of the files. It is made when it is missing.", "folder");
+    parser.option("step", "Step to export. (The job's first one otherwise.)", "name");
+    parser.option("layers",
+                  "all (that have a drawing), board (of those the layers of the board), or names with "
+                  "commas between. (all otherwise.)",
+                  "layers");
+    parser.option("name",
+                  "Names of the files below the output folder, of {job}, {step}, {layer}, {type}, {row} and "
+                  "{ext}. ({job}/{layer}{ext} otherwise, all in lower case.)",
+                  "pattern");
+    parser.option("rotate", "Rotate counter-clockwise about the step's datum, after mirroring.", "degrees");
+    parser.flag("mirror", "Mirror, x to -x.");
+    parser.option("x-scale", "Scale along x, before mirroring.", "factor");
+    parser.option("y-scale", "Scale along y, before mirroring.", "factor");
+    parser.option("resize", "By how much features grow, half of it to each side.", "micrometres");
+    parser.flag("negate", "Write the area of the step's profile less the layer.");
+    parser.flag("positive", "Write layers of negative polarity as positive images.");
+    parser.option("dbu", "Database unit of GDSII files. (0.001 otherwise.)", "micrometres");
+    parser.flag("profile", "Add the step's profile.");
+    parser.option("json", "Write a line of JSON for each job; - for the standard output.", "file");
+    parser.option("jobs", "How many layers at once. (One a core otherwise.)", "number");
+    parser.option("memory", "What the layers at work may take together, by estimate. (1000 otherwise.)",
+                  "megabytes");
+    parser.flag("resume",
+                "Pass over jobs that an earlier run has done: the same input, options and version, and the "
+                "files still there.");
+    if (!parser.parse(arguments, exportExamples, result))
+        return;
+
+    ExportArguments &values = result.exporting;
+    QString &error = result.error;
+    result.command = Arguments::Command::Export;
+    values.jobs = parser.jobs();
+    QStringList formats = parser.list("format");
+    if (!parser.isSet("format"))
+        formats = QStringList{"gds", "gerber"};
+    for (const QString &format : formats) {
+        if (format != "gds" && format != "gerber") {
+            error = QString("--format %1: expected gds or gerber").arg(format);
+            return;
+        }
+        const auto known = format == "gds" ? cam::FileFormat::Gds : cam::FileFormat::Gerber;
+        if (std::find(values.formats.begin(), values.formats.end(), known) == values.formats.end())
+            values.formats.push_back(known);
+    }
+    if (values.formats.empty())
+        error = "--format: expected gds or gerber";
+    values.outputFolder = parser.text("out");
+    if (values.outputFolder.isEmpty())
+        error = "expected --out, the folder of the files";
+    values.step = parser.text("step");
+    const QStringList layers = parser.list("layers");
+    values.onlyBoard = layers == QStringList("board");
+    if (!values.onlyBoard && layers != QStringList("all"))
+        values.layers = layers;
+    if (parser.isSet("layers") && layers.isEmpty())
+        error = "--layers: expected all, board or names";
+    values.namePattern = parser.isSet("name") ? parser.text("name") : QString("{job}/{layer}{ext}");
+    if (const QString fault = patternFault(values.namePattern); !fault.isEmpty())
+        error = QString("--name %1: %2").arg(values.namePattern, fault);
+    else if (values.formats.size() > 1 && !values.namePattern.contains("{ext}"))
+        error = QString("--name %1: expected {ext}, or both formats have one name").arg(values.namePattern);
+    else if (values.jobs.size() > 1 && !values.namePattern.contains("{job}"))
+        error = QString("--name %1: expected {job}, or several jobs have one name").arg(values.namePattern);
+
+    double micrometres = 0.0, threads = std::max(1u, std::thread::hardware_concurrency());
+    values.megabytes = 1000.0;
+    parser.number("rotate", values.options.angle, error);
+    parser.number("x-scale", values.options.xScale, error);
+    parser.number("y-scale", values.options.yScale, error);
+    parser.number("resize", micrometres, error);
+    parser.number("dbu", values.options.dbu, error);
+    parser.number("jobs", threads, error);
+    parser.number("memory", values.megabytes, error);
+    values.options.resize = micrometres * 1000.0;
+    if (values.options.xScale == 0.0 || values.options.yScale == 0.0)
+        error = "expected scales other than 0";
+    if (!(values.options.dbu > 0.0))
+        error = "--dbu: expected a number above 0";
+    if (threads < 1.0 || threads > 1024.0 || threads != std::floor(threads))
+        error = "--jobs: expected a whole number from 1 to 1024";
+    if (!(values.megabytes > 0.0))
+        error = "--memory: expected a number above 0";
+    values.threads = static_cast<int>(threads);
+    values.options.mirror = parser.isSet("mirror");
+    values.options.negative = parser.isSet("negate");
+    values.options.profileOnTop = parser.isSet("profile");
+    values.positive = parser.isSet("positive");
+    values.json = parser.text("json");
+    if (parser.isSet("json") && values.json.isEmpty())
+        error = "--json: expected a file, or -";
+    values.resume = parser.isSet("resume");
+}
+
+void parseInfo(const QStringList &arguments, Arguments &result)
+{
+    Parser parser(
+        "info", "Shows the steps and layers of jobs, what the layers hold, and what of it cannot be drawn.");
+    parser.flag("json", "Show it as a line of JSON for each job.");
+    if (!parser.parse(arguments, infoExamples, result))
+        return;
+    result.command = Arguments::Command::Info;
+    result.info.jobs = parser.jobs();
+    result.info.asJson = parser.isSet("json");
+}
+
+} // namespace
+
+Arguments Arguments::parse(const QStringList &arguments)
+{
+    Arguments result;
+    const QString command = arguments.value(1);
+    if (command == "export")
+        parseExport(arguments, result);
+    else if (command == "info")
+        parseInfo(arguments, result);
+    else if (command == "--version")
+        result.text = "camconvert " PROGRAM_VERSION "\n";
+    else if (command == "--help" || command == "-h" || command == "help")
+        result.text = programHelp;
+    else if (command.isEmpty())
+        result.error = "expected a command: export or info";
+    else
+        result.error = QString("unknown command %1: expected export or info").arg(command);
+    return result;
+}
+
+} // namespace convert

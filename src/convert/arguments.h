@@ -1,0 +1,52 @@
+// The command line of camconvert, taken apart and checked.
+#pragma once
+
+#include "cam/export/exportrequest.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace convert {
+
+// Documented exit codes. A run that a signal has ended has 128 and the signal's number.
+enum ExitCode { Done = 0, SomethingFailed = 1, UsageError = 2, NotProven = 3 };
+
+struct ExportArguments
+{
+    QStringList jobs; // archives and job folders, as given
+    std::vector<cam::FileFormat> formats;
+    QString outputFolder;
+    QString step;           // empty: the job's first one
+    QStringList layers;     // names; empty: all that have drawings
+    bool onlyBoard = false; // of those only the layers of the board
+    QString namePattern;
+    cam::ExportOptions options; // but for file and report
+    bool positive = false;
+    QString json; // a file, "-" for the standard output; empty: none
+    int threads = 1;
+    double megabytes = 0.0; // that layers being exported may take together, by estimate
+    bool resume = false;
+};
+
+struct InfoArguments
+{
+    QStringList jobs;
+    bool asJson = false;
+};
+
+struct Arguments
+{
+    enum class Command { Export, Info, ShowText };
+    Command command = Command::ShowText;
+    QString text;  // of ShowText: help or version
+    QString error; // not empty: the command line is wrong, and nothing else counts
+    ExportArguments exporting;
+    InfoArguments info;
+
+    // `arguments` as the program was given them, its own name first.
+    static Arguments parse(const QStringList &arguments);
+};
+
+} // namespace convert

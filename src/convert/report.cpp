@@ -1,0 +1,94 @@
+#include "convert/report.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace convert {
+
+namespace {
+
+const char *const statusWords[] = {"written", "kept", "failed"};
+
+QJsonObject toJson(const FileReport &file)
+{
+    QJsonObject json{{"layer", file.layer},     {"format", file.format},
+                     {"file", file.file},       {"status", statusWords[int(file.status)]},
+                     {"seconds", file.seconds}, {"warnings", QJsonArray::fromStringList(file.warnings)}};
+    if (file.status == FileReport::Status::Failed) {
+        json["error"] = file.error;
+    } else {
+        json["sha256"] = file.hash;
+        json["bytes"] = double(file.bytes);
+    }
+    return json;
+}
+
+FileReport fileFrom(const QJsonObject &json)
+{
+    FileReport file;
+    file.layer = json["layer"].toString();
+    file.format = json["format"].toString();
+    file.file = json["file"].toString();
+    file.hash = json["sha256"].toString();
+    file.bytes = qint64(json["bytes"].toDouble());
+    file.seconds = json["seconds"].toDouble();
+    for (const QJsonValue &warning : json["warnings"].toArray())
+        file.warnings << warning.toString();
+    file.error = json["error"].toString();
+    for (int i = 0; i < 3; ++i) {
+        if (json["status"].toString() == statusWords[i])
+            file.status = FileReport::Status(i);
+    }
+    return file;
+}
+
+} // namespace
+
+bool JobReport::isDone() const
+{
+    return error.isEmpty() && std::none_of(files.begin(), files.end(), [](const FileReport &file) {
+               return file.status == FileReport::Status::Failed;
+           });
+}
+
+QJsonObject JobReport::toJson() const
+{
+    QJsonArray list;
+    for (const FileReport &file : files)
+        list.append(convert::toJson(file));
+    QJsonObject json{{"version", reportVersion},
+                     {"program", "camconvert " PROGRAM_VERSION},
+                     {"job", job},
+                     {"source", source},
+                     {"sha256", hash},
+                     {"step", step},
+                     {"seconds", seconds},
+                     {"done", isDone()},
+                     {"files", list}};
+    if (!error.isEmpty())
+        json["error"] = error;
+    return json;
+}
+
+JobReport reportFrom(const QJsonObject &json)
+{
+    JobReport report;
+    report.job = json["job"].toString();
+    report.source = json["source"].toString();
+    report.hash = json["sha256"].toString();
+    report.step = json["step"].toString();
+    report.seconds = json["seconds"].toDouble();
+    report.error = json["error"].toString();
+    for (const QJsonValue &file : json["files"].toArray())
+        report.files.push_back(fileFrom(file.toObject()));
+    return report;
+}
+
+QByteArray lineOf(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+} // namespace convert

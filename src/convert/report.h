@@ -1,0 +1,49 @@
+// What became of a job and its files: as JSON (docs/camconvert.md), and as the record that --resume goes by.
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace convert {
+
+// Of the JSON's form; grows when something changes its meaning.
+constexpr int reportVersion = 1;
+
+struct FileReport
+{
+    enum class Status { Written, Kept, Failed };
+    QString layer;
+    QString format; // "gds" or "gerber"
+    QString file;   // relative to the output folder
+    Status status = Status::Failed;
+    QString hash; // SHA-256, hexadecimal; empty for a file that was not written, as what follows is 0
+    qint64 bytes = 0;
+    double seconds = 0.0;
+    QStringList warnings;
+    QString error;
+};
+
+struct JobReport
+{
+    QString job;    // its name
+    QString source; // as given
+    QString hash;   // SHA-256 of the input
+    QString step;
+    double seconds = 0.0;
+    QString error; // of the job as a whole
+    std::vector<FileReport> files;
+
+    bool isDone() const;
+    QJsonObject toJson() const;
+};
+
+// Reads what toJson() made.
+JobReport reportFrom(const QJsonObject &json);
+
+// An object as one line, UTF-8.
+QByteArray lineOf(const QJsonObject &object);
+
+} // namespace convert

@@ -1,0 +1,468 @@
+// The commands of camconvert, end to end.
+#include "cam/export/exportrequest.h"
+#include "tests/archive/archivebuilder.h"
+#include "tests/cam/support/jobfolder.h"
+#include "tests/convert/program.h"
+
+#include <QCryptographicHash>
+#include <QtTest>
+
+namespace {
+
+const QByteArray features = "$0 r200\n$1 rect500x300\nL 1 1 4 5 0 P 0\nP 2 2 1 P 0 0\n";
+
+// Four layers, two of them with something in them.
+void fill(JobFolder &job)
+{
+    job.features(features, "top");
+    job.features(features + "A 5 5 7 5 6 5 0 P 0 Y\n", "gnd");
+    job.features({}, "mask");
+    job.features("$0 r300\nP 3 3 0 P 0 0\n", "drill");
+}
+
+QByteArray archiveOf(const JobFolder &job)
+{
+    TarBuilder tar;
+    const QMap<QString, QByteArray> tree = treeOf(job.filePath(job.name()));
+    for (auto entry = tree.begin(); entry != tree.end(); ++entry) {
+        const QByteArray name = (job.name() + "/" + entry.key()).toUtf8();
+        if (name.endsWith('/'))
+            tar.folder(name);
+        else
+            tar.file(name, entry.value());
+    }
+    return gzip(tar.bytes());
+}
+
+QJsonObject fileNamed(const QJsonObject &report, const QString &name)
+{
+    for (const QJsonValue &file : report["files"].toArray()) {
+        if (file.toObject()["file"].toString() == name)
+            return file.toObject();
+    }
+    return {};
+}
+
+} // namespace
+
+class tst_CamConvert : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void helpHasExamplesAndTheVersionIsOne()
+    {
+        const Program program;
+        const Ran help = program.run({"--help"});
+        QCOMPARE(help.code, 0);
+        for (const char *command : {"export", "info"}) {
+            QVERIFY(help.output.contains(QString("  ") + command));
+            const Ran own = program.run({command, "--help"});
+            QCOMPARE(own.code, 0);
+            QVERIFY2(own.output.contains(QString("Usage: camconvert %1 [options] JOB...").arg(command)),
+                     qPrintable(own.output));
+            QVERIFY(own.output.contains("Examples:"));
+        }
+        QCOMPARE(program.run({"--version"}).output.trimmed(), QString("camconvert " PROGRAM_VERSION));
+    }
+
+    void wrongCommandLinesAreRefusedWithCode2_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("nothing") << ""
+                                 << "expected a command";
+        QTest::newRow("unknown command") << "paint x"
+                                         << "unknown command paint";
+        QTest::newRow("unknown option") << "export x --out o --fast"
+                                        << "fast";
+        QTest::newRow("no job") << "export --out o"
+                                << "expected at least one job";
+        QTest::newRow("no folder") << "export x"
+                                   << "expected --out";
+        QTest::newRow("format") << "export x --out o --format gds,pdf"
+                                << "--format pdf: expected gds or gerber";
+        QTest::newRow("no format") << "export x --out o --format ,"
+                                   << "--format: expected gds or gerber";
+        QTest::newRow("number") << "export x --out o --rotate up"
+                                << "--rotate up: expected a number";
+        QTest::newRow("infinite") << "export x --out o --resize inf"
+                                  << "--resize inf: expected a number";
+        QTest::newRow("scale") << "export x --out o --x-scale 0"
+                               << "expected scales other than 0";
+        QTest::newRow("unit") << "export x --out o --dbu 0"
+                              << "--dbu: expected a number above 0";
+        QTest::newRow("threads") << "export x --out o --jobs 1.5"
+                                 << "--jobs: expected a whole number";
+        QTest::newRow("memory") << "export x --out o --memory -1"
+                                << "--memory: expected a number above 0";
+        QTest::newRow("pattern") << "export x --out o --name {layer}{what}{ext}"
+                                 << "--name";
+        QTest::newRow("pattern out") << "export x --out o --name ../{layer}{ext}"
+                                     << "below the output folder";
+        QTest::newRow("pattern root") << "export x --out o --name /{layer}{ext}"
+                                      << "below the output folder";
+        QTest::newRow("pattern for one") << "export x --out o --name {job}{ext}"
+                                         << "all layers have one name";
+        QTest::newRow("pattern for a format") << "export x --out o --name {layer}"
+                                              << "both formats have one name";
+        QTest::newRow("pattern for a job") << "export x y --out o --name {layer}{ext}"
+                                           << "several jobs have one name";
+    }
+    void wrongCommandLinesAreRefusedWithCode2()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, message);
+        const Program program;
+        QStringList arguments = line.split(' ');
+        arguments.removeAll(QString());
+        const Ran ran = program.run(arguments);
+        QCOMPARE(ran.code, 2);
+        QVERIFY2(ran.errors.contains(message), qPrintable(ran.errors));
+        QCOMPARE(ran.output, QString());
+        QVERIFY(!QFileInfo::exists(program.filePath("o")));
+    }
+
+    void filesAreTheLibrarysUnderThePlugInsNames()
+    {
+        JobFolder job("BOARD");
+        fill(job);
+        const Program program;
+        const Ran ran =
+            program.run({"export", job.filePath("BOARD"), "--out", "O", "--rotate", "-30", "--mirror",
+                         "--x-scale", "1.5", "--resize", "10", "--dbu", "0.01", "--profile"});
+        QCOMPARE(ran.errors.count("error"), 0);
+        QCOMPARE(ran.code, 0);
+        QCOMPARE(program.files("O/board"), (QStringList{"drill.gds", "drill.gerber", "gnd.gds", "gnd.gerber",
+                                                        "mask.gds", "mask.gerber", "top.gds", "top.gerber"}));
+        for (const QString &name : program.files("O/board")) {
+            cam::ExportRequest request;
+            request.job = job.path();
+            request.step = "pcb";
+            request.layer = name.section('.', 0, 0).toStdString();
+            request.format = name.endsWith(".gds") ? cam::FileFormat::Gds : cam::FileFormat::Gerber;
+            request.options.angle = -30.0;
+            request.options.mirror = true;
+            request.options.xScale = 1.5;
+            request.options.resize = 10000.0;
+            request.options.dbu = 0.01;
+            request.options.profileOnTop = true;
+            request.options.file = JobFolder::local(program.filePath("expected"));
+            cam::exportLayer(request);
+            QVERIFY2(program.bytes("O/board/" + name) == program.bytes("expected"), qPrintable(name));
+            QVERIFY(ran.output.contains(QString("  %1 bytes  ").arg(program.bytes("expected").size())));
+        }
+        QVERIFY(ran.output.contains("board: 8 files, "));
+    }
+
+    void archiveGivesWhatItsFolderGives()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QVERIFY(program.folder().write("board.tgz", archiveOf(job)));
+        QCOMPARE(program.run({"export", "board.tgz", "--out", "packed"}).code, 0);
+        QCOMPARE(program.run({"export", job.filePath("board"), "--out", "unpacked"}).code, 0);
+        QCOMPARE(program.files("packed/board").size(), 8);
+        for (const QString &name : program.files("packed/board"))
+            QCOMPARE(program.bytes("packed/board/" + name), program.bytes("unpacked/board/" + name));
+        QCOMPARE(program.temporaryFiles(), QStringList());
+    }
+
+    void manyAtOnceGiveWhatOneGives()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QCOMPARE(program.run({"export", job.filePath("board"), "--out", "one", "--jobs", "1"}).code, 0);
+        QCOMPARE(program.run({"export", job.filePath("board"), "--out", "many", "--jobs", "8"}).code, 0);
+        QCOMPARE(program.run({"export", job.filePath("board"), "--out", "narrow", "--memory", "1"}).code, 0);
+        for (const QString &name : program.files("one/board")) {
+            QCOMPARE(program.bytes("many/board/" + name), program.bytes("one/board/" + name));
+            QCOMPARE(program.bytes("narrow/board/" + name), program.bytes("one/board/" + name));
+        }
+    }
+
+    void layersFormatStepAndNamesAsAskedFor()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        const QString path = job.filePath("board");
+        QCOMPARE(program
+                     .run({"export", path, "--out", "a", "--format", "gerber", "--layers", "Top,DRILL",
+                           "--step", "PCB"})
+                     .code,
+                 0);
+        QCOMPARE(program.files("a/board"), (QStringList{"drill.gerber", "top.gerber"}));
+        QCOMPARE(program
+                     .run({"export", path, "--out", "b", "--format", "gds", "--name",
+                           "{type}/{row}_{step}_{layer}{ext}", "--layers", "top"})
+                     .code,
+                 0);
+        QCOMPARE(program.files("b/signal"), QStringList("2_pcb_top.gds"));
+    }
+
+    void boardMeansTheLayersOfTheBoard()
+    {
+        JobFolder job;
+        fill(job);
+        job.write("matrix/matrix",
+                  "STEP {\n COL=1\n NAME=PCB\n}\n"
+                  "LAYER {\n ROW=1\n CONTEXT=BOARD\n TYPE=COMPONENT\n NAME=COMP\n POLARITY=POSITIVE\n}\n"
+                  "LAYER {\n ROW=2\n CONTEXT=BOARD\n TYPE=SIGNAL\n NAME=TOP\n POLARITY=POSITIVE\n}\n"
+                  "LAYER {\n ROW=3\n CONTEXT=MISC\n TYPE=DOCUMENT\n NAME=GND\n POLARITY=POSITIVE\n}\n");
+        const Program program;
+        QCOMPARE(program.run({"export", job.filePath("board"), "--out", "all", "--format", "gds"}).code, 0);
+        QCOMPARE(program.files("all/board"), (QStringList{"gnd.gds", "top.gds"}));
+        QCOMPARE(
+            program
+                .run({"export", job.filePath("board"), "--out", "o", "--format", "gds", "--layers", "board"})
+                .code,
+            0);
+        QCOMPARE(program.files("o/board"), QStringList("top.gds"));
+    }
+
+    void negativePolarityIsWarnedOfOrWrittenPositive()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        const QStringList gnd{"export", job.filePath("board"), "--layers", "gnd,top"};
+        const Ran plain = program.run(gnd + QStringList{"--out", "plain"});
+        QCOMPARE(plain.errors.count("polarity is negative"), 1);
+        QVERIFY(plain.errors.contains("board/pcb/gnd (gds): "));
+        const Ran positive = program.run(gnd + QStringList{"--out", "positive", "--positive"});
+        QCOMPARE(positive.errors, QString());
+        QCOMPARE(program.run(gnd + QStringList{"--out", "negated", "--negate"}).code, 0);
+        for (const char *format : {"gds", "gerber"}) {
+            const QString file = QString("/board/gnd.%1").arg(format),
+                          other = QString("/board/top.%1").arg(format);
+            QCOMPARE(program.bytes("positive" + file), program.bytes("negated" + file));
+            QVERIFY(program.bytes("positive" + file) != program.bytes("plain" + file));
+            QCOMPARE(program.bytes("positive" + other), program.bytes("plain" + other));
+        }
+        QVERIFY(program.bytes("plain/board/gnd.gerber").contains("TF.FilePolarity,Negative"));
+        QVERIFY(program.bytes("positive/board/gnd.gerber").contains("TF.FilePolarity,Positive"));
+    }
+
+    void whatFailsIsNamedAndTheRestGoesOn()
+    {
+        JobFolder job;
+        fill(job);
+        job.features("$0 nosuchsymbol\nP 3 3 0 P 0 0\n", "drill");
+        job.features("L 1 1 broken\n", "mask");
+        const Program program;
+        QVERIFY(program.folder().write("torn.tgz", archiveOf(job).left(300)));
+        QVERIFY(program.folder().write("empty/nothing", {}));
+        const Ran ran =
+            program.run({"export", "torn.tgz", "empty", "gone.tgz", job.filePath("board"), "--out", "o",
+                         "--layers", "top,mask,drill,nosuchlayer", "--format", "gds"});
+        QCOMPARE(ran.code, 1);
+        QCOMPARE(program.files("o/board"), QStringList("top.gds"));
+        for (const char *line :
+             {"error: torn.tgz: ", "empty: expected a folder matrix",
+              "error: gone.tgz: gone.tgz: there is no such file or folder",
+              "error: board/pcb/nosuchlayer (gds): the job has no layer of that name",
+              "error: board/pcb/drill (gds): the layer has records or symbols that cannot be drawn",
+              "warning: board/pcb/drill (gds): symbol nosuchsymbol, 1 times",
+              "error: board/pcb/mask (gds): "})
+            QVERIFY2(ran.errors.contains(line), qPrintable(QString(line) + "\n" + ran.errors));
+        QCOMPARE(program.temporaryFiles(), QStringList());
+    }
+
+    void unknownStepIsNamedWithThoseThatAre()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        const Ran ran = program.run({"export", job.filePath("board"), "--out", "o", "--step", "panel"});
+        QCOMPARE(ran.code, 1);
+        QVERIFY2(ran.errors.contains("expected a step panel, found pcb"), qPrintable(ran.errors));
+    }
+
+    void outputFolderThatIsAFileIsRefused()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QVERIFY(program.folder().write("o", "mine"));
+        const Ran ran = program.run({"export", job.filePath("board"), "--out", "o"});
+        QCOMPARE(ran.code, 1);
+        QVERIFY2(ran.errors.contains("o: expected a folder, found a file"), qPrintable(ran.errors));
+        QCOMPARE(program.bytes("o"), QByteArray("mine"));
+        QVERIFY(program.folder().write("p/board", "mine"));
+        const Ran inside = program.run({"export", job.filePath("board"), "--out", "p"});
+        QCOMPARE(inside.code, 1);
+        QVERIFY2(inside.errors.contains("the folder cannot be made"), qPrintable(inside.errors));
+        QCOMPARE(program.bytes("p/board"), QByteArray("mine"));
+    }
+
+    void layersOfOneFileNameAreRefusedAndTheOthersWritten()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        const Ran ran = program.run(
+            {"export", job.filePath("board"), "--out", "o", "--format", "gds", "--name", "{layer}{ext}"});
+        QCOMPARE(ran.code, 0);
+        job.write("matrix/matrix", "STEP {\n COL=1\n NAME=PCB\n}\n"
+                                   "LAYER {\n ROW=1\n CONTEXT=BOARD\n TYPE=SIGNAL\n NAME=TOP\n}\n"
+                                   "LAYER {\n ROW=2\n CONTEXT=BOARD\n TYPE=SIGNAL\n NAME=top\n}\n"
+                                   "LAYER {\n ROW=3\n CONTEXT=BOARD\n TYPE=SIGNAL\n NAME=GND\n}\n");
+        const Ran twice = program.run({"export", job.filePath("board"), "--out", "p", "--format", "gds"});
+        QCOMPARE(twice.code, 1);
+        QCOMPARE(program.files("p/board"), QStringList("gnd.gds"));
+        QCOMPARE(twice.errors.count("board/top.gds is the file of several layers: top, top"), 2);
+    }
+
+    void jobsOfOneNameAreRefused()
+    {
+        JobFolder job, other;
+        fill(job);
+        fill(other);
+        const Program program;
+        const Ran ran = program.run({"export", job.filePath("board"), other.filePath("board"), "--out", "o"});
+        QCOMPARE(ran.code, 1);
+        QVERIFY2(ran.errors.contains("a job of that name came before it"), qPrintable(ran.errors));
+        QCOMPARE(program.files("o/board").size(), 8);
+    }
+
+    void hostileArchivesAreRefusedAsAWhole_data()
+    {
+        QTest::addColumn<QByteArray>("archive");
+        QTest::newRow("out") << gzip(
+            TarBuilder().file("board/matrix/matrix", "x").file("../out", "x").bytes());
+        QTest::newRow("link") << gzip(TarBuilder()
+                                          .folder("board/")
+                                          .symbolicLink("board/matrix", "/etc")
+                                          .file("board/matrix/matrix", "x")
+                                          .bytes());
+        QTest::newRow("no job") << gzip(TarBuilder().file("a/b", "x").bytes());
+        QTest::newRow("two jobs") << gzip(
+            TarBuilder().file("a/matrix/matrix", "x").file("b/matrix/matrix", "x").bytes());
+        QTest::newRow("no tar") << gzip("just text");
+        QTest::newRow("no gzip") << QByteArray("just text");
+    }
+    void hostileArchivesAreRefusedAsAWhole()
+    {
+        QFETCH(QByteArray, archive);
+        const Program program;
+        QVERIFY(program.folder().write("board.tgz", archive));
+        const Ran ran = program.run({"export", "board.tgz", "--out", "o"});
+        QCOMPARE(ran.code, 1);
+        QVERIFY2(ran.errors.contains("error: board.tgz: "), qPrintable(ran.errors));
+        QCOMPARE(program.temporaryFiles(), QStringList());
+        QVERIFY(!QFileInfo::exists(program.filePath("o/board")));
+    }
+
+    void jsonSaysWhatHasBecomeOfEachFile()
+    {
+        JobFolder job;
+        fill(job);
+        job.features("$0 nosuchsymbol\nP 3 3 0 P 0 0\n", "drill");
+        const Program program;
+        const QByteArray archive = archiveOf(job);
+        QVERIFY(program.folder().write("board.tgz", archive));
+        const Ran ran = program.run({"export", "board.tgz", "--out", "o", "--json", "-"});
+        QCOMPARE(ran.code, 1);
+        QCOMPARE(ran.output.count('\n'), 1); // a line a job, and nothing else
+        const QJsonObject report = ran.json();
+        QCOMPARE(report["version"].toInt(), 1);
+        QCOMPARE(report["program"].toString(), QString("camconvert " PROGRAM_VERSION));
+        QCOMPARE(report["job"].toString(), QString("board"));
+        QCOMPARE(report["source"].toString(), QString("board.tgz"));
+        QCOMPARE(report["step"].toString(), QString("pcb"));
+        QCOMPARE(report["sha256"].toString().toLatin1(),
+                 QCryptographicHash::hash(archive, QCryptographicHash::Sha256).toHex());
+        QCOMPARE(report["done"].toBool(), false);
+        QCOMPARE(report["files"].toArray().size(), 8);
+        const QJsonObject top = fileNamed(report, "board/top.gds");
+        const QByteArray bytes = program.bytes("o/board/top.gds");
+        QCOMPARE(top["status"].toString(), QString("written"));
+        QCOMPARE(top["bytes"].toInt(), bytes.size());
+        QCOMPARE(top["sha256"].toString().toLatin1(),
+                 QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
+        QVERIFY(top["seconds"].toDouble(-1.0) >= 0.0);
+        const QJsonObject gnd = fileNamed(report, "board/gnd.gds");
+        QVERIFY(gnd["warnings"].toArray().first().toString().contains("polarity is negative"));
+        const QJsonObject drill = fileNamed(report, "board/drill.gds");
+        QCOMPARE(drill["status"].toString(), QString("failed"));
+        QVERIFY(drill["error"].toString().contains("cannot be drawn"));
+        QVERIFY(!drill.contains("sha256"));
+
+        QCOMPARE(program.run({"export", "board.tgz", "--out", "o", "--json", "report.jsonl"}).code, 1);
+        const QByteArray line = program.bytes("report.jsonl");
+        QCOMPARE(QJsonDocument::fromJson(line).object()["files"].toArray().size(), 8);
+    }
+
+    void resumePassesOverWhatIsDone()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QVERIFY(program.folder().write("board.tgz", archiveOf(job)));
+        const QStringList command{"export", "board.tgz", "--out", "o", "--resume", "--json", "-"};
+        const auto statuses = [&](const QStringList &more = {}) {
+            const QJsonObject report = program.run(command + more).json();
+            QStringList words;
+            for (const QJsonValue &file : report["files"].toArray())
+                words << file.toObject()["status"].toString();
+            words.removeDuplicates();
+            return words.join(' ');
+        };
+        QCOMPARE(statuses(), QString("written"));
+        QCOMPARE(statuses(), QString("kept"));
+        QCOMPARE(statuses({"--rotate", "90"}), QString("written")); // other options, other files
+        QCOMPARE(statuses(), QString("written"));
+        QCOMPARE(statuses(), QString("kept"));
+        const QByteArray top = program.bytes("o/board/top.gds");
+        QVERIFY(program.folder().write("o/board/top.gds", QByteArray(top.size(), 'x')));
+        QCOMPARE(statuses(), QString("written"));
+        QCOMPARE(program.bytes("o/board/top.gds"), top);
+        QVERIFY(QFile::remove(program.filePath("o/board/gnd.gerber")));
+        QCOMPARE(statuses(), QString("written"));
+        job.features("$0 r300\nP 5 5 0 P 0 0\n", "mask");
+        QVERIFY(program.folder().write("board.tgz", archiveOf(job))); // other input
+        QCOMPARE(statuses(), QString("written"));
+        for (const QString &record : QDir(program.filePath("o/.camconvert")).entryList(QDir::Files))
+            QVERIFY(program.folder().write("o/.camconvert/" + record, "{\"version\":1"));
+        QCOMPARE(statuses(), QString("written"));
+    }
+
+    void infoShowsStepsLayersCountsAndWhatCannotBeDrawn()
+    {
+        JobFolder job;
+        fill(job);
+        job.features("$0 nosuchsymbol\nP 3 3 0 P 0 0\nP 4 3 0 P 0 0\n", "drill");
+        const Program program;
+        QVERIFY(program.folder().write("board.tgz", archiveOf(job)));
+        const Ran table = program.run({"info", "board.tgz"});
+        QCOMPARE(table.code, 0);
+        for (const char *part : {"board: unit MM", "DRILL  BOARD    DRILL         POSITIVE  TOP to GND",
+                                 "step PCB: 20 x 10 mm, from 0, 0", "nosuchsymbol (2)"})
+            QVERIFY2(table.output.contains(part), qPrintable(table.output));
+        const QJsonObject json = program.run({"info", "--json", "board.tgz"}).json();
+        QCOMPARE(json["version"].toInt(), 1);
+        QCOMPARE(json["unit"].toString(), QString("MM"));
+        QCOMPARE(json["layers"].toArray().size(), 4);
+        const QJsonObject step = json["steps"].toArray().first().toObject();
+        QCOMPARE(step["extent"].toArray(), (QJsonArray{0.0, 0.0, 20.0, 10.0}));
+        for (const QJsonValue &value : step["layers"].toArray()) {
+            const QJsonObject layer = value.toObject();
+            const QJsonObject counts = layer["features"].toObject();
+            if (layer["layer"].toString() == "GND") {
+                QCOMPARE(counts["lines"].toInt(), 1);
+                QCOMPARE(counts["arcs"].toInt(), 1);
+                QCOMPARE(counts["pads"].toInt(), 1);
+            }
+            QCOMPARE(layer["undrawable"].toObject()["symbol nosuchsymbol"].toInt(),
+                     layer["layer"].toString() == "DRILL" ? 2 : 0);
+        }
+        QCOMPARE(program.run({"info", "gone", "board.tgz"}).code, 1);
+        QCOMPARE(program.temporaryFiles(), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_CamConvert)
+#include "tst_camconvert.moc"

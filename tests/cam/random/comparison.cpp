@@ -17,6 +17,7 @@ WrittenPicture WrittenPicture::gerber(const QString &file)
 {
     WrittenPicture picture;
     picture.m_image = cam::readGerberFile(std::filesystem::u8path(file.toStdString()));
+    picture.sortIntoCells();
     return picture;
 }
 
@@ -41,12 +42,49 @@ WrittenPicture WrittenPicture::gds(const QString &file, double dbu)
         object.line = number + 1; // the polygon's number
         image.objects.push_back(object);
     }
+    picture.sortIntoCells();
     return picture;
+}
+
+int WrittenPicture::cellAt(double at, double low, double high) const
+{
+    return std::clamp(int((at - low) / (high - low) * cellsAcross), 0, cellsAcross - 1);
+}
+
+void WrittenPicture::sortIntoCells()
+{
+    m_extent = m_image.extent();
+    m_cells.resize(std::size_t(cellsAcross * cellsAcross));
+    for (std::uint32_t i = 0; i < m_image.objects.size(); ++i) {
+        const cam::GerberObject &object = m_image.objects[i];
+        const cam::Box &box = m_image.shapes[object.shape].extent;
+        if (box.isEmpty())
+            continue;
+        const Point low = box.low + object.at, high = box.high + object.at;
+        const int right = cellAt(high.x, m_extent.low.x, m_extent.high.x);
+        const int top = cellAt(high.y, m_extent.low.y, m_extent.high.y);
+        for (int x = cellAt(low.x, m_extent.low.x, m_extent.high.x); x <= right; ++x) {
+            for (int y = cellAt(low.y, m_extent.low.y, m_extent.high.y); y <= top; ++y)
+                m_cells[std::size_t(y * cellsAcross + x)].push_back(i);
+        }
+    }
 }
 
 bool WrittenPicture::isDark(Point at) const
 {
-    return m_image.isDark(at);
+    const bool isOutside = m_extent.isEmpty() || at.x < m_extent.low.x || at.x > m_extent.high.x ||
+                           at.y < m_extent.low.y || at.y > m_extent.high.y;
+    if (isOutside)
+        return false;
+    const int x = cellAt(at.x, m_extent.low.x, m_extent.high.x);
+    const int y = cellAt(at.y, m_extent.low.y, m_extent.high.y);
+    const auto &cell = m_cells[std::size_t(y * cellsAcross + x)];
+    for (auto number = cell.rbegin(); number != cell.rend(); ++number) {
+        const cam::GerberObject &object = m_image.objects[*number];
+        if (m_image.covers(m_image.shapes[object.shape], at - object.at))
+            return object.dark;
+    }
+    return false;
 }
 
 std::vector<Point> WrittenPicture::edgePoints() const

@@ -29,7 +29,14 @@ public:
     QStringList faults() const;
 
 private:
+    // Objects by the squares that they reach: a picture may have a hundred thousand.
+    void sortIntoCells();
+    static constexpr int cellsAcross = 128;
+    int cellAt(double at, double low, double high) const;
+
     cam::GerberImage m_image;
+    cam::Box m_extent;
+    std::vector<std::vector<std::uint32_t>> m_cells;
     bool m_isGerber = true;
 };
 

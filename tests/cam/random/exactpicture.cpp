@@ -376,6 +376,44 @@ private:
     std::vector<Box> m_boxes;
 };
 
+// A pen that is a symbol of the job's own: each of its pads is swept.
+class ExactPicture::OwnPenFigure : public Figure
+{
+public:
+    OwnPenFigure(Point from, const Edge &edge, const std::vector<cam::Shape> &shapes)
+    {
+        for (const cam::Shape &shape : shapes)
+            m_pads.emplace_back(from, edge, shape);
+    }
+
+    Hit at(Point at, double near) const override
+    {
+        Hit result;
+        for (const SweptFigure &pad : m_pads) {
+            const Hit hit = pad.at(at, near);
+            if (!hit.isCertain)
+                return {false, false};
+            result.covered = result.covered || hit.covered;
+        }
+        return result;
+    }
+    Box room() const override
+    {
+        Box box;
+        for (const SweptFigure &pad : m_pads)
+            box.add(pad.room());
+        return box;
+    }
+    void edgePoints(const Transform &map, const PointTaker &take) const override
+    {
+        for (const SweptFigure &pad : m_pads)
+            pad.edgePoints(map, take);
+    }
+
+private:
+    std::vector<SweptFigure> m_pads;
+};
+
 // A pad of a symbol of the job's own: an image of its own.
 class ExactPicture::OwnFigure : public Figure
 {
@@ -444,13 +482,32 @@ const ExactPicture::Drawing &ExactPicture::drawing(const cam::FeatureSet &featur
     return *m_drawings.emplace(std::make_pair(&features, growth), std::move(made)).first->second;
 }
 
+// Of a symbol of the job's own that has positive pads of standard symbols only.
+std::vector<cam::Shape> ExactPicture::shapesOf(const cam::FeatureSet &features, double growth) const
+{
+    std::vector<cam::Shape> shapes;
+    for (const cam::Feature &feature : features.order) {
+        if (feature.kind != cam::FeatureKind::Pad || feature.polarity != cam::Polarity::Positive)
+            throw std::invalid_argument("a pen that is more than positive pads");
+        const cam::Pad &pad = features.pads[feature.index];
+        const cam::Symbol &symbol = m_image.symbols[pad.symbol];
+        if (!symbol.standard)
+            throw std::invalid_argument("a pen of symbols of the job's own");
+        const cam::Shape plain = cam::shapeOf(*symbol.standard, growth + pad.growth);
+        shapes.emplace_back();
+        for (std::size_t i = 0; i < plain.contours.size(); ++i)
+            shapes.back().contours.add(plain.contours[i], padMap(pad));
+    }
+    return shapes;
+}
+
 std::unique_ptr<ExactPicture::Figure> ExactPicture::figure(const cam::FeatureSet &features,
                                                            const cam::Feature &feature, double growth)
 {
     const auto stroke = [&](Point from, const Edge &edge, std::uint32_t number) -> std::unique_ptr<Figure> {
         const cam::Symbol &symbol = m_image.symbols[number];
         if (!symbol.standard)
-            throw std::invalid_argument("a line drawn with a symbol of the job's own");
+            return std::make_unique<OwnPenFigure>(from, edge, shapesOf(*symbol.features, growth));
         if (symbol.standard->kind == cam::SymbolKind::Round)
             return std::make_unique<StrokeFigure>(from, edge, (symbol.standard->size[0] + growth) / 2.0);
         return std::make_unique<SweptFigure>(from, edge, cam::shapeOf(*symbol.standard, growth));

@@ -44,6 +44,7 @@ private:
     class StrokeFigure;
     class SweptFigure;
     class ContourFigure;
+    class OwnPenFigure;
     class OwnFigure;
     using PointTaker = std::function<void(cam::Point)>;
     // The features of a step or a symbol, made ready.
@@ -64,6 +65,7 @@ private:
     const Drawing &drawing(const cam::FeatureSet &features, double growth);
     std::unique_ptr<Figure> figure(const cam::FeatureSet &features, const cam::Feature &feature,
                                    double growth);
+    std::vector<cam::Shape> shapesOf(const cam::FeatureSet &features, double growth) const;
     Hit stepAt(const cam::StepImage &step, cam::Point at, double near) const;
     void stepEdgePoints(const cam::StepImage &step, const cam::Transform &map, const PointTaker &take) const;
 

@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <cmath>
+#include <optional>
 
 namespace testing {
 
@@ -110,8 +111,10 @@ private:
         return symbol("r" + number(any(100, 800)), m_nameUnit);
     }
 
-    std::uint32_t otherPen()
+    std::uint32_t otherPen(bool mayBeOwn)
     {
+        if (mayBeOwn && m_ownPen && oneIn(3))
+            return *m_ownPen;
         m_nameUnit = oneIn(2) ? cam::SymbolUnit::Mils : cam::SymbolUnit::Micrometres;
         const QString a = number(any(200, 800)), b = number(any(200, 800));
         return symbol(
@@ -131,7 +134,9 @@ private:
                       spokes = oneOf<QString>({"1", "2", "3", "4"});
         const QString square = oneOf<QString>({"1", "2", "4"}), eighth = oneOf<QString>({"0", "45", "90"});
         const QString corners = oneOf<QString>({"", "x1", "x24", "x134", "x3"});
-        switch (any(0, 36)) {
+        const QString radii = oneIn(2) ? "x" + quarter + "x" + gap : QString();
+        const QString ends = oneOf<QString>({"r", "s"}) + (oneIn(2) ? number(least / 20) : QString());
+        switch (any(0, 44)) {
         case 0:
             return "r" + width;
         case 1:
@@ -206,6 +211,29 @@ private:
                    "x" + number(least) + "x" + angle;
         case 35:
             return "hole" + width + "xpx0x0";
+        case 36:
+            return "hplate" + by + "x" + number(w * any(5, 100) / 100.0) + radii;
+        case 37:
+            return "rhplate" + by + "x" + number(w * any(5, 99) / 100.0) + radii;
+        case 38:
+            return "fhplate" + by + "x" + number(h * any(5, 49) / 100.0) + "x" +
+                   number(w * any(5, 99) / 100.0) + radii;
+        case 39:
+            return "radhplate" + by + "x" + number(w * any(5, 99) / 100.0) +
+                   (oneIn(2) ? "x" + quarter : QString());
+        case 40:
+            return "dshape" + by + "x" + number(least * any(5, 49) / 100.0) +
+                   (oneIn(2) ? "x" + quarter : QString());
+        case 41:
+            return "cross" + by + "x" + line + "x" + gap + "x" + QString::number(any(0, 100)) + "x" +
+                   QString::number(any(0, 100)) + "x" + ends;
+        case 42:
+            return "dogbone" + by + "x" + quarter + "x" + line + "x" + QString::number(any(0, 100)) + "x" +
+                   ends;
+        case 43:
+            return "dpack" + by + "x" + number(w / 10) + "x" + number(h / 10) + "x" +
+                   QString::number(any(1, 4)) + "x" + QString::number(any(1, 4)) +
+                   (oneIn(2) ? "x" + number(least / 30) : QString());
         default:
             return "null" + number(1);
         }
@@ -218,14 +246,38 @@ private:
         for (;;) { // some names make no shape
             m_nameUnit = oneIn(2) ? cam::SymbolUnit::Mils : cam::SymbolUnit::Micrometres;
             try {
-                return symbol(standardName(), m_nameUnit);
+                const QString turned =
+                    oneIn(8) ? "_" + oneOf<QString>({"30", "90", "-12.5", "200"}) : QString();
+                return symbol(standardName() + turned, m_nameUnit);
             } catch (const cam::SymbolError &) {
             }
         }
     }
 
+    // Some solid pads: what a stroke makes of holes and of negative features is its own affair.
+    void addOwnPen()
+    {
+        auto features = std::make_unique<cam::FeatureSet>();
+        const int size = any(1, 3);
+        for (int i = 0; i < size; ++i) {
+            cam::Pad pad;
+            pad.at = position(0.3e6);
+            pad.symbol = oneIn(2) ? roundPen() : otherPen(false);
+            pad.mirror = oneIn(2);
+            pad.angle = oneOf({0.0, 90.0, 30.0});
+            features->add(pad, cam::Polarity::Positive);
+        }
+        cam::Symbol own;
+        own.name = "pen";
+        own.features = std::move(features);
+        m_job.image.symbols.push_back(std::move(own));
+        m_ownPen = std::uint32_t(m_job.image.symbols.size() - 1);
+    }
+
     void addOwnSymbols()
     {
+        if (oneIn(3))
+            addOwnPen();
         const int count = any(0, 3);
         for (int i = 0; i < count; ++i) {
             auto features = std::make_unique<cam::FeatureSet>();
@@ -247,7 +299,7 @@ private:
         switch (any(0, 9)) {
         case 0:
         case 1: {
-            cam::Line line{position(reach), position(reach), oneIn(3) ? otherPen() : roundPen()};
+            cam::Line line{position(reach), position(reach), oneIn(3) ? otherPen(mayBeOwn) : roundPen()};
             if (oneIn(8))
                 line.end = line.start;
             else if (oneIn(3))
@@ -256,7 +308,7 @@ private:
         }
         case 2:
         case 3:
-            return addArc(features, reach, oneNegativeIn);
+            return addArc(features, reach, oneNegativeIn, mayBeOwn);
         case 4: {
             const double step = m_isInch ? 2540.0 * any(10, 40) : 10000.0 * any(3, 10);
             const int cells = any(4, 12);
@@ -271,17 +323,19 @@ private:
             pad.symbol = padSymbol(mayBeOwn);
             pad.mirror = oneIn(2);
             pad.angle = oneIn(2) ? 90.0 * any(0, 3) : oneOf({45.0, 30.0, 12.25, 200.5});
+            if (oneIn(6))
+                pad.growth = length(-0.1e6, 0.3e6);
             return features.add(pad, polarity(oneNegativeIn));
         }
         }
     }
 
-    void addArc(cam::FeatureSet &features, double reach, int oneNegativeIn)
+    void addArc(cam::FeatureSet &features, double reach, int oneNegativeIn, bool mayBeOwn)
     {
         cam::Arc arc;
         arc.center = position(reach);
         arc.clockwise = oneIn(2);
-        arc.symbol = oneIn(6) ? otherPen() : roundPen();
+        arc.symbol = oneIn(6) ? otherPen(mayBeOwn) : roundPen();
         const double radius = length(0.1e6, reach / 2.0);
         const auto on = [&](double degrees) {
             const double step = m_isInch ? 254.0 : 100.0, angle = degrees * 3.14159265358979323846 / 180.0;
@@ -340,6 +394,7 @@ private:
     bool m_isInch = false;
     cam::SymbolUnit m_nameUnit = cam::SymbolUnit::Micrometres;
     std::vector<std::uint32_t> m_own;
+    std::optional<std::uint32_t> m_ownPen;
 };
 
 // ---- the files
@@ -386,8 +441,10 @@ public:
             }
             case cam::FeatureKind::Pad: {
                 const cam::Pad &pad = set.pads[feature.index];
-                records +=
-                    "P " + text(pad.at) + " " + number(pad.symbol) + polarity + " " + orientation(pad) + "\n";
+                const QByteArray symbol = pad.growth == 0.0
+                                              ? number(pad.symbol)
+                                              : "-1 " + number(pad.symbol) + " " + thousandths(pad.growth);
+                records += "P " + text(pad.at) + " " + symbol + polarity + " " + orientation(pad) + "\n";
                 break;
             }
             case cam::FeatureKind::Surface: {
@@ -436,6 +493,11 @@ private:
     QByteArray text(double nanometres) const
     {
         return QByteArray::number(nanometres / (m_isInch ? 25.4e6 : 1e6), 'f', m_isInch ? 11 : 9);
+    }
+    // Mils or micrometres.
+    QByteArray thousandths(double nanometres) const
+    {
+        return QByteArray::number(nanometres / (m_isInch ? 25400.0 : 1000.0), 'f', 9);
     }
     QByteArray text(Point at) const { return text(at.x) + " " + text(at.y); }
 

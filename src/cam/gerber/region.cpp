@@ -224,11 +224,9 @@ void Nesting::orient()
 // Whether an outline that touches itself encloses places twice, or some on the wrong side.
 bool crossesItself(const GridOutline &outline)
 {
-    constexpr double widestSliver = 4.0; // nanometres; what rounding makes is narrower
     GridRing ring = ringOf(outline);
     makeCounterClockwise(ring);
-    const RepeatedArea repeated = repeatedArea({ring});
-    return repeated.area > widestSliver * repeated.perimeter;
+    return crossesItself(ring);
 }
 
 void Nesting::findMeetings()

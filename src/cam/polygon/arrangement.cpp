@@ -88,6 +88,13 @@ struct Edge
     std::uint32_t ring = none;
 };
 
+// Of a ring that crosses itself.
+struct RepeatedArea
+{
+    double area = 0.0;      // enclosed a number of times other than 0 or 1
+    double perimeter = 0.0; // of that area
+};
+
 class Arrangement
 {
 public:
@@ -535,14 +542,61 @@ RepeatedArea Arrangement::repeated()
     return m_repeated;
 }
 
+// False only where no edge meets one that is not its neighbour, and none turns back: most rings. Gives up,
+// with a yes, where edges are long and many.
+bool mayMeetItself(const GridRing &ring)
+{
+    GridBox extent;
+    extent.add(ring);
+    const bool isTall = extent.high.y - extent.low.y > extent.high.x - extent.low.x;
+    const std::size_t count = ring.size();
+    const auto endOf = [&](std::size_t i) { return ring[i + 1 < count ? i + 1 : 0]; };
+    const auto along = [isTall](GridPoint p) { return isTall ? p.y : p.x; };
+    const auto across = [isTall](GridPoint p) { return isTall ? p.x : p.y; };
+    std::vector<std::size_t> order(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const GridPoint edge = endOf(i) - ring[i], next = endOf(i + 1 < count ? i + 1 : 0) - endOf(i);
+        const bool turnsBack =
+            side(edge, next) == 0 && ((edge.x < 0) != (next.x < 0) || (edge.y < 0) != (next.y < 0));
+        if (turnsBack)
+            return true;
+        order[i] = i;
+    }
+    const auto lowOf = [&](std::size_t i) { return std::min(along(ring[i]), along(endOf(i))); };
+    std::sort(order.begin(), order.end(), [&](std::size_t i, std::size_t k) { return lowOf(i) < lowOf(k); });
+    std::size_t left = 64 * count; // pairs to look at
+    for (std::size_t n = 0; n < count; ++n) {
+        const std::size_t i = order[n];
+        const GridPoint a = ring[i], b = endOf(i);
+        const std::int64_t end = std::max(along(a), along(b));
+        const std::int64_t low = std::min(across(a), across(b)), high = std::max(across(a), across(b));
+        for (std::size_t m = n + 1; m < count && lowOf(order[m]) <= end; ++m) {
+            const std::size_t k = order[m];
+            const GridPoint c = ring[k], d = endOf(k);
+            if (left-- == 0)
+                return true;
+            if (std::max(across(c), across(d)) < low || std::min(across(c), across(d)) > high)
+                continue;
+            const bool areNeighbours = b == c || d == a;
+            if (areNeighbours ? count == 2 || (b == c && d == a)
+                              : side(a, b, c) * side(a, b, d) <= 0 && side(c, d, a) * side(c, d, b) <= 0)
+                return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
-RepeatedArea repeatedArea(const std::vector<GridRing> &rings)
+bool crossesItself(const GridRing &ring)
 {
+    constexpr double widestSliver = 4.0; // area by perimeter: half of the width
+    if (ring.size() < 4 || !mayMeetItself(ring))
+        return false;
     Arrangement arrangement(BooleanOperation::Union);
-    for (const GridRing &ring : rings)
-        arrangement.add(ring, false);
-    return arrangement.repeated();
+    arrangement.add(ring, false);
+    const RepeatedArea repeated = arrangement.repeated();
+    return repeated.area > widestSliver * repeated.perimeter;
 }
 
 std::vector<GridRing> combined(BooleanOperation operation, const std::vector<GridRing> &area,

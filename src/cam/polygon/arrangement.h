@@ -20,12 +20,8 @@ enum class BooleanOperation { Union, Difference };
 std::vector<GridRing> combined(BooleanOperation operation, const std::vector<GridRing> &area,
                                const std::vector<GridRing> &rings);
 
-// Where `rings` cross each other or themselves.
-struct RepeatedArea
-{
-    double area = 0.0;      // that they enclose a number of times other than 0 or 1
-    double perimeter = 0.0; // of that area
-};
-RepeatedArea repeatedArea(const std::vector<GridRing> &rings);
+// Whether `ring`, counter-clockwise, encloses places twice, or some on the wrong side, that are wider than
+// what rounding makes (eight grid units). It may touch itself.
+bool crossesItself(const GridRing &ring);
 
 } // namespace cam

@@ -119,9 +119,18 @@ void Resolver::resolve(Piece piece, double from, double to)
         // Where nearly all small items reach both sides a cut only doubles the work.
         const std::size_t ofLarge = cornersOfLarge(piece);
         if (low.corners + high.corners + ofLarge < piece.corners + piece.corners / 2) {
+            const std::size_t before = piece.corners;
             cutLarge(piece, alongX, at, low, high, from);
             piece = Piece();
             const double middle = (from + to) / 2.0;
+            // The same of the rings of large items that lie upon each other.
+            if (low.corners + high.corners >= before + before / 2) {
+                resolveWhole(low);
+                m_report(middle);
+                resolveWhole(high);
+                m_report(to);
+                return;
+            }
             resolve(std::move(low), from, middle);
             resolve(std::move(high), middle, to);
             return;

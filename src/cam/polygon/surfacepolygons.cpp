@@ -1,5 +1,6 @@
 #include "cam/polygon/surfacepolygons.h"
 
+#include "cam/polygon/arrangement.h"
 #include "cam/polygon/clipping.h"
 #include "cam/polygon/cutting.h"
 #include "cam/polygon/paintedarea.h"
@@ -133,6 +134,17 @@ public:
     {
     }
 
+    // `areWellMade`: no ring crosses itself.
+    void start(std::vector<BoxedRing> rings, bool areWellMade)
+    {
+        if (areWellMade)
+            emit(std::move(rings), 0.0, 1.0);
+        else
+            resolve(std::move(rings), 0.0, 1.0);
+        m_report(1.0);
+    }
+
+private:
     void emit(std::vector<BoxedRing> rings, double from, double to)
     {
         constexpr std::size_t mostWork = 500'000; // holes times corners
@@ -144,8 +156,6 @@ public:
         if (isSmall)
             m_report(to);
     }
-
-private:
     bool link(const std::vector<BoxedRing> &rings) const;
     bool cut(std::vector<BoxedRing> &rings, double from, double to);
     void resolve(std::vector<BoxedRing> rings, double from, double to) const;
@@ -188,15 +198,24 @@ bool SurfaceEmitter::cut(std::vector<BoxedRing> &rings, double from, double to)
     if (std::max(width, height) < 4)
         return false;
     const std::int64_t low = alongX ? box.low.x : box.low.y;
-    const std::int64_t at = std::clamp(middleCorner(rings, alongX), low, low + std::max(width, height) - 1);
+    // Never close to an end, so that pieces become smaller.
+    const std::int64_t extent = std::max(width, height), margin = std::max<std::int64_t>(1, extent / 8);
+    const std::int64_t at = std::clamp(middleCorner(rings, alongX), low + margin, low + extent - margin);
+    const std::size_t corners = cornersOf(rings);
     std::vector<BoxedRing> lowRings, highRings;
     if (!cutApart(rings, alongX, at, lowRings, highRings))
         return false;
     rings.clear();
     rings.shrink_to_fit();
     const double middle = (from + to) / 2.0;
-    emit(std::move(lowRings), from, middle);
-    emit(std::move(highRings), middle, to);
+    // Where rings overlap, both sides have most of them, however often they are cut.
+    if (cornersOf(lowRings) + cornersOf(highRings) >= corners + corners / 2) {
+        resolve(std::move(lowRings), from, middle);
+        resolve(std::move(highRings), middle, to);
+    } else {
+        emit(std::move(lowRings), from, middle);
+        emit(std::move(highRings), middle, to);
+    }
     return true;
 }
 
@@ -235,7 +254,12 @@ void SurfaceEmitter::resolve(std::vector<BoxedRing> boxedRings, double from, dou
 void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
               const std::function<void(const GridRing &)> &polygon, const std::function<void(double)> &report)
 {
-    if (rings.size() == 1 && rings[0].size() <= mostCorners) {
+    const bool areWellMade = std::none_of(rings.begin(), rings.end(), [](const GridRing &ring) {
+        GridRing turned = ring;
+        makeCounterClockwise(turned);
+        return crossesItself(turned);
+    });
+    if (areWellMade && rings.size() == 1 && rings[0].size() <= mostCorners) {
         if (doubledArea(rings[0]) > 0.0) // a hole alone darkens nothing
             polygon(rings[0]);
         return;
@@ -243,7 +267,7 @@ void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
     std::vector<BoxedRing> boxedRings;
     for (GridRing &ring : rings)
         boxedRings.push_back(boxed(std::move(ring)));
-    SurfaceEmitter(mostCorners, polygon, report).emit(std::move(boxedRings), 0.0, 1.0);
+    SurfaceEmitter(mostCorners, polygon, report).start(std::move(boxedRings), areWellMade);
 }
 
 } // namespace cam

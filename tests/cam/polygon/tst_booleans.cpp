@@ -321,6 +321,53 @@ private slots:
         }
     }
 
+    // Readers fill such a polygon in two ways. The larger loop says which way it runs; a place that is
+    // enclosed twice is dark, and a loop that runs the other way is not.
+    void surfaceOfOneContourThatCrossesItselfIsTakenApart()
+    {
+        const GridRing twoLoops = {{0, 0}, {3000, 3000}, {3000, 0}, {0, 3000 - 1000}}; // unequal
+        const GridRing twice = {{0, 0},       {9000, 0},    {9000, 9000}, {0, 9000}, {0, 1000},
+                                {5000, 1000}, {5000, 5000}, {1000, 5000}, {1000, 0}};
+        for (GridRing ring : {twoLoops, twice}) {
+            makeCounterClockwise(ring);
+            for (const std::size_t most : {std::size_t{4090}, std::size_t{8}}) {
+                Rings polygons;
+                emitArea(
+                    {ring}, most, [&polygons](const GridRing &polygon) { polygons.push_back(polygon); },
+                    [](double) {});
+                std::mt19937 random(1);
+                for (int i = 0; i < 2000; ++i) {
+                    const PlainPoint p = {random() % 9100u - 49.5, random() % 9100u - 49.5};
+                    if (isNear(p, {ring}))
+                        continue;
+                    int dark = 0;
+                    for (const GridRing &polygon : polygons) {
+                        const int winding = windingNumber(p, {polygon});
+                        QVERIFY(winding == 0 || winding == 1);
+                        dark += winding;
+                    }
+                    QCOMPARE(dark, windingNumber(p, {ring}) > 0 ? 1 : 0);
+                }
+            }
+        }
+    }
+
+    // Rings upon each other have the same corners on both sides of every cut.
+    void manyRingsUponEachOtherComeToAnEnd()
+    {
+        for (const std::size_t most : {std::size_t{4090}, std::size_t{12}}) {
+            Rings rings, polygons;
+            for (std::int64_t i = 0; i < 600; ++i)
+                rings.push_back(box(i % 3, 0, 1'000'000'000, 1'000'000'000 - i % 5));
+            double share = 0.0;
+            emitArea(
+                rings, most, [&polygons](const GridRing &polygon) { polygons.push_back(polygon); },
+                [&share](double done) { share = done; });
+            QVERIFY(polygons.size() < 50);
+            QCOMPARE(share, 1.0);
+        }
+    }
+
     // Cut into pieces, the area is the same, and no piece has a line of its cut in clear area.
     void piecesHaveNoLinesAlongTheirCuts()
     {

@@ -143,8 +143,8 @@ void Export::fillLayerTable()
         setTabOrder(OKButton, CancelButton);
     }
     google::LogMessage("Export", 492, google::GLOG_INFO).stream()
-        << "Export: " << gbk("已获取导出层列表。料号：") << m_job.jobName.toStdString() << gbk("；STEP：")
-        << m_job.stepName.toStdString();
+        << "Export: " << platform::gbk("已获取导出层列表。料号：") << m_job.jobName.toStdString()
+        << platform::gbk("；STEP：") << m_job.stepName.toStdString();
 }
 
 void Export::queryMatrix()

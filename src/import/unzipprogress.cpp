@@ -126,7 +126,7 @@ void UnzipProgress::process(ORVEX::COMMON::progress_value<void> *progress)
     const platform::BackgroundWork stepBack;
     const auto fail = [progress] {
         google::LogMessage(loggedFile, loggedLine, google::GLOG_ERROR).stream()
-            << gbk("解压文件异常！ 异常位置：") << loggedFile << " : " << loggedLine;
+            << platform::gbk("解压文件异常！ 异常位置：") << loggedFile << " : " << loggedLine;
         markFailed(progress);
         // The quote at the end has no partner. The command is known by this text.
         removeCmd +=

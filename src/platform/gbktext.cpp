@@ -4,12 +4,12 @@
 #include <QString>
 #include <QTextCodec>
 
-std::string gbk(const char *utf8)
+std::string platform::gbk(const char *utf8)
 {
     return gbk(utf8, QTextCodec::codecForName("GBK"));
 }
 
-std::string gbk(const char *utf8, const QTextCodec *codec)
+std::string platform::gbk(const char *utf8, const QTextCodec *codec)
 {
     return codec ? codec->fromUnicode(QString::fromUtf8(utf8)).toStdString() : utf8;
 }

@@ -5,7 +5,11 @@
 
 class QTextCodec;
 
+namespace platform {
+
 // `utf8` in the bytes of code page 936; characters outside it become "?".
 std::string gbk(const char *utf8);
 // In the bytes of `codec`; unchanged when it is null, as in a Qt that was built without the large codecs.
 std::string gbk(const char *utf8, const QTextCodec *codec);
+
+} // namespace platform

@@ -21,7 +21,8 @@ PluginMetaData message(const QString &receiver, qint32 type, void *payload = nul
 
 void logStep(int line, const char *command, const char *text)
 {
-    google::LogMessage("fileprocess.cpp", line, google::GLOG_INFO).stream() << gbk(command) << gbk(text);
+    google::LogMessage("fileprocess.cpp", line, google::GLOG_INFO).stream()
+        << platform::gbk(command) << platform::gbk(text);
 }
 
 } // namespace

@@ -68,6 +68,7 @@ void FileProcess::CheckDir(QString path)
     if (path.isEmpty() || QDir(platform::toLocal(path)).exists())
         return;
     google::LogMessage("fileprocess.cpp", 416, google::GLOG_INFO).stream()
-        << gbk("路径：") << '"' << path.toStdString() << '"' << gbk("不存在，将自动创建！");
+        << platform::gbk("路径：") << '"' << path.toStdString() << '"'
+        << platform::gbk("不存在，将自动创建！");
     QDir().mkpath(platform::toLocal(path));
 }

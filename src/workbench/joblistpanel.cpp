@@ -16,9 +16,9 @@ JobListPanel::JobListPanel(QWidget *parent)
     m_root->setWordWrap(true);
     m_root->setTextInteractionFlags(Qt::TextSelectableByMouse);
     QPalette quiet = m_root->palette();
-    QColor colour = quiet.color(QPalette::WindowText);
-    colour.setAlphaF(0.65);
-    quiet.setColor(QPalette::WindowText, colour);
+    QColor color = quiet.color(QPalette::WindowText);
+    color.setAlphaF(0.65);
+    quiet.setColor(QPalette::WindowText, color);
     m_root->setPalette(quiet);
     m_filter->setPlaceholderText(tr("Filter jobs"));
     m_filter->setClearButtonEnabled(true);

@@ -26,14 +26,14 @@ QString readable(const std::string &word)
     return text;
 }
 
-QIcon swatch(const QColor &colour)
+QIcon swatch(const QColor &color)
 {
     QPixmap pixmap(32, 32); // twice the size shown, so that it stays crisp on dense screens
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colour.darker(150), 2));
-    painter.setBrush(colour);
+    painter.setPen(QPen(color.darker(150), 2));
+    painter.setBrush(color);
     painter.drawRoundedRect(QRectF(3, 3, 26, 26), 5, 5);
     return QIcon(pixmap);
 }

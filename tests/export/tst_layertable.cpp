@@ -49,8 +49,8 @@ private slots:
     void viewIsSetUpForChecking();
     void columnsHaveTheirDelegates();
     void newRowHasItsDefaults();
-    void nameCellHasItsClassesColour_data();
-    void nameCellHasItsClassesColour();
+    void nameCellHasItsClassesColor_data();
+    void nameCellHasItsClassesColor();
     void namesAreUtf8();
     void gdsLayersAreNotOffered();
     void rowsBelowASkippedRecordHaveTheirComboBoxes();
@@ -164,12 +164,12 @@ void tst_LayerTable::newRowHasItsDefaults()
     QVERIFY(!table->cellWidget(0, Time));
 }
 
-void tst_LayerTable::nameCellHasItsClassesColour_data()
+void tst_LayerTable::nameCellHasItsClassesColor_data()
 {
     QTest::addColumn<QString>("context");
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("polarity");
-    QTest::addColumn<QColor>("colour");
+    QTest::addColumn<QColor>("color");
     const QColor other(72, 209, 204);
     const QColor positive(255, 215, 0);
     const QColor negative(218, 165, 32);
@@ -226,18 +226,18 @@ void tst_LayerTable::nameCellHasItsClassesColour_data()
                                           << "POSITIVE" << other;
 }
 
-void tst_LayerTable::nameCellHasItsClassesColour()
+void tst_LayerTable::nameCellHasItsClassesColor()
 {
     QFETCH(QString, context);
     QFETCH(QString, type);
     QFETCH(QString, polarity);
-    QFETCH(QColor, colour);
+    QFETCH(QColor, color);
     OpenDialog dialog({layer(context.toStdString(), type.toStdString(), "", polarity.toStdString())});
     QCOMPARE(dialog.table()->rowCount(), 1);
-    QCOMPARE(dialog.table()->item(0, Layer)->background().color(), colour);
+    QCOMPARE(dialog.table()->item(0, Layer)->background().color(), color);
     // And it is what the user sees.
     const QImage picture = dialog.table()->viewport()->grab().toImage();
-    QCOMPARE(QColor(picture.pixel(dialog.cell(0, Layer).center())), colour);
+    QCOMPARE(QColor(picture.pixel(dialog.cell(0, Layer).center())), color);
 }
 
 void tst_LayerTable::namesAreUtf8()

@@ -31,7 +31,7 @@ class TestLayerView : public QObject
     Q_OBJECT
 
 private:
-    const QColor colour{255, 215, 0};
+    const QColor color{255, 215, 0};
     std::unique_ptr<LayerView> view;
 
     QRgb pixel(int x, int y) const
@@ -40,7 +40,7 @@ private:
     }
 
     // A board of 30 x 20 mm fills 276 of 300 pixels: 9.2 pixels a millimetre, its middle in the middle.
-    void showBoard() { view->showDrawing(drawingOf({rectangle(0, 0, 30, 20)}), "TOP", colour, false); }
+    void showBoard() { view->showDrawing(drawingOf({rectangle(0, 0, 30, 20)}), "TOP", color, false); }
 
     QString placeAt(const QPoint &point)
     {
@@ -68,26 +68,26 @@ private slots:
     void areasAreFilledAndTheRestIsNot()
     {
         showBoard();
-        QCOMPARE(pixel(150, 100), colour.rgb());
-        QCOMPARE(pixel(20, 100), colour.rgb());
-        QVERIFY(pixel(4, 100) != colour.rgb());
+        QCOMPARE(pixel(150, 100), color.rgb());
+        QCOMPARE(pixel(20, 100), color.rgb());
+        QVERIFY(pixel(4, 100) != color.rgb());
     }
 
     void yPointsUp()
     {
-        view->showDrawing(drawingOf({rectangle(0, 10, 30, 20)}, {rectangle(0, 0, 30, 20)}), "TOP", colour,
+        view->showDrawing(drawingOf({rectangle(0, 10, 30, 20)}, {rectangle(0, 0, 30, 20)}), "TOP", color,
                           false);
-        QCOMPARE(pixel(150, 60), colour.rgb());
-        QVERIFY(pixel(150, 140) != colour.rgb());
+        QCOMPARE(pixel(150, 60), color.rgb());
+        QVERIFY(pixel(150, 140) != color.rgb());
     }
 
     void areasThatTouchShowNoSeam()
     {
         // The border between them lies between two pixels.
         view->showDrawing(drawingOf({rectangle(0, 0, 14.98765, 20), rectangle(14.98765, 0, 30, 20)}), "TOP",
-                          colour, false);
+                          color, false);
         for (int x = 140; x < 160; ++x)
-            QCOMPARE(pixel(x, 100), colour.rgb());
+            QCOMPARE(pixel(x, 100), color.rgb());
     }
 
     void placesUnderTheMouseAreInMillimetres()
@@ -139,9 +139,9 @@ private slots:
         showBoard();
         turnWheelAt(QPoint(242, 54), 4);
         const QString corner = placeAt(QPoint(0, 0));
-        view->showDrawing(drawingOf({rectangle(0, 0, 5, 5)}), "BOTTOM", colour, true);
+        view->showDrawing(drawingOf({rectangle(0, 0, 5, 5)}), "BOTTOM", color, true);
         QCOMPARE(placeAt(QPoint(0, 0)), corner);
-        view->showDrawing(drawingOf({rectangle(0, 0, 5, 5)}), "BOTTOM", colour, false);
+        view->showDrawing(drawingOf({rectangle(0, 0, 5, 5)}), "BOTTOM", color, false);
         QVERIFY(placeAt(QPoint(0, 0)) != corner);
     }
 
@@ -149,14 +149,14 @@ private slots:
     {
         showBoard();
         view->showText("No job is open.");
-        QVERIFY(pixel(60, 60) != colour.rgb());
+        QVERIFY(pixel(60, 60) != color.rgb());
         QCOMPARE(placeAt(QPoint(150, 100)), QString()); // nothing to point at
     }
 
     void emptyLayerIsShownAsEmpty()
     {
-        view->showDrawing(LayerDrawing(), "EMPTY", colour, false);
-        QVERIFY(pixel(150, 100) != colour.rgb());
+        view->showDrawing(LayerDrawing(), "EMPTY", color, false);
+        QVERIFY(pixel(150, 100) != color.rgb());
     }
 };
 

@@ -28,7 +28,7 @@ void GraphicView::showLayer(const QString &job, const QString &step, const ORVEX
 {
     m_job = job + "/" + step;
     m_layer = QString::fromStdString(layer.name);
-    m_colour = viewColor(layer);
+    m_color = viewColor(layer);
     m_loader.load(job, step, m_layer);
 }
 
@@ -59,6 +59,6 @@ void GraphicView::fit()
 
 void GraphicView::takeDrawing(const LayerDrawing &drawing)
 {
-    m_view->showDrawing(drawing, m_layer, m_colour, m_job == m_shownJob);
+    m_view->showDrawing(drawing, m_layer, m_color, m_job == m_shownJob);
     m_shownJob = m_job;
 }

@@ -40,5 +40,5 @@ private:
     QString m_job; // of the layer shown or being read, as what follows
     QString m_shownJob;
     QString m_layer;
-    QColor m_colour;
+    QColor m_color;
 };

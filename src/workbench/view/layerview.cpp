@@ -48,14 +48,14 @@ LayerView::LayerView(QWidget *parent) : QWidget(parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-void LayerView::showDrawing(const LayerDrawing &drawing, const QString &title, const QColor &colour,
+void LayerView::showDrawing(const LayerDrawing &drawing, const QString &title, const QColor &color,
                             bool sameJob)
 {
     const bool keepPlace = sameJob && m_hasDrawing && !m_fitted;
     m_drawing = drawing;
     m_hasDrawing = true;
     m_title = title;
-    m_colour = colour;
+    m_color = color;
     m_text = drawing.bounds.isNull() ? tr("The layer is empty.") : QString();
     m_progress.clear();
     if (!keepPlace)
@@ -172,7 +172,7 @@ QImage LayerView::areasImage(qreal pixelRatio) const
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(m_colour);
+    painter.setBrush(m_color);
     const QTransform transform =
         toView() * QTransform::fromScale(pixelRatio * oversampling, pixelRatio * oversampling);
     for (const QPolygonF &area : m_drawing.areas) {

@@ -18,7 +18,7 @@ public:
     explicit LayerView(QWidget *parent = nullptr);
 
     // Keeps the place shown when `sameJob` is set and the view is not empty.
-    void showDrawing(const LayerDrawing &drawing, const QString &title, const QColor &colour, bool sameJob);
+    void showDrawing(const LayerDrawing &drawing, const QString &title, const QColor &color, bool sameJob);
     // Shows `text` instead of a drawing.
     void showText(const QString &text);
     // Shows that a layer is being read, over what is shown.
@@ -59,7 +59,7 @@ private:
     QString m_title;
     QString m_text;
     QString m_progress;
-    QColor m_colour;
+    QColor m_color;
     QPointF m_centre;     // the place in the middle of the view
     double m_scale = 10;  // pixels a millimetre
     bool m_fitted = true; // the view follows the size of the window

@@ -1,28 +1,11 @@
-// Digits into the buffer, and what the reader knows already.
+// Records leave out what the reader knows already.
 #include "cam/gerber/gerberstream.h"
 
+#include <charconv>
 #include <cmath>
+#include <iterator>
 
 namespace cam {
-
-namespace {
-
-// Writes the digits of `value` (with its sign) to the end of a buffer; returns their number.
-std::size_t digits(std::int64_t value, char *end)
-{
-    char *at = end;
-    std::uint64_t rest =
-        value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
-    do {
-        *--at = static_cast<char>('0' + rest % 10);
-        rest /= 10;
-    } while (rest != 0);
-    if (value < 0)
-        *--at = '-';
-    return static_cast<std::size_t>(end - at);
-}
-
-} // namespace
 
 std::int64_t roundToNanometre(double value)
 {
@@ -207,12 +190,9 @@ void GerberStream::coordinates(GridPoint at)
 
 void GerberStream::number(char letter, std::int64_t value)
 {
-    char buffer[24];
-    char *end = buffer + sizeof buffer;
-    const std::size_t count = digits(value, end);
-    char *start = end - count;
-    *--start = letter;
-    m_file.write(start, count + 1);
+    char buffer[24] = {letter};
+    const char *const end = std::to_chars(buffer + 1, std::end(buffer), value).ptr;
+    m_file.write(buffer, static_cast<std::size_t>(end - buffer));
 }
 
 void GerberStream::forget()

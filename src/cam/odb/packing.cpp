@@ -90,82 +90,134 @@ private:
     std::size_t m_bit = 0;
 };
 
+constexpr std::uint32_t clearCode = 256;
+
+// The strings that codes stand for: a byte below 256, above it a string met before and one byte more.
+class CompressStream
+{
+public:
+    // `name` is for messages.
+    CompressStream(std::string_view packed, const std::string &name);
+    std::string unpack();
+
+private:
+    void clear();
+    void putFirst(std::uint32_t code);
+    void put(std::uint32_t code);
+    void remember();
+    std::uint32_t room() const { return 1u << m_maxWidth; }
+    [[noreturn]] void fail() const;
+
+    const std::string &m_name;
+    unsigned m_maxWidth = 0; // bits of a code
+    bool m_hasClearCode = false;
+    CodeReader m_codes;
+    unsigned m_width = 9;
+    // A string is its last byte and the code of the string before it.
+    std::vector<std::uint16_t> m_prefix;
+    std::vector<char> m_suffix;
+    std::uint32_t m_free = 0;   // the next code to be given out
+    bool m_hasPrevious = false; // not at the start, nor behind a clear code
+    std::uint32_t m_previous = 0;
+    char m_first = 0; // byte of the string that was put last
+    std::string m_text, m_reversed;
+};
+
+CompressStream::CompressStream(std::string_view packed, const std::string &name)
+    : m_name(name), m_codes(packed.substr(std::min<std::size_t>(packed.size(), 3)))
+{
+    if (packed.size() < 3)
+        fail();
+    const auto flags = static_cast<unsigned char>(packed[2]);
+    m_maxWidth = flags & 0x1Fu;
+    m_hasClearCode = (flags & 0x80u) != 0;
+    if (m_maxWidth < 9 || m_maxWidth > 16)
+        fail();
+    m_prefix.resize(room());
+    m_suffix.resize(room());
+    m_free = m_hasClearCode ? clearCode + 1 : clearCode;
+}
+
+std::string CompressStream::unpack()
+{
+    std::uint32_t code = 0;
+    while (m_codes.next(m_width, code)) {
+        if (m_hasClearCode && code == clearCode)
+            clear();
+        else if (!m_hasPrevious)
+            putFirst(code);
+        else
+            put(code);
+    }
+    return std::move(m_text);
+}
+
+void CompressStream::clear()
+{
+    m_codes.skipGroup(m_width);
+    m_codes.rebase();
+    m_width = 9;
+    m_free = clearCode + 1;
+    m_hasPrevious = false;
+}
+
+void CompressStream::putFirst(std::uint32_t code)
+{
+    if (code > 255)
+        fail();
+    m_first = static_cast<char>(code);
+    m_text.push_back(m_first);
+    m_previous = code;
+    m_hasPrevious = true;
+}
+
+void CompressStream::put(std::uint32_t code)
+{
+    if (code > m_free || (code == m_free && m_free >= room()))
+        fail();
+    m_reversed.clear();
+    std::uint32_t at = code;
+    if (code == m_free) { // the string that is just being made: the previous one and its own first byte
+        m_reversed.push_back(m_first);
+        at = m_previous;
+    }
+    while (at > 255) {
+        if (at == clearCode && m_hasClearCode)
+            fail();
+        m_reversed.push_back(m_suffix[at]);
+        at = m_prefix[at];
+    }
+    m_first = static_cast<char>(at);
+    m_reversed.push_back(m_first);
+    m_text.append(m_reversed.rbegin(), m_reversed.rend());
+    if (m_free < room())
+        remember();
+    m_previous = code;
+}
+
+// The previous string and the first byte of this one get a code of their own.
+void CompressStream::remember()
+{
+    m_prefix[m_free] = static_cast<std::uint16_t>(m_previous);
+    m_suffix[m_free] = m_first;
+    ++m_free;
+    if (m_free == (1u << m_width) && m_width < m_maxWidth) {
+        m_codes.skipGroup(m_width);
+        m_codes.rebase();
+        ++m_width;
+    }
+}
+
+void CompressStream::fail() const
+{
+    throw Error(m_name + ": expected a whole compress (.Z) stream, it is damaged");
+}
+
 } // namespace
 
 std::string unpackCompress(std::string_view packed, const std::string &name)
 {
-    const auto damaged = [&name] {
-        return Error(name + ": expected a whole compress (.Z) stream, it is damaged");
-    };
-    if (packed.size() < 3)
-        throw damaged();
-    const auto flags = static_cast<unsigned char>(packed[2]);
-    const unsigned maxWidth = flags & 0x1Fu;
-    const bool hasClearCode = (flags & 0x80u) != 0;
-    if (maxWidth < 9 || maxWidth > 16)
-        throw damaged();
-    constexpr std::uint32_t clearCode = 256;
-    const std::uint32_t firstFree = hasClearCode ? 257 : 256;
-
-    // A string is its last byte and the code of the string before it.
-    std::vector<std::uint16_t> prefix(1u << maxWidth);
-    std::vector<char> suffix(1u << maxWidth);
-    CodeReader codes(packed.substr(3));
-    unsigned width = 9;
-    std::uint32_t free = firstFree;
-    std::uint32_t code = 0;
-    bool hasPrevious = false; // not at the start, nor behind a clear code
-    std::uint32_t previous = 0;
-    char first = 0;
-    std::string text, reversed;
-    while (codes.next(width, code)) {
-        if (hasClearCode && code == clearCode) {
-            codes.skipGroup(width);
-            codes.rebase();
-            width = 9;
-            free = firstFree;
-            hasPrevious = false;
-            continue;
-        }
-        if (!hasPrevious) {
-            if (code > 255)
-                throw damaged();
-            first = static_cast<char>(code);
-            text.push_back(first);
-            previous = code;
-            hasPrevious = true;
-            continue;
-        }
-        if (code > free || (code == free && free >= (1u << maxWidth)))
-            throw damaged();
-        reversed.clear();
-        std::uint32_t at = code;
-        if (code == free) { // the string that is just being made: the previous one and its own first byte
-            reversed.push_back(first);
-            at = previous;
-        }
-        while (at > 255) {
-            if (at == clearCode && hasClearCode)
-                throw damaged();
-            reversed.push_back(suffix[at]);
-            at = prefix[at];
-        }
-        first = static_cast<char>(at);
-        reversed.push_back(first);
-        text.append(reversed.rbegin(), reversed.rend());
-        if (free < (1u << maxWidth)) {
-            prefix[free] = static_cast<std::uint16_t>(previous);
-            suffix[free] = first;
-            ++free;
-            if (free == (1u << width) && width < maxWidth) {
-                codes.skipGroup(width);
-                codes.rebase();
-                ++width;
-            }
-        }
-        previous = code;
-    }
-    return text;
+    return CompressStream(packed, name).unpack();
 }
 
 } // namespace cam

@@ -9,7 +9,10 @@
 
 #include <QtTest>
 
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <random>
 
 #include <zlib.h>
 
@@ -259,6 +262,34 @@ private slots:
         const auto value = toNumber(text.toStdString());
         QVERIFY(value.has_value());
         QCOMPARE(*value, text.toDouble());
+    }
+
+    // Bit by bit those of the C library.
+    void randomNumbersAreTheNearestDoubles()
+    {
+        std::mt19937 random(1);
+        const auto upTo = [&random](unsigned most) { return random() % (most + 1); };
+        for (int round = 0; round < 200000; ++round) {
+            std::string text = upTo(2) == 0 ? "-" : "";
+            const auto addDigits = [&](unsigned count) {
+                for (unsigned i = 0; i < count; ++i)
+                    text += static_cast<char>('0' + upTo(9));
+            };
+            addDigits(1 + upTo(round % 3 == 0 ? 18 : 5));
+            if (upTo(4) != 0) {
+                text += '.';
+                addDigits(upTo(round % 5 == 0 ? 20 : 9));
+            }
+            if (upTo(9) == 0)
+                text += "e" + std::to_string(static_cast<int>(upTo(40)) - 20);
+            const double expected = std::strtod(text.c_str(), nullptr);
+            const std::string more = text + " 7";
+            const char *at = more.data();
+            double value = 0.0;
+            QVERIFY2(readNumber(at, more.data() + more.size(), value), text.c_str());
+            QVERIFY2(std::memcmp(&value, &expected, sizeof value) == 0, text.c_str());
+            QCOMPARE(at, more.data() + text.size());
+        }
     }
 
     void whatIsNoNumberIsRefused_data()

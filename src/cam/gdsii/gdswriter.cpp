@@ -266,7 +266,7 @@ void Writer::writeFeatures(const FeatureSet &features, FeatureDrawing &drawing,
         else if (feature.kind == FeatureKind::Surface)
             writeSurface(feature, drawing, work);
         else
-            drawing.stroke(feature, emit);
+            drawing.sweep(feature, emit);
         m_progress.advance(work);
     }
     painted.resolve(emit, [&](double share) { m_progress.report(paintedWork * share); });

@@ -19,7 +19,7 @@ struct Aperture
     bool hasClearParts = false;
 };
 
-// The aperture for `symbol` grown by `growth` nanometres (see shapeOf()) under the linear part of `map`.
+// The aperture for `symbol` resized by `growth` nanometres (see shapeOf()) under the linear part of `map`.
 // Nothing when it draws nothing, or can only be drawn as a region: an ellipse, too many corners, most symbols
 // under a map that does not keep circles.
 std::optional<Aperture> apertureOf(const StandardSymbol &symbol, double growth, const Transform &map);

@@ -175,7 +175,7 @@ void ShapeBuilder::stroke(Point from, const Edge &edge, double diameter)
     }
     circle(from, diameter);
     circle(edge.end, diameter);
-    // The piece of a ring, counter-clockwise; what lies within the pen's reach of the centre becomes a
+    // The piece of a ring, counter-clockwise; what lies within the aperture's reach of the centre becomes a
     // sector.
     Point first = from, last = edge.end;
     double firstRadius = startRadius, lastRadius = endRadius;

@@ -154,7 +154,7 @@ void Painter::paintPolygons(PaintPlan &plan, std::uint32_t item)
 {
     const Feature &feature = plan.features().order[item];
     if (feature.kind == FeatureKind::Line || feature.kind == FeatureKind::Arc)
-        return plan.drawing().stroke(feature, [this](const GridRing &ring) { m_regions.polygon(ring); });
+        return plan.drawing().sweep(feature, [this](const GridRing &ring) { m_regions.polygon(ring); });
     std::vector<GridRing> rings;
     plan.drawing().rings(item, rings);
     m_regions.area(rings);

@@ -1,4 +1,4 @@
-// What an export does to the geometry on its way into the file, in this order: grow by `resize`; `negative`;
+// What an export does to the geometry on its way into the file, in this order: `resize`; `negative`;
 // scale, mirror, rotate about the step's datum.
 #pragma once
 

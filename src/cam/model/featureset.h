@@ -23,7 +23,7 @@ struct Feature
 
 // `symbol` is everywhere an index into the SymbolTable of the layer's image.
 
-// The symbol drawn along a segment, without turning it.
+// The symbol swept along a segment, without turning it.
 struct Line
 {
     Point start;
@@ -31,7 +31,7 @@ struct Line
     std::uint32_t symbol = 0;
 };
 
-// The symbol drawn along an arc; one that ends where it starts is a full circle.
+// The symbol swept along an arc; one that ends where it starts is a full circle.
 struct Arc
 {
     Point start;
@@ -41,7 +41,7 @@ struct Arc
     bool clockwise = false;
 };
 
-// The symbol, first grown by `growth`, then turned by `angle`, then mirrored (x to -x), set at `at`.
+// The symbol, first resized by `growth`, then turned by `angle`, then mirrored (x to -x), set at `at`.
 struct Pad
 {
     Point at;

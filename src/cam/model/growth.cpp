@@ -236,7 +236,7 @@ Shape united(const Shape &shape)
     return result;
 }
 
-Shape grown(const Shape &plain, double distance)
+Shape resized(const Shape &plain, double distance)
 {
     if (distance == 0.0)
         return plain;

@@ -9,7 +9,7 @@ namespace cam {
 // likewise. Arcs keep their centres; sharp corners stay sharp, unless they are sharper than 11 degrees. Each
 // island, with the holes behind it, is moved by itself: islands may overlap then. Throws SymbolError where no
 // closed outline is found.
-Shape grown(const Shape &plain, double distance);
+Shape resized(const Shape &plain, double distance);
 
 // The same area with islands that neither overlap nor share an edge.
 Shape united(const Shape &shape);

@@ -657,7 +657,7 @@ Shape grownShape(const StandardSymbol &symbol, double growth)
         plain.size[1] += growth;
         return unturnedShape(plain);
     }
-    const Shape shape = grown(unturnedShape(symbol), growth / 2.0);
+    const Shape shape = resized(unturnedShape(symbol), growth / 2.0);
     const bool isThermal =
         symbol.kind >= SymbolKind::RoundedThermal && symbol.kind <= SymbolKind::OblongThermal;
     return isThermal && growth >= symbol.size[4] ? united(shape) : shape; // its gaps have closed

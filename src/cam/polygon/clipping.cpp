@@ -97,7 +97,7 @@ std::vector<GridRing> subtracted(const std::vector<GridRing> &area, const std::v
     return combined(BooleanOperation::Difference, area, rings);
 }
 
-std::vector<GridRing> grown(const std::vector<GridRing> &rings, double distance)
+std::vector<GridRing> resized(const std::vector<GridRing> &rings, double distance)
 {
     constexpr double miterLimit = 2.0;
     const GridPoint origin = originOf(rings);

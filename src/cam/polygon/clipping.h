@@ -20,7 +20,7 @@ std::vector<GridRing> subtracted(const std::vector<GridRing> &area, const std::v
 
 // Every edge moved outwards by `distance` grid units (inwards when negative); corners stay sharp up to twice
 // the distance, beyond that they are cut off. Takes and returns rings as cleaned() does.
-std::vector<GridRing> grown(const std::vector<GridRing> &rings, double distance);
+std::vector<GridRing> resized(const std::vector<GridRing> &rings, double distance);
 
 // Polygons without holes, of at most `mostCorners`, that cover what the (clean) rings cover.
 void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,

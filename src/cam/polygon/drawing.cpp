@@ -26,8 +26,8 @@ double toleranceUnder(const Transform &map)
 }
 
 // contourRings() with every edge moved outwards by half of `growth`.
-void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t count, double growth,
-                       const Transform &map, const Grid &grid, std::vector<GridRing> &rings)
+void resizedContourRings(const ContourPool &pool, std::size_t first, std::size_t count, double growth,
+                         const Transform &map, const Grid &grid, std::vector<GridRing> &rings)
 {
     const Grid fine(growthGrid);
     std::vector<GridRing> source;
@@ -43,7 +43,7 @@ void grownContourRings(const ContourPool &pool, std::size_t first, std::size_t c
         contour.isHole ? makeClockwise(ring) : makeCounterClockwise(ring);
         source.push_back(std::move(ring));
     }
-    for (const GridRing &ring : grown(cleaned(source), growth / 2.0 / fine.unit())) {
+    for (const GridRing &ring : resized(cleaned(source), growth / 2.0 / fine.unit())) {
         const bool isHole = doubledArea(ring) < 0.0;
         corners.clear();
         for (const GridPoint p : ring)
@@ -151,20 +151,20 @@ FeatureDrawing::FeatureDrawing(DrawnSymbols &symbols, const FeatureSet &features
                                double growth)
     : m_symbols(symbols), m_features(features), m_map(map), m_growth(growth), m_tolerance(toleranceUnder(map))
 {
-    m_pens[0].resize(symbols.image().symbols.size());
-    m_pens[1].resize(symbols.image().symbols.size());
+    m_swept[0].resize(symbols.image().symbols.size());
+    m_swept[1].resize(symbols.image().symbols.size());
 }
 
-Pen &FeatureDrawing::pen(std::uint32_t symbol, Polarity polarity)
+SweptSymbol &FeatureDrawing::sweptSymbol(std::uint32_t symbol, Polarity polarity)
 {
-    std::unique_ptr<Pen> &pen = m_pens[static_cast<std::size_t>(polarity)][symbol];
-    if (pen)
-        return *pen;
+    std::unique_ptr<SweptSymbol> &swept = m_swept[static_cast<std::size_t>(polarity)][symbol];
+    if (swept)
+        return *swept;
     const double growth = polarity == Polarity::Positive ? m_growth : -m_growth;
     const Symbol &source = m_symbols.image().symbols[symbol];
     if (source.standard) {
-        pen = std::make_unique<Pen>(*source.standard, growth, m_tolerance);
-        return *pen;
+        swept = std::make_unique<SweptSymbol>(*source.standard, growth, m_tolerance);
+        return *swept;
     }
     // A symbol of the job's own: its polygons, drawn without the map, on a grid of one nanometre.
     DrawnSymbols untransformed(m_symbols.image(), Grid(1.0), m_symbols.mostCorners());
@@ -175,11 +175,11 @@ Pen &FeatureDrawing::pen(std::uint32_t symbol, Polarity polarity)
         for (const GridPoint p : ring)
             polygons.back().push_back(pointOf(p));
     }
-    pen = std::make_unique<Pen>(std::move(polygons), m_tolerance);
-    return *pen;
+    swept = std::make_unique<SweptSymbol>(std::move(polygons), m_tolerance);
+    return *swept;
 }
 
-void FeatureDrawing::stroke(const Feature &feature, const std::function<void(const GridRing &)> &polygon)
+void FeatureDrawing::sweep(const Feature &feature, const std::function<void(const GridRing &)> &polygon)
 {
     class Sink : public PolygonSink
     {
@@ -206,10 +206,10 @@ void FeatureDrawing::stroke(const Feature &feature, const std::function<void(con
 
     if (feature.kind == FeatureKind::Line) {
         const Line &line = m_features.lines[feature.index];
-        pen(line.symbol, feature.polarity).draw(line, sink);
+        sweptSymbol(line.symbol, feature.polarity).sweep(line, sink);
     } else {
         const Arc &arc = m_features.arcs[feature.index];
-        pen(arc.symbol, feature.polarity).draw(arc, sink);
+        sweptSymbol(arc.symbol, feature.polarity).sweep(arc, sink);
     }
 }
 
@@ -238,8 +238,8 @@ void FeatureDrawing::surface(const Feature &feature, std::vector<GridRing> &ring
         contourRings(m_features.contours, surface.firstContour, surface.contourCount, m_map, m_symbols.grid(),
                      rings);
     else
-        grownContourRings(m_features.contours, surface.firstContour, surface.contourCount, growthOf(feature),
-                          m_map, m_symbols.grid(), rings);
+        resizedContourRings(m_features.contours, surface.firstContour, surface.contourCount,
+                            growthOf(feature), m_map, m_symbols.grid(), rings);
 }
 
 void FeatureDrawing::rings(std::uint32_t item, std::vector<GridRing> &rings)
@@ -248,7 +248,7 @@ void FeatureDrawing::rings(std::uint32_t item, std::vector<GridRing> &rings)
     switch (feature.kind) {
     case FeatureKind::Line:
     case FeatureKind::Arc:
-        stroke(feature, [&rings](const GridRing &ring) { rings.push_back(ring); });
+        sweep(feature, [&rings](const GridRing &ring) { rings.push_back(ring); });
         return;
     case FeatureKind::Pad: {
         const GridPoint at = padPosition(feature);
@@ -326,7 +326,7 @@ double reachOf(const LayerImage &image, std::uint32_t symbol, double growth)
 
 } // namespace
 
-double FeatureDrawing::penReach(std::uint32_t symbol, double growth)
+double FeatureDrawing::symbolReach(std::uint32_t symbol, double growth)
 {
     auto &known = m_reaches[growth < 0.0 ? 1 : 0];
     known.resize(m_symbols.image().symbols.size(), -1.0);
@@ -353,7 +353,7 @@ GridBox FeatureDrawing::box(std::uint32_t item)
     const Feature &feature = m_features.order[item];
     Box box;
     const auto addWithReach = [&](Box inner, std::uint32_t symbol) {
-        const double reach = penReach(symbol, growthOf(feature));
+        const double reach = symbolReach(symbol, growthOf(feature));
         box.add(inner.low - Point{reach, reach});
         box.add(inner.high + Point{reach, reach});
     };
@@ -388,7 +388,7 @@ GridBox FeatureDrawing::box(std::uint32_t item)
         const Surface &surface = m_features.surfaces[feature.index];
         for (std::uint32_t i = 0; i < surface.contourCount; ++i)
             box.add(extent(m_features.contours[surface.firstContour + i]));
-        // Sharp corners reach twice as far out as the edges are moved; see grown().
+        // Sharp corners reach twice as far out as the edges are moved; see resized().
         const double reach = std::max(0.0, growthOf(feature));
         if (!box.isEmpty()) {
             box.add(box.low - Point{reach, reach});
@@ -405,11 +405,12 @@ std::size_t FeatureDrawing::corners(std::uint32_t item)
     const Feature &feature = m_features.order[item];
     switch (feature.kind) {
     case FeatureKind::Line:
-        return pen(m_features.lines[feature.index].symbol, feature.polarity).corners();
+        return sweptSymbol(m_features.lines[feature.index].symbol, feature.polarity).corners();
     case FeatureKind::Arc: {
         const Arc &arc = m_features.arcs[feature.index];
         const double radius = distance(arc.start, arc.center);
-        return 2 * pen(arc.symbol, feature.polarity).corners() + 2 * arcSteps(radius, 360.0, m_tolerance);
+        return 2 * sweptSymbol(arc.symbol, feature.polarity).corners() +
+               2 * arcSteps(radius, 360.0, m_tolerance);
     }
     case FeatureKind::Pad:
         return m_symbols[padSymbol(feature)].corners;

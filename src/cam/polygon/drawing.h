@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cam/model/layerimage.h"
-#include "cam/model/stroke.h"
+#include "cam/model/sweep.h"
 #include "cam/polygon/gridpolygon.h"
 #include "cam/polygon/paintedarea.h"
 
@@ -30,8 +30,8 @@ struct DrawnSymbol
     std::size_t corners = 0;
 };
 
-// The drawn symbols of one output, each drawn once for each way in which it is turned, mirrored, enlarged and
-// grown.
+// The drawn symbols of one output, each drawn once for each way in which it is turned, mirrored, scaled and
+// resized.
 class DrawnSymbols
 {
 public:
@@ -74,13 +74,13 @@ public:
 
     void rings(std::uint32_t item, std::vector<GridRing> &rings) override;
 
-    // A box around the feature; a little larger than it for strokes. Empty when it draws nothing.
+    // A box around the feature; a little larger than it for sweeps. Empty when it draws nothing.
     GridBox box(std::uint32_t item);
     // About how many corners its rings have.
     std::size_t corners(std::uint32_t item);
 
     // The polygons of a line or an arc; they may overlap.
-    void stroke(const Feature &feature, const std::function<void(const GridRing &)> &polygon);
+    void sweep(const Feature &feature, const std::function<void(const GridRing &)> &polygon);
     // Where a pad stands, and as which drawn symbol.
     GridPoint padPosition(const Feature &feature) const;
     std::uint32_t padSymbol(const Feature &feature);
@@ -100,16 +100,16 @@ private:
     {
         return feature.polarity == Polarity::Positive ? m_growth : -m_growth;
     }
-    Pen &pen(std::uint32_t symbol, Polarity polarity);
-    double penReach(std::uint32_t symbol, double growth);
+    SweptSymbol &sweptSymbol(std::uint32_t symbol, Polarity polarity);
+    double symbolReach(std::uint32_t symbol, double growth);
     GridBox mappedBox(const Box &box) const;
 
     DrawnSymbols &m_symbols;
     const FeatureSet &m_features;
     Transform m_map;
     double m_growth;
-    double m_tolerance;                          // of curves, in nanometres of the features' own plane
-    std::vector<std::unique_ptr<Pen>> m_pens[2]; // by polarity, then symbol
+    double m_tolerance; // of curves, in nanometres of the features' own plane
+    std::vector<std::unique_ptr<SweptSymbol>> m_swept[2]; // by polarity, then symbol
     std::vector<double> m_reaches[2]; // by the sign of the growth, then symbol; -1 when not known yet
     std::unordered_map<PadKey, std::uint32_t, PadKeyHash> m_padSymbols;
     GridRing m_ring; // scratch

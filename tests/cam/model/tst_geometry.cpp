@@ -4,7 +4,7 @@
 #include "cam/model/featureset.h"
 #include "cam/model/flatten.h"
 #include "cam/model/layerimage.h"
-#include "cam/model/stroke.h"
+#include "cam/model/sweep.h"
 #include "cam/model/trigonometry.h"
 #include "cam/model/winding.h"
 #include "cam/polygon/gridpolygon.h"
@@ -305,12 +305,12 @@ private slots:
 
     void roundLineIsAStadium()
     {
-        Pen pen(symbol("r200"), 0.0, arcTolerance);
+        SweptSymbol swept(symbol("r200"), 0.0, arcTolerance);
         Polygons polygons;
         Line line;
         line.start = {0, 0};
         line.end = {3 * mm, 4 * mm};
-        pen.draw(line, polygons);
+        swept.sweep(line, polygons);
         QCOMPARE(polygons.list.size(), std::size_t(1));
         const double exact = 5 * mm * 0.2 * mm + pi * 0.1 * mm * 0.1 * mm;
         const double drawn = areaOf(polygons.list[0]);
@@ -319,19 +319,19 @@ private slots:
 
     void roundOfDiameterZeroDrawsNothing()
     {
-        Pen pen(symbol("r0"), 0.0, arcTolerance);
-        QVERIFY(pen.isEmpty());
+        SweptSymbol swept(symbol("r0"), 0.0, arcTolerance);
+        QVERIFY(swept.isEmpty());
         Polygons polygons;
-        pen.draw(Line{{0, 0}, {mm, 0}, 0}, polygons);
-        pen.draw(Arc{{mm, 0}, {mm, 0}, {0, 0}, 0, false}, polygons);
+        swept.sweep(Line{{0, 0}, {mm, 0}, 0}, polygons);
+        swept.sweep(Arc{{mm, 0}, {mm, 0}, {0, 0}, 0, false}, polygons);
         QVERIFY(polygons.list.empty());
     }
 
     void penTurnsBySuffixOfItsName()
     {
-        Pen pen(symbol("s200_45"), 0.0, arcTolerance);
+        SweptSymbol swept(symbol("s200_45"), 0.0, arcTolerance);
         Polygons polygons;
-        pen.draw(Line{{0, 0}, {0, 0}, 0}, polygons);
+        swept.sweep(Line{{0, 0}, {0, 0}, 0}, polygons);
         QCOMPARE(polygons.list.size(), std::size_t(1));
         Box box;
         for (const Point corner : polygons.list[0])
@@ -356,19 +356,19 @@ private slots:
     {
         QFETCH(double, x);
         QFETCH(double, y);
-        Pen pen(symbol("s100"), 0.0, arcTolerance);
+        SweptSymbol swept(symbol("s100"), 0.0, arcTolerance);
         Polygons polygons;
-        pen.draw(Line{{0, 0}, {x * mm, y * mm}, 0}, polygons);
+        swept.sweep(Line{{0, 0}, {x * mm, y * mm}, 0}, polygons);
         QCOMPARE(polygons.list.size(), std::size_t(1));
-        const double swept = 0.1 * mm * (std::fabs(x) + std::fabs(y)) * mm + 0.01 * mm * mm;
-        QVERIFY(isNear(areaOf(polygons.list[0]), swept, 1.0));
+        const double area = 0.1 * mm * (std::fabs(x) + std::fabs(y)) * mm + 0.01 * mm * mm;
+        QVERIFY(isNear(areaOf(polygons.list[0]), area, 1.0));
     }
 
     void fullCircleOfARoundPenIsARing()
     {
-        Pen pen(symbol("r200"), 0.0, arcTolerance);
+        SweptSymbol swept(symbol("r200"), 0.0, arcTolerance);
         Polygons polygons;
-        pen.draw(Arc{{mm, 0}, {mm, 0}, {0, 0}, 0, true}, polygons);
+        swept.sweep(Arc{{mm, 0}, {mm, 0}, {0, 0}, 0, true}, polygons);
         double drawn = 0.0;
         for (const auto &polygon : polygons.list)
             drawn += std::fabs(areaOf(polygon));
@@ -379,9 +379,9 @@ private slots:
     // The radius runs evenly from one end to the other, as along the outline of a surface.
     void strokeAlongUnequalRadiiRunsEvenly()
     {
-        Pen pen(symbol("r100"), 0.0, arcTolerance);
+        SweptSymbol swept(symbol("r100"), 0.0, arcTolerance);
         Polygons polygons;
-        pen.draw(Arc{{mm, 0}, {0, 1.4 * mm}, {0, 0}, 0, false}, polygons);
+        swept.sweep(Arc{{mm, 0}, {0, 1.4 * mm}, {0, 0}, 0, false}, polygons);
         for (const double share : {0.25, 0.5, 0.75}) {
             const Point direction = Transform::rotation(90.0 * share).linear({1.0, 0.0});
             for (const double aside : {-0.07, -0.04, 0.0, 0.04, 0.07}) {
@@ -397,9 +397,9 @@ private slots:
     // The union is what counts; here only that nothing of it is missing or turned over.
     void anySymbolSweepsCounterClockwisePolygons()
     {
-        Pen pen(symbol("di200x100"), 0.0, arcTolerance);
+        SweptSymbol swept(symbol("di200x100"), 0.0, arcTolerance);
         Polygons polygons;
-        pen.draw(Line{{0, 0}, {mm, 0.2 * mm}, 0}, polygons);
+        swept.sweep(Line{{0, 0}, {mm, 0.2 * mm}, 0}, polygons);
         QCOMPARE(polygons.list.size(), std::size_t(2 + 4)); // at both ends, and one for each edge
         for (const auto &polygon : polygons.list)
             QVERIFY(areaOf(polygon) > 0.0);
@@ -407,11 +407,11 @@ private slots:
 
     void growthWidensTheStroke()
     {
-        Pen grown(symbol("r200"), 50'000.0, arcTolerance);
-        Pen gone(symbol("r200"), -200'000.0, arcTolerance);
+        SweptSymbol resized(symbol("r200"), 50'000.0, arcTolerance);
+        SweptSymbol gone(symbol("r200"), -200'000.0, arcTolerance);
         QVERIFY(gone.isEmpty());
         Polygons polygons;
-        grown.draw(Line{{0, 0}, {mm, 0}, 0}, polygons);
+        resized.sweep(Line{{0, 0}, {mm, 0}, 0}, polygons);
         double high = 0.0;
         for (const Point p : polygons.list[0])
             high = std::max(high, p.y);

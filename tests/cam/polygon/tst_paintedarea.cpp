@@ -193,8 +193,8 @@ private slots:
                                {30, 70}, {70, 70}, {70, 30},   {30, 30}, {30, 50}, {0, 50}};
         const std::vector<GridRing> clean = cleaned({slit});
         QCOMPARE(areaOf(clean), 10000.0 - 1600.0);
-        QCOMPARE(areaOf(grown(clean, 5.0)), 110.0 * 110.0 - 30.0 * 30.0);
-        QCOMPARE(areaOf(grown(clean, -5.0)), 90.0 * 90.0 - 50.0 * 50.0);
+        QCOMPARE(areaOf(resized(clean, 5.0)), 110.0 * 110.0 - 30.0 * 30.0);
+        QCOMPARE(areaOf(resized(clean, -5.0)), 90.0 * 90.0 - 50.0 * 50.0);
     }
 
     void cutsKeepTheArea()

@@ -1,4 +1,4 @@
-#include "cam/model/stroke.h"
+#include "cam/model/sweep.h"
 
 #include "cam/model/flatten.h"
 #include "cam/model/trigonometry.h"
@@ -8,7 +8,8 @@
 
 namespace cam {
 
-Pen::Pen(const StandardSymbol &symbol, double growth, double tolerance) : m_tolerance(tolerance)
+SweptSymbol::SweptSymbol(const StandardSymbol &symbol, double growth, double tolerance)
+    : m_tolerance(tolerance)
 {
     switch (symbol.kind) {
     case SymbolKind::Round:
@@ -25,7 +26,7 @@ Pen::Pen(const StandardSymbol &symbol, double growth, double tolerance) : m_tole
         break;
     }
     const Shape shape = shapeOf(symbol, growth);
-    // A hole is filled by the stroke unless the stroke is shorter than the hole is wide: it is left out.
+    // A hole is filled by the sweep unless the way is shorter than the hole is wide: it is left out.
     for (std::size_t i = 0; i < shape.contours.size(); ++i) {
         if (shape.contours[i].isHole)
             continue;
@@ -36,12 +37,12 @@ Pen::Pen(const StandardSymbol &symbol, double growth, double tolerance) : m_tole
     }
 }
 
-Pen::Pen(std::vector<std::vector<Point>> polygons, double tolerance)
+SweptSymbol::SweptSymbol(std::vector<std::vector<Point>> polygons, double tolerance)
     : m_tolerance(tolerance), m_polygons(std::move(polygons))
 {
 }
 
-bool Pen::isEmpty() const
+bool SweptSymbol::isEmpty() const
 {
     switch (m_form) {
     case Form::Round:
@@ -53,7 +54,7 @@ bool Pen::isEmpty() const
     }
 }
 
-std::size_t Pen::corners() const
+std::size_t SweptSymbol::corners() const
 {
     switch (m_form) {
     case Form::Round:
@@ -69,7 +70,7 @@ std::size_t Pen::corners() const
     return count;
 }
 
-void Pen::makeRound(double radius)
+void SweptSymbol::makeRound(double radius)
 {
     m_radius = radius;
     if (!(radius > 0.0))
@@ -81,24 +82,24 @@ void Pen::makeRound(double radius)
     }
 }
 
-void Pen::draw(const Line &line, PolygonSink &sink)
+void SweptSymbol::sweep(const Line &line, PolygonSink &sink)
 {
     if (!isEmpty())
-        drawSegment(line.start, line.end, sink);
+        sweepSegment(line.start, line.end, sink);
 }
 
-void Pen::drawSegment(Point start, Point end, PolygonSink &sink)
+void SweptSymbol::sweepSegment(Point start, Point end, PolygonSink &sink)
 {
     if (m_form == Form::Round)
-        drawRound(start, end, sink);
+        sweepRound(start, end, sink);
     else if (m_form == Form::Rectangle)
-        drawRectangle(start, end, sink);
+        sweepRectangle(start, end, sink);
     else
-        drawAny(start, end, sink);
+        sweepAny(start, end, sink);
 }
 
 // Half a circle about `at`, open to the side opposite to `direction` (a unit vector), counter-clockwise.
-void Pen::addCap(Point at, Point direction)
+void SweptSymbol::addCap(Point at, Point direction)
 {
     const Point ahead = direction * m_radius;
     for (const Point cap : m_cap)
@@ -106,7 +107,7 @@ void Pen::addCap(Point at, Point direction)
             {at.x + ahead.x * cap.x - ahead.y * cap.y, at.y + ahead.y * cap.x + ahead.x * cap.y});
 }
 
-void Pen::drawRound(Point start, Point end, PolygonSink &sink)
+void SweptSymbol::sweepRound(Point start, Point end, PolygonSink &sink)
 {
     const double far = distance(start, end);
     const Point direction = far > 0.0 ? (end - start) * (1.0 / far) : Point{1.0, 0.0};
@@ -117,7 +118,7 @@ void Pen::drawRound(Point start, Point end, PolygonSink &sink)
 }
 
 // The convex hull of the rectangle at both ends.
-void Pen::drawRectangle(Point start, Point end, PolygonSink &sink)
+void SweptSymbol::sweepRectangle(Point start, Point end, PolygonSink &sink)
 {
     if (start.x > end.x)
         std::swap(start, end);
@@ -134,7 +135,7 @@ void Pen::drawRectangle(Point start, Point end, PolygonSink &sink)
 }
 
 // The polygon at both ends, and the parallelogram that each of its edges sweeps.
-void Pen::drawAny(Point start, Point end, PolygonSink &sink)
+void SweptSymbol::sweepAny(Point start, Point end, PolygonSink &sink)
 {
     for (const std::vector<Point> &polygon : m_polygons) {
         for (const Point at : {start, end}) {
@@ -162,46 +163,46 @@ void Pen::drawAny(Point start, Point end, PolygonSink &sink)
     }
 }
 
-void Pen::draw(const Arc &arc, PolygonSink &sink)
+void SweptSymbol::sweep(const Arc &arc, PolygonSink &sink)
 {
     if (isEmpty())
         return;
     const Edge edge = {arc.end, arc.center,
                        arc.clockwise ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise};
     if (m_form == Form::Round && hasOneRadius(arc.start, edge))
-        return drawRoundArc(arc, sink);
+        return sweepRoundArc(arc, sink);
     std::vector<Point> corners;
     flattenArc(arc.start, edge, m_tolerance, corners);
     Point at = arc.start;
     for (const Point corner : corners) {
-        drawSegment(at, corner, sink);
+        sweepSegment(at, corner, sink);
         at = corner;
     }
 }
 
-// Sectors of a ring of at most half a turn, so that none of them closes upon itself, and the pen at both
+// Sectors of a ring of at most half a turn, so that none of them closes upon itself, and the symbol at both
 // ends.
-void Pen::drawRoundArc(const Arc &arc, PolygonSink &sink)
+void SweptSymbol::sweepRoundArc(const Arc &arc, PolygonSink &sink)
 {
     const Edge edge = {arc.end, arc.center,
                        arc.clockwise ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise};
     const double degrees = sweptDegrees(arc.start, edge);
     const Point spoke = arc.start - arc.center;
     if (arc.start != arc.end) {
-        drawRound(arc.start, arc.start, sink);
-        drawRound(arc.end, arc.end, sink);
+        sweepRound(arc.start, arc.start, sink);
+        sweepRound(arc.end, arc.end, sink);
     }
     if (!(length(spoke) > 0.0))
-        return drawRound(arc.start, arc.start, sink);
+        return sweepRound(arc.start, arc.start, sink);
     const int pieces = std::fabs(degrees) > 180.0 ? 2 : 1;
     for (int piece = 0; piece < pieces; ++piece) {
         const Point from = Transform::rotation(degrees * piece / pieces).linear(spoke);
-        drawSector(arc.center, from, degrees / pieces, sink);
+        sweepSector(arc.center, from, degrees / pieces, sink);
     }
 }
 
 // Counter-clockwise, whichever way the arc runs.
-void Pen::drawSector(Point center, Point from, double degrees, PolygonSink &sink)
+void SweptSymbol::sweepSector(Point center, Point from, double degrees, PolygonSink &sink)
 {
     Point to = Transform::rotation(degrees).linear(from);
     if (degrees < 0.0)
@@ -218,7 +219,7 @@ void Pen::drawSector(Point center, Point from, double degrees, PolygonSink &sink
         flattenArc(center + to * inner, {center + from * inner, center, EdgeKind::ArcClockwise}, m_tolerance,
                    m_corners);
     } else {
-        m_corners.push_back(center); // the pen covers the middle
+        m_corners.push_back(center); // the symbol covers the middle
     }
     sink.polygon(m_corners.data(), m_corners.size());
 }

@@ -30,6 +30,7 @@ DEPENDENCIES = {
     "cam/gdsii": ("cam/base", "cam/model", "cam/polygon"),
     "cam/gerber": ("cam/base", "cam/model", "cam/polygon"),
     "cam/export": ("cam/base", "cam/model", "cam/odb", "cam/gdsii", "cam/gerber"),
+    "cam/verify": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber"),
     "cam/database": ("cam/base",),
     "cam": (*INTERFACE, *CAM),
     "pluginmanger": INTERFACE,
@@ -39,6 +40,15 @@ DEPENDENCIES = {
     "plugin": (*INTERFACE, "platform", "import", "export", "run"),
     "workbench": (*INTERFACE, "platform", "pluginmanger", "cam", *CAM),
     "convert": ("platform", "archive", "cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/export"),
+}
+# What judges the writers shares points, polygons and the readers with them, and nothing of their ways of drawing.
+ONLY = {
+    "cam/verify": {
+        "cam/polygon": ("gridpolygon.h", "arrangement.h"),
+        "cam/gdsii": ("gdsimage.h", "gdsreader.h"),
+        "cam/gerber": ("gerberimage.h", "gerberreader.h"),
+        "cam/model": ("contour.h", "exportoptions.h", "layerimage.h", "point.h", "trigonometry.h"),
+    },
 }
 INTERFACE_MAY = {"plugin/interface": INTERFACE, "run/orvexapi.h": INTERFACE}
 
@@ -70,6 +80,8 @@ def main():
                 failures.append(f'src/{path}:{number}: "{header}" is no header below src/')
             elif folder_of(header) not in allowed:
                 failures.append(f'src/{path}:{number}: {folder} may not include "{header}"')
+            elif header.rpartition("/")[2] not in ONLY.get(folder, {}).get(folder_of(header), (header.rpartition("/")[2],)):
+                failures.append(f'src/{path}:{number}: {folder} may not include "{header}", only {", ".join(ONLY[folder][folder_of(header)])}')
     for failure in failures:
         print(failure)
     return 1 if failures else 0

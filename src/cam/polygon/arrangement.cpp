@@ -599,6 +599,14 @@ bool crossesItself(const GridRing &ring)
     return repeated.area > widestSliver * repeated.perimeter;
 }
 
+double repeatedArea(const std::vector<GridRing> &rings)
+{
+    Arrangement arrangement(BooleanOperation::Union);
+    for (const GridRing &ring : rings)
+        arrangement.add(ring, false);
+    return arrangement.repeated().area;
+}
+
 std::vector<GridRing> combined(BooleanOperation operation, const std::vector<GridRing> &area,
                                const std::vector<GridRing> &rings)
 {

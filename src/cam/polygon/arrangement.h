@@ -24,4 +24,7 @@ std::vector<GridRing> combined(BooleanOperation operation, const std::vector<Gri
 // what rounding makes (eight grid units). It may touch itself.
 bool crossesItself(const GridRing &ring);
 
+// The area, in square grid units, that `rings` enclose a number of times other than 0 or 1.
+double repeatedArea(const std::vector<GridRing> &rings);
+
 } // namespace cam

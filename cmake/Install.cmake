@@ -36,6 +36,8 @@ else()
     endforeach()
     file(GLOB _manuals ${PROJECT_SOURCE_DIR}/docs/man/*.1)
     install(FILES ${_manuals} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT runtime)
+    install(FILES ${PROJECT_SOURCE_DIR}/src/convert/camconvert.bash RENAME camconvert
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT runtime)
 endif()
 
 # --- development --------------------------------------------------------------------------------------------------------

@@ -43,6 +43,21 @@ QJsonObject fileNamed(const QJsonObject &report, const QString &name)
     return {};
 }
 
+// Whether an object has the fields that the schema requires, and none but those that it knows.
+bool fits(const QJsonObject &object, const QJsonObject &schema)
+{
+    const QStringList known = schema["properties"].toObject().keys();
+    for (const QString &key : object.keys()) {
+        if (!known.contains(key))
+            return false;
+    }
+    for (const QJsonValue &key : schema["required"].toArray()) {
+        if (!object.contains(key.toString()))
+            return false;
+    }
+    return !known.isEmpty();
+}
+
 } // namespace
 
 class tst_CamConvert : public QObject
@@ -64,6 +79,31 @@ private slots:
             QVERIFY(own.output.contains("Examples:"));
         }
         QCOMPARE(program.run({"--version"}).output.trimmed(), QString("camconvert " PROGRAM_VERSION));
+    }
+
+    void everyOptionIsInTheManualPageAndCompleted()
+    {
+        const auto contentOf = [](const QString &name) {
+            QFile file(QString(PROJECT_FOLDER) + name);
+            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        };
+        const QString manual = contentOf("/docs/man/camconvert.1").remove('\\');
+        const QString completion = contentOf("/src/convert/camconvert.bash");
+        const Program program;
+        int options = 0;
+        for (const char *command : {"export", "info"}) {
+            const QString help = program.run({command, "--help"}).output.section("Examples:", 0, 0);
+            QRegularExpressionMatchIterator found =
+                QRegularExpression("^  (?:-h, )?(--[a-z-]+)", QRegularExpression::MultilineOption)
+                    .globalMatch(help);
+            while (found.hasNext()) {
+                const QString option = found.next().captured(1);
+                ++options;
+                QVERIFY2(completion.contains(QRegularExpression(option + "\\b")), qPrintable(option));
+                QVERIFY2(manual.contains(option), qPrintable(option));
+            }
+        }
+        QVERIFY(options > 15);
     }
 
     void wrongCommandLinesAreRefusedWithCode2_data()
@@ -390,6 +430,13 @@ private slots:
         QCOMPARE(drill["status"].toString(), QString("failed"));
         QVERIFY(drill["error"].toString().contains("cannot be drawn"));
         QVERIFY(!drill.contains("sha256"));
+        QFile schemaFile(PROJECT_FOLDER "/docs/camconvert.schema.json");
+        QVERIFY(schemaFile.open(QIODevice::ReadOnly));
+        const QJsonObject schema = QJsonDocument::fromJson(schemaFile.readAll()).object();
+        const QJsonObject items = schema["properties"].toObject()["files"].toObject()["items"].toObject();
+        QVERIFY(fits(report, schema));
+        for (const QJsonValue &file : report["files"].toArray())
+            QVERIFY(fits(file.toObject(), items));
 
         QCOMPARE(program.run({"export", "board.tgz", "--out", "o", "--json", "report.jsonl"}).code, 1);
         const QByteArray line = program.bytes("report.jsonl");

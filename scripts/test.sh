@@ -16,4 +16,4 @@ echo "Building"
 # FILE_PROCESS_TARGETS: only these (then ctest has to be told, too)
 cmake --build --preset "$preset" ${FILE_PROCESS_TARGETS:+--target $FILE_PROCESS_TARGETS}
 echo "Testing"
-ctest --test-dir "build/$preset" --output-on-failure --parallel "$(nproc)" "$@" | tee "build/$preset/tests.txt"
+ctest --preset "$preset" --parallel "$(nproc)" "$@" | tee "build/$preset/tests.txt"

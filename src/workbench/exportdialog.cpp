@@ -13,7 +13,7 @@
 
 namespace {
 
-enum Column { Check = 0, Layer = 1, Time = 7 };
+enum Column { Check = 0, Layer = 1, Rotate = 2, Mirror = 3, XScale = 4, YScale = 5, Negate = 6, Time = 7 };
 
 template <class Widget>
 Widget *withText(const QWidget *window, const QString &text)
@@ -154,6 +154,26 @@ QString ExportDialog::layer(int row) const
 {
     const QTableWidgetItem *item = m_table->item(row, Layer);
     return item ? item->text() : QString();
+}
+
+LayerChange ExportDialog::change(int row) const
+{
+    const auto text = [this, row](int column) {
+        const auto *box = qobject_cast<const QComboBox *>(m_table->cellWidget(row, column));
+        const QTableWidgetItem *item = m_table->item(row, column);
+        return box ? box->currentText() : item ? item->text() : QString();
+    };
+    const auto scale = [&text](int column) {
+        const double value = text(column).toDouble();
+        return value != 0.0 ? value : 1.0;
+    };
+    LayerChange change;
+    change.angle = text(Rotate).toDouble();
+    change.mirror = text(Mirror) == "Yes";
+    change.xScale = scale(XScale);
+    change.yScale = scale(YScale);
+    change.negate = text(Negate) == "Yes";
+    return change;
 }
 
 QString ExportDialog::time(int row) const

@@ -13,6 +13,15 @@ class QLineEdit;
 class QPushButton;
 class QTableWidget;
 
+// What an export does to a layer beside the resize, which is the settings'.
+struct LayerChange
+{
+    double angle = 0.0; // degrees, counter-clockwise
+    bool mirror = false;
+    double xScale = 1.0, yScale = 1.0;
+    bool negate = false;
+};
+
 class ExportDialog
 {
 public:
@@ -33,6 +42,8 @@ public:
     int rowCount() const;
     bool isChecked(int row) const;
     QString layer(int row) const;
+    // What the row's fields ask of the layer; a field that makes no sense asks for nothing.
+    LayerChange change(int row) const;
     // The Time cell's text, such as "12s"; empty when there is none.
     QString time(int row) const;
 

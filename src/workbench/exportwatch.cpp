@@ -96,6 +96,8 @@ void ExportWatch::look()
         begin();
     else if (!exports && m_isRunning)
         end();
+    if (!m_isRunning)
+        emit looked();
     if (!dialog.window() && !m_isRunning)
         m_timer.stop();
 }

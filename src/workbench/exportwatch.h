@@ -59,6 +59,8 @@ public slots:
     void watchDialog();
 
 signals:
+    // The open dialog, which does not export now, may have other choices in it.
+    void looked();
     void started();
     void changed(); // the results of the export that runs
     void ended();

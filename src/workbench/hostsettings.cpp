@@ -83,9 +83,14 @@ void hostsettings::mendJobFolder()
     LOG(INFO) << "the job folder " << folder.toStdString() << " is written with backslashes now";
 }
 
+double hostsettings::resizeInNanometres(double value, const QString &unit)
+{
+    return unit == "mm" ? value * 1e6 : unit == "um" ? value * 1e3 : value;
+}
+
 QString hostsettings::resizeText(double value, const QString &unit)
 {
-    const double micrometres = unit == "mm" ? value * 1000.0 : value;
+    const double micrometres = resizeInNanometres(value, unit) / 1000.0;
     if (std::fabs(micrometres) < 0.0005)
         return QCoreApplication::translate("hostsettings", "Features keep their size.");
     const QLocale locale;

@@ -35,6 +35,9 @@ bool writeDefaults();
 // Writes the job folder of an existing settings file as plug-ins take it: with backslashes.
 void mendJobFolder();
 
+// A resize by `value` in `unit` in nanometres, as plug-ins read it: an unknown unit is that.
+double resizeInNanometres(double value, const QString &unit);
+
 // What a resize by `value` in `unit` ("um" or "mm") does to what is exported, as a sentence; in nanometres,
 // as plug-ins take it, a value below half of one is none.
 QString resizeText(double value, const QString &unit);

@@ -3,6 +3,7 @@
 #include "cam/jobroot.h"
 #include "pluginmanger/pluginhost.h"
 #include "run/orvexapi.h"
+#include "workbench/exportdialog.h"
 #include "workbench/hostsettings.h"
 #include "workbench/joblistpanel.h"
 #include "workbench/jobstore.h"
@@ -23,6 +24,7 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QLabel>
+#include <QLocale>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
@@ -33,6 +35,8 @@
 #include <QVBoxLayout>
 
 #include <glog/logging.h>
+
+#include <cmath>
 
 namespace {
 
@@ -46,6 +50,26 @@ QDockWidget *dock(const QString &title, const QString &name, QWidget *content)
     return dock;
 }
 
+// What an export by `options` does to a layer, in words; empty when it stays as it is.
+QString changeText(const cam::ExportOptions &options)
+{
+    const QLocale locale;
+    QStringList parts;
+    if (options.resize != 0.0)
+        parts << MainWindow::tr(options.resize > 0.0 ? "grown by %1 \u00b5m" : "shrunk by %1 \u00b5m")
+                     .arg(locale.toString(std::fabs(options.resize) / 1000.0, 'g', 10));
+    if (options.negative)
+        parts << MainWindow::tr("negated");
+    if (options.xScale != 1.0 || options.yScale != 1.0)
+        parts << MainWindow::tr("scaled by %1 and %2")
+                     .arg(locale.toString(options.xScale, 'g', 10), locale.toString(options.yScale, 'g', 10));
+    if (options.mirror)
+        parts << MainWindow::tr("mirrored");
+    if (options.angle != 0.0)
+        parts << MainWindow::tr("rotated by %1\u00b0").arg(locale.toString(options.angle, 'g', 10));
+    return parts.join(", ");
+}
+
 } // namespace
 
 MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent), m_log(log)
@@ -57,10 +81,11 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent)
     connect(&m_messages, &HostMessages::jobFolderAnnounced, this, &MainWindow::setJobFolder);
     connect(&m_messages, &HostMessages::fileImported, this, &MainWindow::takeImportedFile);
     connect(&m_messages, &HostMessages::exportReported, this, &MainWindow::takeExportReport);
-    // The plug-in's export has the CAM library to itself.
-    connect(&m_messages, &HostMessages::contextRequested, this, [this] {
-        m_view->stopReading();
-        m_exports.watchDialog();
+    connect(&m_messages, &HostMessages::contextRequested, &m_exports, &ExportWatch::watchDialog);
+    connect(&m_exports, &ExportWatch::looked, this, [this] {
+        if (m_asExported->isChecked() && m_layers->currentLayer() &&
+            changeText(chosenOptions()) != m_shownChange)
+            showChosenLayer();
     });
     connect(&m_exports, &ExportWatch::started, this, [this] { m_results->showResults(m_exports.results()); });
     connect(&m_exports, &ExportWatch::changed, this, [this] { m_results->showResults(m_exports.results()); });
@@ -147,6 +172,13 @@ void MainWindow::buildMenus()
     QMenu *view = menuBar()->addMenu(tr("&View"));
     QAction *fit = view->addAction(tr("&Fit layer"), m_view, &GraphicView::fit);
     fit->setShortcut(Qt::Key_F);
+    m_asExported = view->addAction(tr("As &exported"), this, &MainWindow::showChosenLayer);
+    m_asExported->setObjectName("AsExported");
+    m_asExported->setCheckable(true);
+    m_asExported->setChecked(true);
+    m_asExported->setShortcut(Qt::Key_E);
+    m_asExported->setStatusTip(
+        tr("Show layers as the settings and the open Export dialog change them, or as they are in the job"));
     view->addSeparator();
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());
@@ -192,6 +224,7 @@ void MainWindow::addPlugins()
     }
     // Plug-ins have read the settings now, and keep what they read.
     const HostSettings settings = hostsettings::read();
+    m_resize = hostsettings::resizeInNanometres(settings.resize, settings.resizeUnit);
     m_resizeStatus->setText(hostsettings::resizeText(settings.resize, settings.resizeUnit));
     m_resizeStatus->setVisible(settings.resize != 0.0);
     if (m_importAction)
@@ -372,8 +405,35 @@ void MainWindow::updateContext()
 
 void MainWindow::showChosenLayer()
 {
-    if (const ORVEX::API::layer_info *layer = m_layers->currentLayer())
-        m_view->showLayer(QDir(m_jobRoot).filePath(m_openJob), m_layers->currentStep(), *layer);
+    const ORVEX::API::layer_info *layer = m_layers->currentLayer();
+    if (!layer)
+        return;
+    const cam::ExportOptions options = m_asExported->isChecked() ? chosenOptions() : cam::ExportOptions();
+    m_shownChange = changeText(options);
+    m_view->showLayer(QDir(m_jobRoot).filePath(m_openJob), m_layers->currentStep(), *layer, options,
+                      m_shownChange);
+}
+
+cam::ExportOptions MainWindow::chosenOptions() const
+{
+    cam::ExportOptions options;
+    options.resize = m_resize;
+    const ORVEX::API::layer_info *layer = m_layers->currentLayer();
+    const ExportDialog dialog = ExportDialog::find();
+    if (!layer || !dialog.window() || !dialog.problem().isEmpty())
+        return options;
+    const QString name = QString::fromStdString(layer->name);
+    for (int row = 0; row < dialog.rowCount(); ++row) {
+        if (dialog.layer(row).compare(name, Qt::CaseInsensitive) != 0)
+            continue;
+        const LayerChange change = dialog.change(row);
+        options.angle = change.angle;
+        options.mirror = change.mirror;
+        options.xScale = change.xScale;
+        options.yScale = change.yScale;
+        options.negative = change.negate;
+    }
+    return options;
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

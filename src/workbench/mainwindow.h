@@ -77,6 +77,8 @@ private:
     void readOpenJobAgain();
     void updateContext();
     void showChosenLayer();
+    // How an export would change the chosen layer: by the settings, and by the open Export dialog.
+    cam::ExportOptions chosenOptions() const;
     void editSettings();
     void showAbout();
 
@@ -92,6 +94,9 @@ private:
     QDockWidget *m_resultsDock = nullptr;
     MessageBar *m_messageBar = nullptr;
     QToolBar *m_toolBar = nullptr;
+    QAction *m_asExported = nullptr;  // the view shows layers as exports change them
+    double m_resize = 0.0;            // nanometres, as plug-ins have read it
+    QString m_shownChange;            // of the layer in the view
     QLabel *m_resizeStatus = nullptr; // seen while exports change the size of features
     QLabel *m_placeStatus = nullptr;
     QLabel *m_jobStatus = nullptr; // at the right end of the status bar

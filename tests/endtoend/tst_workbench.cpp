@@ -8,9 +8,11 @@
 #include "workbench/mainwindow.h"
 #include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
+#include "workbench/view/layerview.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDirIterator>
 #include <QFileDialog>
 #include <QMenu>
@@ -77,6 +79,7 @@ private:
             QTest::keyClick(menu, Qt::Key_Return);
         });
         dialog.openTableMenu();
+        QDir().mkpath("out"); // what is not there is asked about
         dialog.enterPath(folder.filePath("out"));
         dialog.chooseFormat(format);
         return dialog;
@@ -182,7 +185,7 @@ private slots:
         QVERIFY(window->isReadingLayer());
         window->pressButton(window->exportAction());
         QTRY_COMPARE(exportDialogs().size(), 1);
-        QVERIFY(!window->isReadingLayer());
+        QTRY_COMPARE_WITH_TIMEOUT(window->findChild<LayerView *>()->title(), QString("TOP"), 20000);
     }
 
     void parentWidgetIsReachedThroughTheExportedName()
@@ -203,7 +206,6 @@ private slots:
     void everyLayerOfAnExportHasAResult()
     {
         QFETCH(QString, format);
-        QVERIFY(QDir().mkpath("out"));
         ExportDialog dialog = openDialog(format);
         QVERIFY(dialog.pressOk());
         QTRY_VERIFY(!window->exports().isRunning());
@@ -245,7 +247,6 @@ private slots:
 
     void layersOfACancelledExportAreCancelled()
     {
-        QVERIFY(QDir().mkpath("out"));
         ExportDialog dialog = openDialog(".gds");
         QTimer cancel;
         connect(&cancel, &QTimer::timeout, this, [] {
@@ -267,6 +268,33 @@ private slots:
                  qPrintable(messageBar()->text()));
         QVERIFY(messageBar()->isFailure());
         QCOMPARE(redRows(), cancelled);
+    }
+
+    // The layer TOP is the one that is shown when the job has been opened.
+    void theViewShowsWhatTheOpenDialogExports()
+    {
+        ExportDialog dialog = openDialog(".gds");
+        auto *view = window->findChild<LayerView *>();
+        QTRY_COMPARE_WITH_TIMEOUT(view->title(), QString("TOP"), 20000);
+        const QImage before = view->grab().toImage();
+        auto *table = dialog.window()->findChild<QTableWidget *>();
+        for (int row = 0; row < dialog.rowCount(); ++row) {
+            if (dialog.layer(row) != "TOP")
+                continue;
+            qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText("90");
+            qobject_cast<QComboBox *>(table->cellWidget(row, 6))->setCurrentText("Yes");
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(view->title(),
+                                  QString::fromUtf8("TOP, as exported: negated, rotated by 90\u00b0"), 20000);
+        QVERIFY(view->grab().toImage() != before);
+        auto *asExported = window->findChild<QAction *>("AsExported");
+        asExported->trigger();
+        QTRY_COMPARE_WITH_TIMEOUT(view->title(), QString("TOP"), 20000);
+        QCOMPARE(view->grab().toImage(), before);
+        asExported->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(view->title().contains("negated"), 20000);
+        dialog.pressCancel(); // what it was to export counts no more
+        QTRY_COMPARE_WITH_TIMEOUT(view->title(), QString("TOP"), 20000);
     }
 
     void closingTheProgramWithAnOpenDialogIsSafe()

@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -63,6 +64,62 @@ private slots:
         view.reset(new LayerView);
         view->resize(300, 200);
         view->show();
+    }
+
+    // How bright the pixels are on the whole, 0 to 1 of the colour, in a part of the view without grid and
+    // labels.
+    double brightness(const QRect &part) const
+    {
+        const QImage image = view->grab(part).toImage().convertToFormat(QImage::Format_RGB32);
+        double sum = 0.0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                sum += (qRed(image.pixel(x, y)) - 24) / (255.0 - 24);
+        }
+        return sum / (image.width() * image.height());
+    }
+
+    void smallAreasDoNotVanish_data()
+    {
+        QTest::addColumn<double>("width");
+        QTest::addColumn<double>("height");
+        QTest::newRow("a fifth of a pixel") << 0.2 << 0.2;
+        QTest::newRow("a thousandth") << 0.001 << 0.001;
+        QTest::newRow("nothing") << 0.0 << 0.0;
+        QTest::newRow("almost a pixel") << 0.9 << 0.9;
+        QTest::newRow("thin and high") << 0.01 << 7.0;
+        QTest::newRow("thin and wide") << 7.0 << 0.01;
+    }
+    // One pixel a millimetre; the small area lies somewhere in its pixel.
+    void smallAreasDoNotVanish()
+    {
+        QFETCH(double, width);
+        QFETCH(double, height);
+        for (const QPointF at : {QPointF(0.5, 0.5), QPointF(0.02, 0.07), QPointF(0.95, 0.3)}) {
+            QVector<QPolygonF> areas{rectangle(0, 0, 276, 184)};
+            areas[0] = rectangle(0, 0, 276, 2);
+            areas << rectangle(0, 182, 276, 184);
+            const double x = 60 + at.x(), y = 110 + at.y();
+            areas << rectangle(x, y, x + width, y + height);
+            view->showDrawing(drawingOf(areas), "", color, false);
+            // No line of the grid runs there.
+            const QRect part(70, 70, 20, 20);
+            const double pixels = brightness(part) * part.width() * part.height();
+            QVERIFY2(pixels > 0.3 && pixels < 17.0, qPrintable(QString::number(pixels)));
+        }
+    }
+
+    // A hundred thousand pads of a third of a pixel, of which a quarter of the place is covered.
+    void denseSmallAreasAreAsDarkAsTheyCover()
+    {
+        QVector<QPolygonF> areas;
+        for (double x = 0; x < 276; x += 0.7) {
+            for (double y = 0; y < 184; y += 0.7)
+                areas << rectangle(x, y, x + 0.5, y + 0.5);
+        }
+        view->showDrawing(drawingOf(areas), "", color, false);
+        const double share = brightness(QRect(100, 60, 60, 60));
+        QVERIFY2(std::fabs(share - 0.51) < 0.08, qPrintable(QString::number(share)));
     }
 
     void areasAreFilledAndTheRestIsNot()

@@ -6,7 +6,7 @@
 namespace {
 
 const int outlineDataType = 1;
-const double mostAreas = 1000000; // more do not fit into a picture, nor the memory for them
+const double mostAreas = 5e6; // a gigabyte of memory
 
 } // namespace
 

@@ -24,12 +24,14 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new LayerVie
     });
 }
 
-void GraphicView::showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer)
+void GraphicView::showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer,
+                            const cam::ExportOptions &options, const QString &change)
 {
     m_job = job + "/" + step;
     m_layer = QString::fromStdString(layer.name);
     m_color = viewColor(layer);
-    m_loader.load(job, step, m_layer);
+    m_change = change;
+    m_loader.load(job, step, m_layer, options);
 }
 
 void GraphicView::showFile(const QString &path)
@@ -59,6 +61,8 @@ void GraphicView::fit()
 
 void GraphicView::takeDrawing(const LayerDrawing &drawing)
 {
-    m_view->showDrawing(drawing, m_layer, m_color, m_job == m_shownJob);
+    m_view->showDrawing(drawing,
+                        m_change.isEmpty() ? m_layer : tr("%1, as exported: %2").arg(m_layer, m_change),
+                        m_color, m_job == m_shownJob);
     m_shownJob = m_job;
 }

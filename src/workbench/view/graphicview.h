@@ -17,7 +17,10 @@ public:
     explicit GraphicView(QWidget *parent = nullptr);
 
     // `job`: the job's folder.
-    void showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer);
+    // The layer of the job in the folder `job`, changed by `options` as by an export; `change` says how, for
+    // the title.
+    void showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer,
+                   const cam::ExportOptions &options, const QString &change);
     // Shows a GDSII file that belongs to no job.
     void showFile(const QString &path);
     void showText(const QString &text);
@@ -40,5 +43,6 @@ private:
     QString m_job; // of the layer shown or being read, as what follows
     QString m_shownJob;
     QString m_layer;
+    QString m_change;
     QColor m_color;
 };

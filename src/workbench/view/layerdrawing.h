@@ -17,5 +17,5 @@ Q_DECLARE_METATYPE(LayerDrawing)
 
 // Reads the GDSII stream file `path` into a drawing of its top structures, with everything they refer to.
 // Boundaries of data type 1 and paths without a width are outline, everything else is area. Throws cam::Error
-// for what cannot be read, and for a million areas and more.
+// for what cannot be read, and for more than five million areas.
 LayerDrawing readGds(const QString &path);

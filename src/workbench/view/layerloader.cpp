@@ -30,7 +30,8 @@ LayerLoader::~LayerLoader()
     stop();
 }
 
-void LayerLoader::load(const QString &job, const QString &step, const QString &layer)
+void LayerLoader::load(const QString &job, const QString &step, const QString &layer,
+                       const cam::ExportOptions &options)
 {
     stop();
     m_work.reset(new Work);
@@ -38,6 +39,7 @@ void LayerLoader::load(const QString &job, const QString &step, const QString &l
     request.job = localPath(job);
     request.step = step.toStdString();
     request.layer = layer.toStdString();
+    request.options = options;
     request.options.file = localPath(m_folder.filePath("layer.gds"));
     request.options.profileOnTop = true;
     request.options.report = [work = m_work.get()](double share) {

@@ -22,8 +22,9 @@ public:
     // Ends what is running.
     ~LayerLoader() override;
 
-    // `job`: the job's folder.
-    void load(const QString &job, const QString &step, const QString &layer);
+    // `job`: the job's folder. The layer is changed by `options` as by an export; their file does not count.
+    void load(const QString &job, const QString &step, const QString &layer,
+              const cam::ExportOptions &options);
     // Ends what is running and forgets it; returns when it has ended.
     void stop();
     bool isBusy() const { return bool(m_work); }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -13,6 +14,7 @@ const QColor background(24, 28, 32);
 const QColor gridColour(44, 50, 56);
 const QColor textColour(200, 206, 212);
 const int oversampling = 2;
+const double leastCoverage = 0.35; // of the pixel that a small area lies in, so that it is seen
 const double margin = 0.92;        // of the view's size that a fitted layer takes
 const double smallestScale = 0.02; // pixels a millimetre
 const double largestScale = 50000;
@@ -26,6 +28,28 @@ double roundLength(double value)
             return step * power;
     }
     return 10.0 * power;
+}
+
+// Whether two boxes have a point in common. One may be a line or a point.
+bool overlap(const QRectF &first, const QRectF &second)
+{
+    return first.left() <= second.right() && second.left() <= first.right() &&
+           first.top() <= second.bottom() && second.top() <= first.bottom();
+}
+
+// The pixel that a point lies in.
+QPoint cellOf(const QPointF &point)
+{
+    return QPoint(int(std::floor(point.x())), int(std::floor(point.y())));
+}
+
+// Of a closed polygon, without its sign.
+double areaOf(const QPolygonF &polygon)
+{
+    double twice = 0.0;
+    for (int i = 0; i + 1 < polygon.size(); ++i)
+        twice += polygon[i].x() * polygon[i + 1].y() - polygon[i + 1].x() * polygon[i].y();
+    return std::fabs(twice) / 2.0;
 }
 
 // `text` with its upper left corner at `corner`, readable on whatever is drawn there.
@@ -53,6 +77,16 @@ void LayerView::showDrawing(const LayerDrawing &drawing, const QString &title, c
 {
     const bool keepPlace = sameJob && m_hasDrawing && !m_fitted;
     m_drawing = drawing;
+    m_sizes.clear();
+    m_sizes.reserve(drawing.areas.size());
+    for (const QPolygonF &polygon : drawing.areas) {
+        AreaSize size;
+        size.box = polygon.boundingRect();
+        size.area = areaOf(polygon);
+        const double longer = std::max(size.box.width(), size.box.height());
+        size.thickness = longer > 0.0 ? size.area / longer : 0.0;
+        m_sizes << size;
+    }
     m_hasDrawing = true;
     m_title = title;
     m_color = color;
@@ -67,6 +101,7 @@ void LayerView::showText(const QString &text)
 {
     m_hasDrawing = false;
     m_drawing = LayerDrawing();
+    m_sizes.clear();
     m_title.clear();
     m_progress.clear();
     m_text = text;
@@ -156,31 +191,67 @@ QTransform LayerView::toView() const
     return transform;
 }
 
-bool LayerView::isSeen(const QPolygonF &polygon) const
+QRectF LayerView::visiblePlaces() const
 {
-    const QRectF visible = QRectF(toPlace(QPointF(0, height())), toPlace(QPointF(width(), 0))).normalized();
-    // A straight line has an empty rectangle, which intersects nothing.
-    return polygon.boundingRect().adjusted(-1e-6, -1e-6, 1e-6, 1e-6).intersects(visible);
+    return QRectF(toPlace(QPointF(0, height())), toPlace(QPointF(width(), 0))).normalized();
 }
 
 // Larger than shown and without antialiasing, then made smaller: antialiased one by one, areas that touch
-// would show a seam between them.
+// would show a seam between them. Nothing vanishes: what is thinner than a pixel is drawn a pixel wide, and
+// what is smaller in both directions darkens its pixel by its share of it, but never so little that it is not
+// seen.
 QImage LayerView::areasImage(qreal pixelRatio) const
 {
     const QSize pixels = size() * pixelRatio;
     QImage image(pixels * oversampling, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    painter.setPen(Qt::NoPen);
     painter.setBrush(m_color);
+    const QPen hairline(m_color, oversampling);
     const QTransform transform =
         toView() * QTransform::fromScale(pixelRatio * oversampling, pixelRatio * oversampling);
-    for (const QPolygonF &area : m_drawing.areas) {
-        if (isSeen(area))
-            painter.drawPolygon(transform.map(area), Qt::WindingFill);
+    const QTransform toPixels = toView() * QTransform::fromScale(pixelRatio, pixelRatio);
+    const double pixel = 1.0 / (m_scale * pixelRatio); // millimetres
+    const QRectF visible = visiblePlaces();
+    std::vector<float> coverage; // of each pixel by areas smaller than one
+    for (int i = 0; i < m_drawing.areas.size(); ++i) {
+        const AreaSize &area = m_sizes[i];
+        if (!overlap(area.box, visible))
+            continue;
+        if (area.box.width() >= pixel || area.box.height() >= pixel) {
+            painter.setPen(area.thickness < pixel ? hairline : QPen(Qt::NoPen));
+            painter.drawPolygon(transform.map(m_drawing.areas[i]), Qt::WindingFill);
+            continue;
+        }
+        if (coverage.empty())
+            coverage.resize(std::size_t(pixels.width()) * std::size_t(pixels.height()));
+        const QPoint at = cellOf(toPixels.map(area.box.center()));
+        if (QRect(QPoint(), pixels).contains(at))
+            coverage[std::size_t(at.y()) * std::size_t(pixels.width()) + std::size_t(at.x())] +=
+                float(area.area / (pixel * pixel)) + std::numeric_limits<float>::min();
     }
     painter.end();
-    return image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    image = image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (!coverage.empty())
+        addCoverage(image, coverage);
+    return image;
+}
+
+// Puts the colour over the pixels that small areas cover, as dense as they cover it.
+void LayerView::addCoverage(QImage &image, const std::vector<float> &coverage) const
+{
+    auto share = coverage.cbegin();
+    for (int y = 0; y < image.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x, ++share) {
+            if (*share == 0.0f)
+                continue;
+            const double over = std::min(std::max(double(*share), leastCoverage), 1.0);
+            const double alpha = over + (1.0 - over) * qAlpha(line[x]) / 255.0;
+            line[x] = qPremultiply(
+                qRgba(m_color.red(), m_color.green(), m_color.blue(), int(std::lround(255.0 * alpha))));
+        }
+    }
 }
 
 void LayerView::drawOutlines(QPainter &painter) const
@@ -189,8 +260,9 @@ void LayerView::drawOutlines(QPainter &painter) const
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor(255, 255, 255, 190), 1));
     const QTransform transform = toView();
+    const QRectF visible = visiblePlaces();
     for (const QPolygonF &outline : m_drawing.outlines) {
-        if (isSeen(outline))
+        if (overlap(outline.boundingRect(), visible))
             painter.drawPolyline(transform.map(outline));
     }
 }

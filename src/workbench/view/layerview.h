@@ -8,7 +8,10 @@
 #include <QPixmap>
 #include <QPoint>
 #include <QTransform>
+#include <QVector>
 #include <QWidget>
+
+#include <vector>
 
 class LayerView : public QWidget
 {
@@ -19,6 +22,8 @@ public:
 
     // Keeps the place shown when `sameJob` is set and the view is not empty.
     void showDrawing(const LayerDrawing &drawing, const QString &title, const QColor &color, bool sameJob);
+    // Of what is shown.
+    QString title() const { return m_title; }
     // Shows `text` instead of a drawing.
     void showText(const QString &text);
     // Shows that a layer is being read, over what is shown.
@@ -42,19 +47,28 @@ protected:
     void leaveEvent(QEvent *event) override;
 
 private:
+    struct AreaSize
+    {
+        QRectF box;
+        double area = 0.0;      // square millimetres
+        double thickness = 0.0; // millimetres: its area over the longer side of its box
+    };
+
     QPointF toScreen(const QPointF &place) const;
     QPointF toPlace(const QPointF &screen) const;
     void zoomAbout(const QPointF &screen, double factor);
     void changed();
     void drawLayer();
     QTransform toView() const;
-    bool isSeen(const QPolygonF &polygon) const;
+    QRectF visiblePlaces() const;
     QImage areasImage(qreal pixelRatio) const;
+    void addCoverage(QImage &image, const std::vector<float> &coverage) const;
     void drawGrid(QPainter &painter) const;
     void drawOutlines(QPainter &painter) const;
     void drawScale(QPainter &painter) const;
 
     LayerDrawing m_drawing;
+    QVector<AreaSize> m_sizes; // of m_drawing.areas
     bool m_hasDrawing = false;
     QString m_title;
     QString m_text;

@@ -140,7 +140,7 @@ std::vector<Point> samplesOf(const Shape &plain, const Shape &grown, double grow
     const auto between = [&](double low, double high) {
         return low + (high - low) * (static_cast<double>(random()) / 4294967296.0);
     };
-    for (int i = 0; i < 40; ++i)
+    for (int i = 0; i < 25; ++i)
         samples.push_back({between(box.low.x - margin, box.high.x + margin),
                            between(box.low.y - margin, box.high.y + margin)});
     return samples;
@@ -238,7 +238,7 @@ void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt_data()
             row(QString("rc_ths300x200") + gaps + "x30" + corners, 30);
         }
     }
-    for (const char *sides : {"300x200", "200x300", "200x200", "400x100"}) {
+    for (const char *sides : {"300x200", "200x300", "400x100"}) {
         for (const char *gaps : {"x0x4x20", "x45x4x90", "x90x4x110", "x45x2x60", "x135x2x130", "x45x1x20",
                                  "x180x1x190", "x0x0x20", "x90x2x300"}) {
             for (const char *line : {"x30", "x50"}) {
@@ -273,7 +273,10 @@ void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt()
     QFETCH(const double, line);
     const auto symbol = cam::parseStandardSymbol(name.toStdString(), cam::SymbolUnit::Micrometres);
     const Shape plain = cam::shapeOf(symbol);
-    for (const double share : {-1.5, -0.97, -0.6, -0.2, 0.0, 0.4, 1.1, 2.5}) {
+    // Two of them for each symbol, so that the test takes seconds; families have many symbols.
+    const double shares[] = {-1.5, -0.97, -0.6, 0.1, 0.4, 2.5};
+    const int first = qChecksum(name.toLatin1().constData(), uint(name.size())) % 3;
+    for (const double share : {shares[first], shares[first + 3]}) {
         const double growth = share * line * 1000.0;
         const QByteArray where = " by " + QByteArray::number(growth / 1000.0) + " um";
         Shape grown;

@@ -544,7 +544,7 @@ private slots:
         };
         exported(folder, options);
         QVERIFY(isRising);
-        QVERIFY2(largest <= 0.02, qPrintable(QString::number(largest)));
+        QVERIFY2(largest <= 0.035, qPrintable(QString::number(largest)));
         QCOMPARE(last, 1.0);
     }
 

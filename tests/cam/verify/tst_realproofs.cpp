@@ -40,7 +40,10 @@ void TestRealProofs::layersAreProven()
     QFETCH(const bool, isTransformed);
     const bool isAll = qgetenv("FILE_PROCESS_PROOFS") == "all";
     // In the suite: what even a build without optimisation does in a blink.
-    constexpr std::size_t mostFeatures = 2000, mostEdges = 8000;
+    constexpr std::size_t mostFeatures = 300, mostEdges = 1000;
+    constexpr qint64 mostTime = 3000; // milliseconds of an archive under one transform
+    QElapsedTimer all;
+    all.start();
     const TemporaryWorkingFolder folder;
     unpackArchive(archive, folder.filePath("job"));
     const QStringList roots = QDir(folder.filePath("job")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
@@ -59,7 +62,8 @@ void TestRealProofs::layersAreProven()
                 continue;
             }
             const cam::FeatureSet &features = image.top().features;
-            if (!isAll && (features.order.size() > mostFeatures || features.contours.edgeCount() > mostEdges))
+            if (!isAll && (features.order.size() > mostFeatures ||
+                           features.contours.edgeCount() > mostEdges || all.elapsed() > mostTime))
                 continue;
             for (const bool isGerber : {false, true}) {
                 cam::ExportOptions options;

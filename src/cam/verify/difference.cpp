@@ -193,6 +193,20 @@ Comparison Comparer::compare()
             compareRuns(first.runs[i].paints, second.runs[i].paints, step * static_cast<double>(i),
                         step * static_cast<double>(i + 1));
     } else {
+        // A negative meets areas that were cut out of one: no paint of theirs is the other's.
+        if (m_first.isNegated() != m_second.isNegated()) {
+            GridBox all;
+            for (const Picture *picture : {&m_first, &m_second}) {
+                for (const Paint &paint : picture->paints())
+                    all.add(paint.box);
+            }
+            if (!all.isEmpty())
+                addExact(all);
+            compareExactly();
+            conclude();
+            m_control.report(1.0);
+            return std::move(m_result);
+        }
         // Beside everything that is clear, both are what they paint dark.
         std::vector<std::uint32_t> dark[2];
         for (const int side : {0, 1}) {

@@ -154,6 +154,7 @@ void parseExport(const QStringList &arguments, Arguments &result)
     parser.option("jobs", "How many layers at once. (One a core otherwise.)", "number");
     parser.option("memory", "What the layers at work may take together, by estimate. (1000 otherwise.)",
                   "megabytes");
+    parser.flag("verify", "Read each file back and compare it with its layer.");
     parser.flag("resume",
                 "Pass over jobs that an earlier run has done: the same input, options and version, and the "
                 "files still there.");
@@ -222,6 +223,7 @@ void parseExport(const QStringList &arguments, Arguments &result)
     values.json = parser.text("json");
     if (parser.isSet("json") && values.json.isEmpty())
         error = "--json: expected a file, or -";
+    values.verify = parser.isSet("verify");
     values.resume = parser.isSet("resume");
 }
 

@@ -28,6 +28,7 @@ struct ExportArguments
     int threads = 1;
     double megabytes = 0.0; // that layers being exported may take together, by estimate
     bool resume = false;
+    bool verify = false; // read each file back and compare it with its layer
 };
 
 struct InfoArguments

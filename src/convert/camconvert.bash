@@ -24,7 +24,7 @@ _camconvert()
         case ${COMP_WORDS[1]} in
             export)
                 COMPREPLY=($(compgen -W "--format --out --step --layers --name --rotate --mirror --x-scale --y-scale
-                    --resize --negate --positive --dbu --profile --json --jobs --memory --resume --help" -- "$word"))
+                    --resize --negate --positive --dbu --profile --json --jobs --memory --verify --resume --help" -- "$word"))
                 ;;
             info) COMPREPLY=($(compgen -W "--json --help" -- "$word")) ;;
         esac

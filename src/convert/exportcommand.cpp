@@ -28,6 +28,8 @@ void print(const JobReport &report, const ExportArguments &arguments, Console &c
         }
         ++files;
         bytes += file.bytes;
+        if (!file.isProven())
+            console.error(what + ": not proven: " + QString::fromUtf8(lineOf(file.verification)));
         if (arguments.json == "-")
             continue;
         const QString path = QDir::toNativeSeparators(QDir(arguments.outputFolder).filePath(file.file));
@@ -70,11 +72,12 @@ ExitCode runExport(const ExportArguments &arguments, Console &console, const std
     }
     TaskPool pool(arguments.threads, arguments.megabytes, cancelled);
     std::mutex mutex;
-    bool isDone = true;
+    bool isDone = true, isProven = true;
     QByteArray lines;
     const auto finish = [&](const JobReport &report) {
         const std::lock_guard<std::mutex> lock(mutex);
         isDone = isDone && report.isDone();
+        isProven = isProven && report.isProven();
         print(report, arguments, console);
         const QByteArray line = lineOf(report.toJson());
         lines += line + '\n';
@@ -109,7 +112,9 @@ ExitCode runExport(const ExportArguments &arguments, Console &console, const std
     pool.run();
     if (!arguments.json.isEmpty() && arguments.json != "-" && !cancelled)
         isDone = writeLines(arguments.json, lines, console) && isDone;
-    return isDone ? Done : SomethingFailed;
+    if (!isDone)
+        return SomethingFailed;
+    return isProven ? Done : NotProven;
 }
 
 } // namespace convert

@@ -2,11 +2,13 @@
 
 #include "cam/base/paths.h"
 #include "cam/odb/job.h"
+#include "cam/verify/verification.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QSaveFile>
 
@@ -38,8 +40,9 @@ QString wordOf(cam::FileFormat format)
 QByteArray textOf(const ExportArguments &arguments)
 {
     const cam::ExportOptions &options = arguments.options;
-    QStringList words{arguments.step, arguments.layers.join(','), arguments.onlyBoard ? "board" : "all",
-                      arguments.namePattern, arguments.positive ? "positive" : ""};
+    QStringList words{
+        arguments.step,        arguments.layers.join(','),           arguments.onlyBoard ? "board" : "all",
+        arguments.namePattern, arguments.positive ? "positive" : "", arguments.verify ? "verify" : ""};
     for (const cam::FileFormat format : arguments.formats)
         words << wordOf(format);
     for (const double number : {options.dbu, options.resize, options.angle, options.xScale, options.yScale})
@@ -47,6 +50,26 @@ QByteArray textOf(const ExportArguments &arguments)
     for (const bool flag : {options.negative, options.profileOnTop, options.mirror})
         words << QString::number(flag);
     return words.join('\n').toUtf8();
+}
+
+// What reading the file back and comparing it with its layer shows.
+QJsonObject verification(const cam::LayerImage &image, const cam::ExportOptions &options)
+{
+    cam::VerifyControl control;
+    control.report = options.report;
+    const cam::Comparison found = cam::verifyFile(image, options, options.file, control);
+    if (!found.reason.empty())
+        return {{"proven", false}, {"reason", QString::fromStdString(found.reason)}};
+    QJsonObject json{{"proven", found.isProven()},
+                     {"missing", found.missingArea},
+                     {"extra", found.extraArea},
+                     {"deviation", found.deviation},
+                     {"places", double(found.placesInAll)}};
+    if (!found.places.empty()) {
+        const cam::Point at = found.places.front().at;
+        json["first"] = QJsonArray{at.x / 1e6, at.y / 1e6};
+    }
+    return json;
 }
 
 } // namespace
@@ -289,6 +312,8 @@ void JobExport::write(const cam::LayerImage &image, const cam::ExportRequest &re
     file.status = FileReport::Status::Written;
     file.bytes = QFileInfo(path).size();
     file.hash = hashOfFile(path);
+    if (m_run.arguments.verify)
+        file.verification = verification(image, complete.options);
 }
 
 void JobExport::layerDone()
@@ -303,7 +328,7 @@ void JobExport::finish()
 {
     m_source.close();
     m_report.seconds = secondsSince(m_start);
-    if (m_report.isDone()) {
+    if (m_report.isProven()) {
         try {
             writeRecord();
         } catch (const std::exception &failure) {
@@ -344,7 +369,7 @@ std::optional<JobReport> JobExport::earlierReport() const
     JobReport earlier = reportFrom(json);
     if (json["version"].toInt() != reportVersion ||
         json["program"].toString() != "camconvert " PROGRAM_VERSION || earlier.hash != m_report.hash ||
-        earlier.job != m_report.job || !earlier.isDone())
+        earlier.job != m_report.job || !earlier.isProven())
         return std::nullopt;
     for (const FileReport &file : earlier.files) {
         const QString path = QDir(m_run.arguments.outputFolder).filePath(file.file);

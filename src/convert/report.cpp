@@ -22,6 +22,8 @@ QJsonObject toJson(const FileReport &file)
         json["sha256"] = file.hash;
         json["bytes"] = double(file.bytes);
     }
+    if (!file.verification.isEmpty())
+        json["verification"] = file.verification;
     return json;
 }
 
@@ -36,6 +38,7 @@ FileReport fileFrom(const QJsonObject &json)
     file.seconds = json["seconds"].toDouble();
     for (const QJsonValue &warning : json["warnings"].toArray())
         file.warnings << warning.toString();
+    file.verification = json["verification"].toObject();
     file.error = json["error"].toString();
     for (int i = 0; i < 3; ++i) {
         if (json["status"].toString() == statusWords[i])
@@ -51,6 +54,12 @@ bool JobReport::isDone() const
     return error.isEmpty() && std::none_of(files.begin(), files.end(), [](const FileReport &file) {
                return file.status == FileReport::Status::Failed;
            });
+}
+
+bool JobReport::isProven() const
+{
+    return isDone() &&
+           std::all_of(files.begin(), files.end(), [](const FileReport &file) { return file.isProven(); });
 }
 
 QJsonObject JobReport::toJson() const

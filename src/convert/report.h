@@ -24,6 +24,9 @@ struct FileReport
     double seconds = 0.0;
     QStringList warnings;
     QString error;
+    QJsonObject verification; // as docs/camconvert.schema.json says; empty when it was not asked for
+
+    bool isProven() const { return verification.isEmpty() || verification["proven"].toBool(); }
 };
 
 struct JobReport
@@ -36,7 +39,8 @@ struct JobReport
     QString error; // of the job as a whole
     std::vector<FileReport> files;
 
-    bool isDone() const;
+    bool isDone() const;   // nothing failed
+    bool isProven() const; // nor is anything that was verified not proven
     QJsonObject toJson() const;
 };
 

@@ -443,6 +443,24 @@ private slots:
         QCOMPARE(QJsonDocument::fromJson(line).object()["files"].toArray().size(), 8);
     }
 
+    void verifiedFilesAreProven()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        const Ran ran = program.run({"export", job.filePath("board"), "--out", "o", "--verify", "--rotate",
+                                     "30", "--mirror", "--json", "-"});
+        QVERIFY2(ran.code == 0, qPrintable(ran.errors));
+        QCOMPARE(ran.json()["files"].toArray().size(), 8);
+        for (const QJsonValue &file : ran.json()["files"].toArray())
+            QVERIFY(file.toObject()["verification"].toObject()["proven"].toBool());
+        // A database unit as coarse as the layer proves nothing.
+        const Ran coarse = program.run({"export", job.filePath("board"), "--out", "o", "--verify", "--dbu",
+                                        "100", "--format", "gds", "--layers", "top"});
+        QCOMPARE(coarse.code, 3);
+        QVERIFY2(coarse.errors.contains("board/pcb/top (gds): not proven: "), qPrintable(coarse.errors));
+    }
+
     void resumePassesOverWhatIsDone()
     {
         JobFolder job;

@@ -21,6 +21,12 @@ if git grep -nE '\b(Qt::(SkipEmptyParts|endl|hex|dec)|QRandomGenerator|QString::
     complain "Qt 5.9 does not have these."
 fi
 
+# tst_layertable.cpp holds the class tst_LayerTable, so that a test that fails names its file.
+for test in $(git ls-files 'tests/**/tst_*.cpp'); do
+    grep -Eio '^class tst_\w+ : public QObject' "$test" | grep -qi "^class $(basename "$test" .cpp) " ||
+        complain "$test: the test class is to have the name of its file."
+done
+
 for script in scripts/*.sh scripts/windows/*.sh .ci/run; do
     bash -n "$script" || complain "$script does not parse."
     # wine.sh is sourced by the others.

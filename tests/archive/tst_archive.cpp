@@ -13,7 +13,7 @@
 
 using namespace archive;
 
-class TestArchive : public QObject
+class tst_Archive : public QObject
 {
     Q_OBJECT
 
@@ -127,14 +127,14 @@ private:
 
 using Tree = QMap<QString, QByteArray>;
 
-void TestArchive::init()
+void tst_Archive::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_library = std::make_unique<Bit7zLibrary>();
     QDir().mkpath(out());
 }
 
-void TestArchive::gzipWithoutANameBecomesTheBaseName()
+void tst_Archive::gzipWithoutANameBecomesTheBaseName()
 {
     QVERIFY(writeFile(path("ABC.tgz"), gzip("content")));
     extract(BitFormat::GZip, path("ABC.tgz"));
@@ -144,14 +144,14 @@ void TestArchive::gzipWithoutANameBecomesTheBaseName()
     QCOMPARE(tree(), (Tree{{"ABC", "content"}, {"a.b", "other"}}));
 }
 
-void TestArchive::gzipWithANameBecomesThatName()
+void tst_Archive::gzipWithANameBecomesThatName()
 {
     QVERIFY(writeFile(path("ABC.tgz"), gzip("content", "xyz.tar")));
     extract(BitFormat::GZip, path("ABC.tgz"));
     QCOMPARE(tree(), (Tree{{"xyz.tar", "content"}}));
 }
 
-void TestArchive::gzipWithoutANameGetsItsEndingAtOnceWhenAFolderIsInTheWay()
+void tst_Archive::gzipWithoutANameGetsItsEndingAtOnceWhenAFolderIsInTheWay()
 {
     QVERIFY(writeFile(out() + "/ABC/matrix", "old"));
     QVERIFY(writeFile(path("ABC.tgz"), gzip("content")));
@@ -159,7 +159,7 @@ void TestArchive::gzipWithoutANameGetsItsEndingAtOnceWhenAFolderIsInTheWay()
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/matrix", "old"}, {"ABC.tar", "content"}}));
 }
 
-void TestArchive::gzipWithoutANameReplacesAnOldTar()
+void tst_Archive::gzipWithoutANameReplacesAnOldTar()
 {
     QVERIFY(writeFile(out() + "/ABC.tar", "left over"));
     QVERIFY(writeFile(path("ABC.tgz"), gzip("content")));
@@ -167,7 +167,7 @@ void TestArchive::gzipWithoutANameReplacesAnOldTar()
     QCOMPARE(tree(), (Tree{{"ABC.tar", "content"}}));
 }
 
-void TestArchive::gzipMembersOneAfterTheOtherAreOneContent()
+void tst_Archive::gzipMembersOneAfterTheOtherAreOneContent()
 {
     QVERIFY(writeFile(path("ABC.tgz"),
                       gzip("first ", "one") + gzip("second ", "two") + gzip("") + gzip("third")));
@@ -175,7 +175,7 @@ void TestArchive::gzipMembersOneAfterTheOtherAreOneContent()
     QCOMPARE(tree(), (Tree{{"one", "first second third"}}));
 }
 
-void TestArchive::gzipMemberInAFolderIsRefused()
+void tst_Archive::gzipMemberInAFolderIsRefused()
 {
     for (const char *name : {"../x.tar", "/tmp/x.tar", "d/x.tar", "..\\x.tar", "C:\\x.tar", ".."}) {
         QVERIFY(writeFile(path("ABC.tgz"), gzip("content", name)));
@@ -186,7 +186,7 @@ void TestArchive::gzipMemberInAFolderIsRefused()
     }
 }
 
-void TestArchive::gzipMemberDoesNotReplaceItsArchive()
+void tst_Archive::gzipMemberDoesNotReplaceItsArchive()
 {
     const QByteArray bytes = gzip("content", "ABC.tgz");
     QVERIFY(writeFile(out() + "/ABC.tgz", bytes));
@@ -194,7 +194,7 @@ void TestArchive::gzipMemberDoesNotReplaceItsArchive()
     QCOMPARE(tree(), (Tree{{"ABC.tgz", bytes}}));
 }
 
-void TestArchive::gzipMemberDoesNotReplaceAFolder()
+void tst_Archive::gzipMemberDoesNotReplaceAFolder()
 {
     QVERIFY(writeFile(out() + "/ABC/matrix", "old"));
     QVERIFY(writeFile(path("x.tgz"), gzip("content", "ABC")));
@@ -202,7 +202,7 @@ void TestArchive::gzipMemberDoesNotReplaceAFolder()
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/matrix", "old"}}));
 }
 
-void TestArchive::gzipMemberReplacesNoFileButATar()
+void tst_Archive::gzipMemberReplacesNoFileButATar()
 {
     QVERIFY(writeFile(out() + "/list.ini", "the user's"));
     QVERIFY(writeFile(path("x.tgz"), gzip("content", "list.ini")));
@@ -216,7 +216,7 @@ void TestArchive::gzipMemberReplacesNoFileButATar()
     QCOMPARE(readFile(out() + "/xyz.TAR"), QByteArray("content"));
 }
 
-void TestArchive::namesArePathsAndTheirLastPart()
+void tst_Archive::namesArePathsAndTheirLastPart()
 {
     QVERIFY(writeFile(path("x.tar"), TarBuilder().folder("./ABC/").file("ABC/matrix/matrix", "m").bytes()));
     const std::vector<BitArchiveItem> items =
@@ -229,7 +229,7 @@ void TestArchive::namesArePathsAndTheirLastPart()
              std::wstring());
 }
 
-void TestArchive::tarBecomesItsTree()
+void tst_Archive::tarBecomesItsTree()
 {
     extractTar(TarBuilder()
                    .folder("ABC/")
@@ -245,7 +245,7 @@ void TestArchive::tarBecomesItsTree()
                            {"ABC/large", QByteArray(3000000, 'l')}}));
 }
 
-void TestArchive::tarWithoutFolderEntriesBecomesItsTree()
+void tst_Archive::tarWithoutFolderEntriesBecomesItsTree()
 {
     extractTar(TarBuilder().file("./ABC/a/b/c", "1").file("ABC/a/b/d", "2").file("top", "3").bytes());
     QCOMPARE(tree(), (Tree{{"ABC/", ""},
@@ -256,7 +256,7 @@ void TestArchive::tarWithoutFolderEntriesBecomesItsTree()
                            {"top", "3"}}));
 }
 
-void TestArchive::tarMergesIntoTheFolderThatItMay()
+void tst_Archive::tarMergesIntoTheFolderThatItMay()
 {
     QVERIFY(writeFile(out() + "/ABC/kept", "kept"));
     QVERIFY(writeFile(out() + "/ABC/d/replaced", "old"));
@@ -272,7 +272,7 @@ void TestArchive::tarMergesIntoTheFolderThatItMay()
                            {"ABC/d/e/f", "more"}}));
 }
 
-void TestArchive::takenNamesAtTheTopGetFreeOnes_data()
+void tst_Archive::takenNamesAtTheTopGetFreeOnes_data()
 {
     QTest::addColumn<QStringList>("there"); // files; a folder's is "<folder>/x"
     QTest::addColumn<QByteArray>("tar");
@@ -299,7 +299,7 @@ void TestArchive::takenNamesAtTheTopGetFreeOnes_data()
                                     << QStringList{"a.b~1/", "a.b~1/new"};
 }
 
-void TestArchive::takenNamesAtTheTopGetFreeOnes()
+void tst_Archive::takenNamesAtTheTopGetFreeOnes()
 {
     QFETCH(QStringList, there);
     QFETCH(QByteArray, tar);
@@ -313,7 +313,7 @@ void TestArchive::takenNamesAtTheTopGetFreeOnes()
     QTEST(QStringList(come.keys()), "come");
 }
 
-void TestArchive::everyTakenNameGetsAFreeOneOfItsOwn()
+void tst_Archive::everyTakenNameGetsAFreeOneOfItsOwn()
 {
     const QByteArray tar = TarBuilder().file("odb/x", "x").file("readme", "r").file("free/x", "x").bytes();
     QVERIFY(writeFile(out() + "/odb/x", "old"));
@@ -323,7 +323,7 @@ void TestArchive::everyTakenNameGetsAFreeOneOfItsOwn()
                         {L"free", L"free"}, {L"odb", L"odb~1"}, {L"readme", L"readme~1"}}));
 }
 
-void TestArchive::onlyTheNamedFolderIsMergedInto()
+void tst_Archive::onlyTheNamedFolderIsMergedInto()
 {
     QVERIFY(writeFile(out() + "/odb/x", "old"));
     QVERIFY(writeFile(out() + "/ABC/x", "old"));
@@ -336,13 +336,13 @@ void TestArchive::onlyTheNamedFolderIsMergedInto()
                            {"odb~1/x", "new"}}));
 }
 
-void TestArchive::aFolderOfTheMergedNameThatIsNotThereIsMade()
+void tst_Archive::aFolderOfTheMergedNameThatIsNotThereIsMade()
 {
     extractTar(TarBuilder().file("ABC/x", "new").bytes(), L"ABC");
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/x", "new"}}));
 }
 
-void TestArchive::theTopFolderIsTheFirstPartOfThePath()
+void tst_Archive::theTopFolderIsTheFirstPartOfThePath()
 {
     QVERIFY(writeFile(path("x.tar"), TarBuilder()
                                          .folder("./")
@@ -359,7 +359,7 @@ void TestArchive::theTopFolderIsTheFirstPartOfThePath()
     QCOMPARE(folders, (std::vector<std::wstring>{L".", L"", L"odb", L"odb", L"odb", L"odb"}));
 }
 
-void TestArchive::tarKeepsTimes()
+void tst_Archive::tarKeepsTimes()
 {
     extractTar(TarBuilder().folder("ABC/").file("ABC/x", "x").bytes());
     const qint64 stored = 014000000000;
@@ -367,7 +367,7 @@ void TestArchive::tarKeepsTimes()
     QCOMPARE(QFileInfo(out() + "/ABC").lastModified().toSecsSinceEpoch(), stored);
 }
 
-void TestArchive::emptyTarHasNoItems()
+void tst_Archive::emptyTarHasNoItems()
 {
     QVERIFY(writeFile(path("x.tar"), TarBuilder().bytes()));
     QVERIFY(BitArchiveInfo(*m_library, path("x.tar").toStdWString(), BitFormat::Tar).items().empty());
@@ -375,7 +375,7 @@ void TestArchive::emptyTarHasNoItems()
     QCOMPARE(tree(), Tree());
 }
 
-void TestArchive::longNamesInEveryForm_data()
+void tst_Archive::longNamesInEveryForm_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     const QByteArray name = "ABC/" + QByteArray(120, 'd') + "/" + QByteArray(140, 'f');
@@ -387,7 +387,7 @@ void TestArchive::longNamesInEveryForm_data()
     QTest::newRow("extended header") << TarBuilder().extended({{"path", name}}).file("short", "x").bytes();
 }
 
-void TestArchive::longNamesInEveryForm()
+void tst_Archive::longNamesInEveryForm()
 {
     QFETCH(QByteArray, bytes);
     const QString folder = QString(120, 'd');
@@ -397,7 +397,7 @@ void TestArchive::longNamesInEveryForm()
         (Tree{{"ABC/", ""}, {"ABC/" + folder + "/", ""}, {"ABC/" + folder + "/" + QString(140, 'f'), "x"}}));
 }
 
-void TestArchive::base256SizesAreRead()
+void tst_Archive::base256SizesAreRead()
 {
     const QByteArray size = QByteArray::fromHex("800000000000000000000005");
     extractTar(TarBuilder()
@@ -407,7 +407,7 @@ void TestArchive::base256SizesAreRead()
     QCOMPARE(tree(), (Tree{{"ABC", "12345"}}));
 }
 
-void TestArchive::globalHeadersAreSkipped()
+void tst_Archive::globalHeadersAreSkipped()
 {
     extractTar(TarBuilder()
                    .extended({{"comment", "made somewhere"}}, TarBuilder::GlobalExtended)
@@ -417,7 +417,7 @@ void TestArchive::globalHeadersAreSkipped()
 }
 
 // One block of data at 1024 in a file of 2000 bytes, in GNU's old form.
-void TestArchive::sparseFilesAreWhole()
+void tst_Archive::sparseFilesAreWhole()
 {
     QByteArray header = TarBuilder::header(TarBuilder::Type('S'), "ABC", TarBuilder::octal(512));
     header.replace(257, 8, QByteArray("ustar  \0", 8));
@@ -431,7 +431,7 @@ void TestArchive::sparseFilesAreWhole()
     QCOMPARE(tree(), (Tree{{"ABC", QByteArray(1024, '\0') + QByteArray(512, 's') + QByteArray(464, '\0')}}));
 }
 
-void TestArchive::extendedSparseFilesAreRefused()
+void tst_Archive::extendedSparseFilesAreRefused()
 {
     const QString reason = tarRefusal(TarBuilder()
                                           .extended({{"GNU.sparse.major", "1"},
@@ -445,7 +445,7 @@ void TestArchive::extendedSparseFilesAreRefused()
 }
 
 // Archivers disagree about the names and sizes in these.
-void TestArchive::globalHeadersThatChangeEntriesAreRefused_data()
+void tst_Archive::globalHeadersThatChangeEntriesAreRefused_data()
 {
     QTest::addColumn<QByteArray>("key");
     QTest::addColumn<QByteArray>("value");
@@ -455,7 +455,7 @@ void TestArchive::globalHeadersThatChangeEntriesAreRefused_data()
     QTest::newRow("sparse") << QByteArray("GNU.sparse.major") << QByteArray("1");
 }
 
-void TestArchive::globalHeadersThatChangeEntriesAreRefused()
+void tst_Archive::globalHeadersThatChangeEntriesAreRefused()
 {
     QFETCH(QByteArray, key);
     QFETCH(QByteArray, value);
@@ -468,7 +468,7 @@ void TestArchive::globalHeadersThatChangeEntriesAreRefused()
     QCOMPARE(tree(), Tree());
 }
 
-void TestArchive::textForTheNamesBeginInAGnuHeaderIsRefused()
+void tst_Archive::textForTheNamesBeginInAGnuHeaderIsRefused()
 {
     QByteArray header = TarBuilder::header(TarBuilder::File, "x", TarBuilder::octal(0));
     header.replace(257, 8, QByteArray("ustar  \0", 8));
@@ -480,7 +480,7 @@ void TestArchive::textForTheNamesBeginInAGnuHeaderIsRefused()
 }
 
 // The size of a folder may tell how much it may hold.
-void TestArchive::aFoldersSizeIsPassedOver()
+void tst_Archive::aFoldersSizeIsPassedOver()
 {
     const QByteArray header = TarBuilder::header(TarBuilder::Folder, "ABC/", TarBuilder::octal(4096));
     extractTar(TarBuilder().raw(header).file("ABC/x", "x").bytes());
@@ -488,7 +488,7 @@ void TestArchive::aFoldersSizeIsPassedOver()
 }
 
 // The oldest archives have no type for folders: one is a file whose name ends in a slash.
-void TestArchive::aFolderByItsNameOnlyThatHasASizeIsRefused()
+void tst_Archive::aFolderByItsNameOnlyThatHasASizeIsRefused()
 {
     QByteArray header = TarBuilder::header(TarBuilder::Type('\0'), "ABC/steps/", TarBuilder::octal(5));
     header.replace(257, 255, QByteArray(255, '\0')); // the later fields
@@ -499,14 +499,14 @@ void TestArchive::aFolderByItsNameOnlyThatHasASizeIsRefused()
     QCOMPARE(tree(), Tree());
 }
 
-void TestArchive::hardLinksAreMade()
+void tst_Archive::hardLinksAreMade()
 {
     extractTar(TarBuilder().file("ABC/matrix/matrix", "rows").hardLink("ABC/h", "ABC/matrix/matrix").bytes());
     QCOMPARE(readFile(out() + "/ABC/h"), QByteArray("rows"));
     QVERIFY(!QFileInfo(out() + "/ABC/h").isSymLink());
 }
 
-void TestArchive::symbolicLinksAreMadeWhereThePlatformAllows()
+void tst_Archive::symbolicLinksAreMadeWhereThePlatformAllows()
 {
     const QByteArray bytes = TarBuilder()
                                  .file("ABC/matrix/matrix", "rows")
@@ -530,7 +530,7 @@ void TestArchive::symbolicLinksAreMadeWhereThePlatformAllows()
     QVERIFY(QFileInfo(out() + "/ABC/a").isSymLink());
 }
 
-void TestArchive::namesThatAreNoUtf8KeepTheirBytes()
+void tst_Archive::namesThatAreNoUtf8KeepTheirBytes()
 {
     extractTar(TarBuilder().file("ABC/\xC1\xCF\xBA\xC5", "x").bytes()); // a Chinese name in GBK
     std::vector<std::string> names;                                     // Qt reads no such names
@@ -545,7 +545,7 @@ void TestArchive::namesThatAreNoUtf8KeepTheirBytes()
 }
 
 #ifndef _WIN32
-void TestArchive::aJobFolderThatIsNoUtf8IsRefused()
+void tst_Archive::aJobFolderThatIsNoUtf8IsRefused()
 {
     const QString reason = tarRefusal(TarBuilder().file("\xC1\xCF/x", "x").bytes());
     QVERIFY2(reason.contains("UTF-8"), qPrintable(reason));
@@ -553,7 +553,7 @@ void TestArchive::aJobFolderThatIsNoUtf8IsRefused()
 }
 #endif
 
-void TestArchive::otherTypesAreRefused_data()
+void tst_Archive::otherTypesAreRefused_data()
 {
     QTest::addColumn<char>("type");
     QTest::newRow("character device") << char(TarBuilder::CharacterDevice);
@@ -564,7 +564,7 @@ void TestArchive::otherTypesAreRefused_data()
     QTest::newRow("unknown") << 'Q';
 }
 
-void TestArchive::otherTypesAreRefused()
+void tst_Archive::otherTypesAreRefused()
 {
     QFETCH(char, type);
     const QString reason =
@@ -573,7 +573,7 @@ void TestArchive::otherTypesAreRefused()
     QCOMPARE(tree(), Tree());
 }
 
-void TestArchive::nothingIsWrittenWhenOneNameIsBad_data()
+void tst_Archive::nothingIsWrittenWhenOneNameIsBad_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     TarBuilder good = TarBuilder().file("ABC/first", "1");
@@ -603,7 +603,7 @@ void TestArchive::nothingIsWrittenWhenOneNameIsBad_data()
         << with(TarBuilder().extended({{"linkpath", "../../evil"}}).symbolicLink("ABC/x", "first"));
 }
 
-void TestArchive::nothingIsWrittenWhenOneNameIsBad()
+void tst_Archive::nothingIsWrittenWhenOneNameIsBad()
 {
     QFETCH(QByteArray, bytes);
     QVERIFY(writeFile(out() + "/OLD/matrix", "old"));
@@ -614,7 +614,7 @@ void TestArchive::nothingIsWrittenWhenOneNameIsBad()
 }
 
 #ifndef _WIN32
-void TestArchive::entriesDoNotGoThroughALinkThatIsThere()
+void tst_Archive::entriesDoNotGoThroughALinkThatIsThere()
 {
     QVERIFY(QDir().mkpath(path("elsewhere")));
     std::filesystem::create_directory_symlink(path("elsewhere").toStdString(),
@@ -635,7 +635,7 @@ void TestArchive::entriesDoNotGoThroughALinkThatIsThere()
 }
 
 // It is not followed either when it leads to the folder that may be merged into.
-void TestArchive::aLinkOfATakenNameIsLeftAlone()
+void tst_Archive::aLinkOfATakenNameIsLeftAlone()
 {
     QVERIFY(writeFile(out() + "/ABC/x", "old"));
     std::filesystem::create_directory_symlink("ABC", (out() + "/odb").toStdString());
@@ -650,7 +650,7 @@ void TestArchive::aLinkOfATakenNameIsLeftAlone()
                            {"top~1", "new"}}));
 }
 
-void TestArchive::aLinkThatIsThereIsReplacedByAFile()
+void tst_Archive::aLinkThatIsThereIsReplacedByAFile()
 {
     QVERIFY(writeFile(path("elsewhere"), "untouched"));
     QVERIFY(QDir().mkpath(out() + "/ABC"));
@@ -661,7 +661,7 @@ void TestArchive::aLinkThatIsThereIsReplacedByAFile()
 }
 #endif
 
-void TestArchive::aFileInTheWayOfAFolderKeepsEverything()
+void tst_Archive::aFileInTheWayOfAFolderKeepsEverything()
 {
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     QVERIFY(writeFile(out() + "/ABC/b", "old"));
@@ -670,7 +670,7 @@ void TestArchive::aFileInTheWayOfAFolderKeepsEverything()
     QCOMPARE(tree(), before);
 }
 
-void TestArchive::aFolderInTheWayOfAFileKeepsEverything()
+void tst_Archive::aFolderInTheWayOfAFileKeepsEverything()
 {
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     QVERIFY(writeFile(out() + "/ABC/z/x", "old"));
@@ -681,7 +681,7 @@ void TestArchive::aFolderInTheWayOfAFileKeepsEverything()
     QCOMPARE(tree(), before);
 }
 
-void TestArchive::aFailureInTheMiddleKeepsTheOldFiles()
+void tst_Archive::aFailureInTheMiddleKeepsTheOldFiles()
 {
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     const QByteArray bytes = TarBuilder().file("ABC/a", "new").file("ABC/b", QByteArray(5000, 'b')).bytes();
@@ -690,7 +690,7 @@ void TestArchive::aFailureInTheMiddleKeepsTheOldFiles()
 }
 
 // A sparse file takes next to nothing in the archive and 2^60 bytes outside it.
-void TestArchive::moreThanTheDiskHoldsIsRefusedBeforeTheFirstWrite()
+void tst_Archive::moreThanTheDiskHoldsIsRefusedBeforeTheFirstWrite()
 {
     QByteArray header = TarBuilder::header(TarBuilder::Type('S'), "ABC", TarBuilder::octal(512));
     header.replace(257, 8, QByteArray("ustar  \0", 8));
@@ -706,7 +706,7 @@ void TestArchive::moreThanTheDiskHoldsIsRefusedBeforeTheFirstWrite()
     QCOMPARE(tree(), Tree());
 }
 
-void TestArchive::wrongFilesAreRefused_data()
+void tst_Archive::wrongFilesAreRefused_data()
 {
     QTest::addColumn<bool>("isTar");
     QTest::addColumn<QByteArray>("bytes");
@@ -736,7 +736,7 @@ void TestArchive::wrongFilesAreRefused_data()
         << true << TarBuilder().file("ABC/a", "a").bytesWithoutEnd() + wrongChecksum;
 }
 
-void TestArchive::wrongFilesAreRefused()
+void tst_Archive::wrongFilesAreRefused()
 {
     QFETCH(bool, isTar);
     QFETCH(QByteArray, bytes);
@@ -745,14 +745,14 @@ void TestArchive::wrongFilesAreRefused()
     QCOMPARE(tree(), Tree());
 }
 
-void TestArchive::missingFilesAreNamed()
+void tst_Archive::missingFilesAreNamed()
 {
     const QString reason = refusal(BitFormat::GZip, path("nothing.tgz"));
     QVERIFY2(reason.contains("nothing.tgz"), qPrintable(reason));
     QVERIFY(!refusal(BitFormat::GZip, out()).isEmpty());
 }
 
-void TestArchive::backslashesAreUnderstood()
+void tst_Archive::backslashesAreUnderstood()
 {
     QVERIFY(writeFile(path("ABC.tgz"), gzip("content")));
     const auto backslashes = [](QString text) { return text.replace("/", "\\").toStdWString(); };
@@ -760,5 +760,5 @@ void TestArchive::backslashesAreUnderstood()
     QCOMPARE(tree(), (Tree{{"ABC", "content"}}));
 }
 
-QTEST_APPLESS_MAIN(TestArchive)
+QTEST_APPLESS_MAIN(tst_Archive)
 #include "tst_archive.moc"

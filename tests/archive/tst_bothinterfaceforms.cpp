@@ -9,7 +9,7 @@
 
 using namespace archive;
 
-class TestBothInterfaceForms : public QObject
+class tst_BothInterfaceForms : public QObject
 {
     Q_OBJECT
 
@@ -38,7 +38,7 @@ private:
     }
 };
 
-void TestBothInterfaceForms::everyFormIsServed_data()
+void tst_BothInterfaceForms::everyFormIsServed_data()
 {
     QTest::addColumn<QString>("library");
     QTest::newRow("tells that it has none") << "libfake7z_plain.so";
@@ -46,7 +46,7 @@ void TestBothInterfaceForms::everyFormIsServed_data()
     QTest::newRow("does not tell, as before 23.01") << "libfake7z_old.so";
 }
 
-void TestBothInterfaceForms::everyFormIsServed()
+void tst_BothInterfaceForms::everyFormIsServed()
 {
     QFETCH(QString, library);
     QMap<QString, QByteArray> tree;
@@ -54,7 +54,7 @@ void TestBothInterfaceForms::everyFormIsServed()
     QCOMPARE(tree, (QMap<QString, QByteArray>{{"fake.tar", "content of the fake library"}}));
 }
 
-void TestBothInterfaceForms::misbehaviourIsAnErrorAndWritesNothing_data()
+void tst_BothInterfaceForms::misbehaviourIsAnErrorAndWritesNothing_data()
 {
     QTest::addColumn<QByteArray>("order");
     for (const char *order : {"begin twice", "no entry", "other entry", "no end", "bad data",
@@ -62,7 +62,7 @@ void TestBothInterfaceForms::misbehaviourIsAnErrorAndWritesNothing_data()
         QTest::newRow(order) << QByteArray("fake, ") + order;
 }
 
-void TestBothInterfaceForms::misbehaviourIsAnErrorAndWritesNothing()
+void tst_BothInterfaceForms::misbehaviourIsAnErrorAndWritesNothing()
 {
     QFETCH(QByteArray, order);
     for (const char *library : {"libfake7z_plain.so", "libfake7z_old.so"}) {
@@ -72,5 +72,5 @@ void TestBothInterfaceForms::misbehaviourIsAnErrorAndWritesNothing()
     }
 }
 
-QTEST_GUILESS_MAIN(TestBothInterfaceForms)
+QTEST_GUILESS_MAIN(tst_BothInterfaceForms)
 #include "tst_bothinterfaceforms.moc"

@@ -34,7 +34,7 @@ QByteArray smallTar()
 
 } // namespace
 
-class TestCorruption : public QObject
+class tst_Corruption : public QObject
 {
     Q_OBJECT
 
@@ -78,14 +78,14 @@ private:
     std::unique_ptr<Bit7zLibrary> m_library;
 };
 
-void TestCorruption::init()
+void tst_Corruption::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_library = std::make_unique<Bit7zLibrary>();
     QDir().mkpath(m_folder->filePath("out"));
 }
 
-void TestCorruption::everyTruncationOfTheGzipFileFails()
+void tst_Corruption::everyTruncationOfTheGzipFileFails()
 {
     const QByteArray whole = gzip(smallTar(), "ABC.tar");
     Tree tree;
@@ -95,7 +95,7 @@ void TestCorruption::everyTruncationOfTheGzipFileFails()
     }
 }
 
-void TestCorruption::everyTruncationOfTheTarFailsOrIsWhole()
+void tst_Corruption::everyTruncationOfTheTarFailsOrIsWhole()
 {
     const QByteArray whole = smallTar();
     Tree wanted;
@@ -114,7 +114,7 @@ void TestCorruption::everyTruncationOfTheTarFailsOrIsWhole()
 }
 
 // Without an exception: one of the two empty records at the end is enough, a tar without any is refused.
-void TestCorruption::everyTruncationOfASmallTarFailsOrIsWhole()
+void tst_Corruption::everyTruncationOfASmallTarFailsOrIsWhole()
 {
     const QByteArray whole = TarBuilder().folder("ABC/").file("ABC/x", "content").bytes();
     Tree wanted;
@@ -128,7 +128,7 @@ void TestCorruption::everyTruncationOfASmallTarFailsOrIsWhole()
     }
 }
 
-void TestCorruption::everyChangedByteOfTheGzipFrameFailsOrIsHarmless()
+void tst_Corruption::everyChangedByteOfTheGzipFrameFailsOrIsHarmless()
 {
     const QByteArray tar = smallTar();
     const QByteArray whole = gzip(tar, "ABC.tar");
@@ -152,7 +152,7 @@ void TestCorruption::everyChangedByteOfTheGzipFrameFailsOrIsHarmless()
     }
 }
 
-void TestCorruption::everyChangedByteOfTheGzipFileFailsOrIsHarmless()
+void tst_Corruption::everyChangedByteOfTheGzipFileFailsOrIsHarmless()
 {
     const QByteArray tar = smallTar();
     const QByteArray whole = gzip(tar, "ABC.tar");
@@ -171,7 +171,7 @@ void TestCorruption::everyChangedByteOfTheGzipFileFailsOrIsHarmless()
 }
 
 // A header's checksum notices every change of one byte, except of the checksum's own padding.
-void TestCorruption::everyChangedByteOfAHeaderIsNoticed()
+void tst_Corruption::everyChangedByteOfAHeaderIsNoticed()
 {
     const QByteArray whole = smallTar();
     Tree wanted;
@@ -195,7 +195,7 @@ void TestCorruption::everyChangedByteOfAHeaderIsNoticed()
     }
 }
 
-void TestCorruption::everyChangedByteWithARightChecksumStaysInTheFolder_data()
+void tst_Corruption::everyChangedByteWithARightChecksumStaysInTheFolder_data()
 {
     QTest::addColumn<int>("header"); // its place in the tar
     QTest::addColumn<int>("value");
@@ -209,7 +209,7 @@ void TestCorruption::everyChangedByteWithARightChecksumStaysInTheFolder_data()
 
 // Whatever a header says when its checksum is right: nothing but the output folder changes, and nothing of
 // the unpacking's own stays there.
-void TestCorruption::everyChangedByteWithARightChecksumStaysInTheFolder()
+void tst_Corruption::everyChangedByteWithARightChecksumStaysInTheFolder()
 {
     QFETCH(int, header);
     QFETCH(int, value);
@@ -234,7 +234,7 @@ void TestCorruption::everyChangedByteWithARightChecksumStaysInTheFolder()
     }
 }
 
-void TestCorruption::sizesThatLieAreNoticed_data()
+void tst_Corruption::sizesThatLieAreNoticed_data()
 {
     QTest::addColumn<QByteArray>("size");
     QTest::newRow("beyond the file") << TarBuilder::octal(100000);
@@ -248,7 +248,7 @@ void TestCorruption::sizesThatLieAreNoticed_data()
                                                                         "0000000000000005");
 }
 
-void TestCorruption::sizesThatLieAreNoticed()
+void tst_Corruption::sizesThatLieAreNoticed()
 {
     QFETCH(QByteArray, size);
     QByteArray header = TarBuilder::header(TarBuilder::File, "ABC/x", size.leftJustified(12, '\0'));
@@ -259,5 +259,5 @@ void TestCorruption::sizesThatLieAreNoticed()
     QVERIFY(tree.isEmpty());
 }
 
-QTEST_APPLESS_MAIN(TestCorruption)
+QTEST_APPLESS_MAIN(tst_Corruption)
 #include "tst_corruption.moc"

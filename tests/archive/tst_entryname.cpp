@@ -33,7 +33,7 @@ QString memberReason(const std::wstring &name, NameRules rules)
 
 } // namespace
 
-class TestEntryName : public QObject
+class tst_EntryName : public QObject
 {
     Q_OBJECT
 
@@ -52,7 +52,7 @@ private slots:
     void windowsTakesLetterCaseForTheSameName();
 };
 
-void TestEntryName::partsAreWhatIsBetweenTheSlashes_data()
+void tst_EntryName::partsAreWhatIsBetweenTheSlashes_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QStringList>("parts");
@@ -63,7 +63,7 @@ void TestEntryName::partsAreWhatIsBetweenTheSlashes_data()
     QTest::newRow("the folder itself") << "./" << QStringList();
 }
 
-void TestEntryName::partsAreWhatIsBetweenTheSlashes()
+void tst_EntryName::partsAreWhatIsBetweenTheSlashes()
 {
     QFETCH(QString, path);
     QFETCH(QStringList, parts);
@@ -75,7 +75,7 @@ void TestEntryName::partsAreWhatIsBetweenTheSlashes()
     }
 }
 
-void TestEntryName::namesThatLeadOutAreRefused_data()
+void tst_EntryName::namesThatLeadOutAreRefused_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("no name") << "";
@@ -100,14 +100,14 @@ void TestEntryName::namesThatLeadOutAreRefused_data()
     QTest::newRow("7-Zip's stand-in for a backslash") << QString("..") + QChar(0xF05C) + "x";
 }
 
-void TestEntryName::namesThatLeadOutAreRefused()
+void tst_EntryName::namesThatLeadOutAreRefused()
 {
     QFETCH(QString, path);
     for (const NameRules rules : {NameRules::Posix, NameRules::Windows})
         QVERIFY2(!reasonFor(path.toStdWString(), rules).isEmpty(), qPrintable(path));
 }
 
-void TestEntryName::windowsNamesAreRefusedByTheWindowsRulesOnly_data()
+void tst_EntryName::windowsNamesAreRefusedByTheWindowsRulesOnly_data()
 {
     QTest::addColumn<QString>("path");
     for (const char *name : {"con", "CON", "nul", "aux.txt", "PRN.a.b", "com1", "COM9.tar", "lpt0", "conin$",
@@ -126,14 +126,14 @@ void TestEntryName::windowsNamesAreRefusedByTheWindowsRulesOnly_data()
     QTest::newRow("control character") << QString("ABC/a") + QChar(7);
 }
 
-void TestEntryName::windowsNamesAreRefusedByTheWindowsRulesOnly()
+void tst_EntryName::windowsNamesAreRefusedByTheWindowsRulesOnly()
 {
     QFETCH(QString, path);
     QVERIFY2(!reasonFor(path.toStdWString(), NameRules::Windows).isEmpty(), qPrintable(path));
     QCOMPARE(reasonFor(path.toStdWString(), NameRules::Posix), QString());
 }
 
-void TestEntryName::ordinaryNamesPassBothRules_data()
+void tst_EntryName::ordinaryNamesPassBothRules_data()
 {
     QTest::addColumn<QString>("path");
     for (const char *name : {"comp_+_top", "console", "com", "com10", "nullable", ".attrlist.sum", "..x",
@@ -142,14 +142,14 @@ void TestEntryName::ordinaryNamesPassBothRules_data()
     QTest::newRow("other alphabets") << QString::fromUtf8("料号/层");
 }
 
-void TestEntryName::ordinaryNamesPassBothRules()
+void tst_EntryName::ordinaryNamesPassBothRules()
 {
     QFETCH(QString, path);
     for (const NameRules rules : {NameRules::Posix, NameRules::Windows})
         QCOMPARE(reasonFor(path.toStdWString(), rules), QString());
 }
 
-void TestEntryName::memberNamesThatTheInterpreterWouldReadAreRefused_data()
+void tst_EntryName::memberNamesThatTheInterpreterWouldReadAreRefused_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("folder") << "dir/x.tar";
@@ -167,14 +167,14 @@ void TestEntryName::memberNamesThatTheInterpreterWouldReadAreRefused_data()
     QTest::newRow("line end") << "x\ncalc.tar";
 }
 
-void TestEntryName::memberNamesThatTheInterpreterWouldReadAreRefused()
+void tst_EntryName::memberNamesThatTheInterpreterWouldReadAreRefused()
 {
     QFETCH(QString, name);
     for (const NameRules rules : {NameRules::Posix, NameRules::Windows})
         QVERIFY2(!memberReason(name.toStdWString(), rules).isEmpty(), qPrintable(name));
 }
 
-void TestEntryName::memberNamesWithBlanksAndBracketsAreFine()
+void tst_EntryName::memberNamesWithBlanksAndBracketsAreFine()
 {
     for (const NameRules rules : {NameRules::Posix, NameRules::Windows}) {
         for (const wchar_t *name : {L"my job.tar", L"my job", L"WiFi.tar", L"board(1).tar", L"board (1).tar",
@@ -183,11 +183,11 @@ void TestEntryName::memberNamesWithBlanksAndBracketsAreFine()
     }
 }
 
-void TestEntryName::windowsTakesLetterCaseForTheSameName()
+void tst_EntryName::windowsTakesLetterCaseForTheSameName()
 {
     QCOMPARE(foldedName(L"Matrix", NameRules::Windows), foldedName(L"mATRIX", NameRules::Windows));
     QVERIFY(foldedName(L"Matrix", NameRules::Posix) != foldedName(L"matrix", NameRules::Posix));
 }
 
-QTEST_APPLESS_MAIN(TestEntryName)
+QTEST_APPLESS_MAIN(tst_EntryName)
 #include "tst_entryname.moc"

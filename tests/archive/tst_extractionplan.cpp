@@ -73,7 +73,7 @@ QStringList paths(const std::vector<Planned> &planned)
 
 } // namespace
 
-class TestExtractionPlan : public QObject
+class tst_ExtractionPlan : public QObject
 {
     Q_OBJECT
 
@@ -98,20 +98,20 @@ private slots:
     void theRefusalNamesTheEntry();
 };
 
-void TestExtractionPlan::foldersWithoutEntriesArePlanned()
+void tst_ExtractionPlan::foldersWithoutEntriesArePlanned()
 {
     const ExtractionPlan made = plan({file(L"ABC/matrix/matrix"), file(L"ABC/steps/pcb/profile")});
     QCOMPARE(paths(made.folders), (QStringList{"ABC", "ABC/matrix", "ABC/steps", "ABC/steps/pcb"}));
     QCOMPARE(paths(made.files), (QStringList{"ABC/matrix/matrix", "ABC/steps/pcb/profile"}));
 }
 
-void TestExtractionPlan::foldersComeBeforeWhatIsInThem()
+void tst_ExtractionPlan::foldersComeBeforeWhatIsInThem()
 {
     const ExtractionPlan made = plan({folder(L"ABC/b/c"), folder(L"ABC/b"), folder(L"ABC"), folder(L"./")});
     QCOMPARE(paths(made.folders), (QStringList{"ABC", "ABC/b", "ABC/b/c"}));
 }
 
-void TestExtractionPlan::theLaterOfTwoFilesWins()
+void tst_ExtractionPlan::theLaterOfTwoFilesWins()
 {
     const ExtractionPlan made = plan({file(L"ABC/x", 5), file(L"ABC/y"), file(L"./ABC//x", 7)});
     QCOMPARE(paths(made.files), (QStringList{"ABC/y", "ABC/x"}));
@@ -119,14 +119,14 @@ void TestExtractionPlan::theLaterOfTwoFilesWins()
     QCOMPARE(made.files[1].size, std::uint64_t(7));
 }
 
-void TestExtractionPlan::sizesAreSummedUp()
+void tst_ExtractionPlan::sizesAreSummedUp()
 {
     QCOMPARE(plan({file(L"a/x", 5), file(L"a/y", 6), file(L"a/x", 7)}).totalSize, std::uint64_t(13));
     const std::uint64_t huge = std::uint64_t(1) << 63;
     QVERIFY(!refusal({file(L"a/x", huge), file(L"a/y", huge), file(L"a/z", 10)}).isEmpty());
 }
 
-void TestExtractionPlan::linksInsideTheJobArePlanned_data()
+void tst_ExtractionPlan::linksInsideTheJobArePlanned_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("target");
@@ -142,7 +142,7 @@ void TestExtractionPlan::linksInsideTheJobArePlanned_data()
                           << "./x";
 }
 
-void TestExtractionPlan::linksInsideTheJobArePlanned()
+void tst_ExtractionPlan::linksInsideTheJobArePlanned()
 {
     QFETCH(QString, path);
     QFETCH(QString, target);
@@ -151,7 +151,7 @@ void TestExtractionPlan::linksInsideTheJobArePlanned()
     QCOMPARE(QString::fromStdWString(made.symbolicLinks[0].target), target);
 }
 
-void TestExtractionPlan::linksThatLeadOutAreRefused_data()
+void tst_ExtractionPlan::linksThatLeadOutAreRefused_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("target");
@@ -187,7 +187,7 @@ void TestExtractionPlan::linksThatLeadOutAreRefused_data()
                                            << "../l/../x";
 }
 
-void TestExtractionPlan::linksThatLeadOutAreRefused()
+void tst_ExtractionPlan::linksThatLeadOutAreRefused()
 {
     QFETCH(QString, path);
     QFETCH(QString, target);
@@ -196,7 +196,7 @@ void TestExtractionPlan::linksThatLeadOutAreRefused()
     QVERIFY2(!refusal(entries).isEmpty(), qPrintable(path + " -> " + target));
 }
 
-void TestExtractionPlan::anEntryBehindALinkIsRefused()
+void tst_ExtractionPlan::anEntryBehindALinkIsRefused()
 {
     const QString reason = refusal({folder(L"ABC/d"), link(L"ABC/l", L"d"), file(L"ABC/l/x")});
     QVERIFY2(reason.contains("behind the link"), qPrintable(reason));
@@ -204,13 +204,13 @@ void TestExtractionPlan::anEntryBehindALinkIsRefused()
     QVERIFY(!refusal({folder(L"ABC/d"), link(L"ABC/l", L"d"), folder(L"ABC/l/x")}).isEmpty());
 }
 
-void TestExtractionPlan::aLinkReplacedByAFolderIsRefused()
+void tst_ExtractionPlan::aLinkReplacedByAFolderIsRefused()
 {
     QVERIFY(!refusal({link(L"ABC/l", L"x"), folder(L"ABC/l"), file(L"ABC/l/y")}).isEmpty());
     QVERIFY(!refusal({folder(L"ABC/l"), file(L"ABC/l/y"), link(L"ABC/l", L"x")}).isEmpty());
 }
 
-void TestExtractionPlan::onePathIsOneKindOfThing_data()
+void tst_ExtractionPlan::onePathIsOneKindOfThing_data()
 {
     QTest::addColumn<int>("first");
     QTest::addColumn<int>("second");
@@ -225,7 +225,7 @@ void TestExtractionPlan::onePathIsOneKindOfThing_data()
     }
 }
 
-void TestExtractionPlan::onePathIsOneKindOfThing()
+void tst_ExtractionPlan::onePathIsOneKindOfThing()
 {
     QFETCH(int, first);
     QFETCH(int, second);
@@ -234,7 +234,7 @@ void TestExtractionPlan::onePathIsOneKindOfThing()
     QVERIFY(!refusal({file(L"ABC/x"), kinds[std::size_t(first)], kinds[std::size_t(second)]}).isEmpty());
 }
 
-void TestExtractionPlan::aHardLinkNeedsAnEarlierFile_data()
+void tst_ExtractionPlan::aHardLinkNeedsAnEarlierFile_data()
 {
     QTest::addColumn<QString>("target");
     QTest::newRow("outside") << "/etc/passwd";
@@ -247,7 +247,7 @@ void TestExtractionPlan::aHardLinkNeedsAnEarlierFile_data()
     QTest::newRow("nothing") << ".";
 }
 
-void TestExtractionPlan::aHardLinkNeedsAnEarlierFile()
+void tst_ExtractionPlan::aHardLinkNeedsAnEarlierFile()
 {
     QFETCH(QString, target);
     QVERIFY(!refusal({file(L"ABC/x"), link(L"ABC/l", L"x"), file(L"ABC/twice"),
@@ -255,7 +255,7 @@ void TestExtractionPlan::aHardLinkNeedsAnEarlierFile()
                  .isEmpty());
 }
 
-void TestExtractionPlan::aHardLinkToAnEarlierFileIsPlanned()
+void tst_ExtractionPlan::aHardLinkToAnEarlierFileIsPlanned()
 {
     const ExtractionPlan made =
         plan({file(L"ABC/x"), hardLink(L"ABC/h", L"./ABC/x"), hardLink(L"ABC/i", L"ABC/h")});
@@ -263,14 +263,14 @@ void TestExtractionPlan::aHardLinkToAnEarlierFileIsPlanned()
     QCOMPARE(made.hardLinks[0].target, std::wstring(L"ABC/x"));
 }
 
-void TestExtractionPlan::whatHasNoPlaceInAJobIsRefusedWithItsFlaw()
+void tst_ExtractionPlan::whatHasNoPlaceInAJobIsRefusedWithItsFlaw()
 {
     Entry device = entry(Entry::Kind::Unsupported, L"ABC/dev");
     device.flaw = "it is a device";
     QCOMPARE(refusal({device}), QString("\"ABC/dev\": it is a device"));
 }
 
-void TestExtractionPlan::twoSpellingsAreRefusedByTheWindowsRules()
+void tst_ExtractionPlan::twoSpellingsAreRefusedByTheWindowsRules()
 {
     const std::vector<Entry> entries{file(L"ABC/Matrix"), file(L"ABC/matrix")};
     QVERIFY(!refusal(entries, NameRules::Windows).isEmpty());
@@ -278,10 +278,10 @@ void TestExtractionPlan::twoSpellingsAreRefusedByTheWindowsRules()
     QVERIFY(!refusal({link(L"ABC/L", L"x"), file(L"ABC/l/y")}, NameRules::Windows).isEmpty());
 }
 
-void TestExtractionPlan::theRefusalNamesTheEntry()
+void tst_ExtractionPlan::theRefusalNamesTheEntry()
 {
     QVERIFY(refusal({file(L"ABC/x"), file(L"ABC/../../evil")}).startsWith("\"ABC/../../evil\": "));
 }
 
-QTEST_APPLESS_MAIN(TestExtractionPlan)
+QTEST_APPLESS_MAIN(tst_ExtractionPlan)
 #include "tst_extractionplan.moc"

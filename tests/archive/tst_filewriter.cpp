@@ -9,7 +9,7 @@
 
 using namespace archive;
 
-class TestFileWriter : public QObject
+class tst_FileWriter : public QObject
 {
     Q_OBJECT
 
@@ -39,7 +39,7 @@ QByteArray pattern(int size)
 
 } // namespace
 
-void TestFileWriter::filesOfEverySizeArriveWhole_data()
+void tst_FileWriter::filesOfEverySizeArriveWhole_data()
 {
     QTest::addColumn<int>("size");
     QTest::addColumn<int>("piece");
@@ -49,7 +49,7 @@ void TestFileWriter::filesOfEverySizeArriveWhole_data()
     }
 }
 
-void TestFileWriter::filesOfEverySizeArriveWhole()
+void tst_FileWriter::filesOfEverySizeArriveWhole()
 {
     QFETCH(int, size);
     QFETCH(int, piece);
@@ -65,7 +65,7 @@ void TestFileWriter::filesOfEverySizeArriveWhole()
     QVERIFY(readFile(folder.filePath("x")) == content);
 }
 
-void TestFileWriter::manyFilesArriveWhole()
+void tst_FileWriter::manyFilesArriveWhole()
 {
     const QTemporaryDir folder;
     FileWriter writer;
@@ -80,7 +80,7 @@ void TestFileWriter::manyFilesArriveWhole()
         QVERIFY(readFile(folder.filePath(QString::number(i))) == pattern(i * 131));
 }
 
-void TestFileWriter::aFileThatExistsIsAnError()
+void tst_FileWriter::aFileThatExistsIsAnError()
 {
     const QTemporaryDir folder;
     QVERIFY(writeFile(folder.filePath("x"), "old"));
@@ -95,7 +95,7 @@ void TestFileWriter::aFileThatExistsIsAnError()
     QCOMPARE(readFile(folder.filePath("x")), QByteArray("old"));
 }
 
-void TestFileWriter::theFirstErrorIsThrownByWhatFollows()
+void tst_FileWriter::theFirstErrorIsThrownByWhatFollows()
 {
     const QTemporaryDir folder;
     FileWriter writer;
@@ -114,7 +114,7 @@ void TestFileWriter::theFirstErrorIsThrownByWhatFollows()
     QVERIFY(QDir(folder.path()).entryList(QDir::Files).size() < 1000);
 }
 
-void TestFileWriter::unfinishedFilesDoNotHang()
+void tst_FileWriter::unfinishedFilesDoNotHang()
 {
     const QTemporaryDir folder;
     const QByteArray content = pattern(2000000);
@@ -126,5 +126,5 @@ void TestFileWriter::unfinishedFilesDoNotHang()
     QVERIFY(readFile(folder.filePath("x")).size() <= content.size());
 }
 
-QTEST_APPLESS_MAIN(TestFileWriter)
+QTEST_APPLESS_MAIN(tst_FileWriter)
 #include "tst_filewriter.moc"

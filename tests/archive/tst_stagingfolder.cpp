@@ -31,7 +31,7 @@ int noAtomicMoves(const std::string &, const std::string &, bool atomic)
 
 } // namespace
 
-class TestStagingFolder : public QObject
+class tst_StagingFolder : public QObject
 {
     Q_OBJECT
 
@@ -66,13 +66,13 @@ private:
     std::vector<StagingFolder::Placed> m_placed;
 };
 
-void TestStagingFolder::init()
+void tst_StagingFolder::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     m_placed.clear();
 }
 
-void TestStagingFolder::aNameThatIsTakenAtTheLastMomentIsLeftAlone_data()
+void tst_StagingFolder::aNameThatIsTakenAtTheLastMomentIsLeftAlone_data()
 {
     QTest::addColumn<bool>("hasAtomicMoves");
     QTest::addColumn<QString>("content");
@@ -84,7 +84,7 @@ void TestStagingFolder::aNameThatIsTakenAtTheLastMomentIsLeftAlone_data()
 }
 
 // An empty folder and a file are what a renaming would replace without a word.
-void TestStagingFolder::aNameThatIsTakenAtTheLastMomentIsLeftAlone()
+void tst_StagingFolder::aNameThatIsTakenAtTheLastMomentIsLeftAlone()
 {
     QFETCH(bool, hasAtomicMoves);
     QFETCH(QString, content);
@@ -106,7 +106,7 @@ void TestStagingFolder::aNameThatIsTakenAtTheLastMomentIsLeftAlone()
     QCOMPARE(readFile(out() + "/" + QString(content).replace("odb", "odb~1")), QByteArray("new"));
 }
 
-void TestStagingFolder::aFileThatAppearsWhileFoldersAreMergedIsLeftAlone()
+void tst_StagingFolder::aFileThatAppearsWhileFoldersAreMergedIsLeftAlone()
 {
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     const QString b = out() + "/ABC/b";
@@ -122,7 +122,7 @@ void TestStagingFolder::aFileThatAppearsWhileFoldersAreMergedIsLeftAlone()
     QCOMPARE(tree(), (Tree{{"ABC/", ""}, {"ABC/a", "old"}, {"ABC/b", "somebody's"}}));
 }
 
-void TestStagingFolder::contentFindsItsPlaceOnEveryFileSystem()
+void tst_StagingFolder::contentFindsItsPlaceOnEveryFileSystem()
 {
     QVERIFY(writeFile(out() + "/ABC/a", "old"));
     QVERIFY(writeFile(out() + "/odb/a", "old"));
@@ -143,7 +143,7 @@ void TestStagingFolder::contentFindsItsPlaceOnEveryFileSystem()
                            {"top", "new"}}));
 }
 
-void TestStagingFolder::aMoveThatFailsIsUndone()
+void tst_StagingFolder::aMoveThatFailsIsUndone()
 {
     QVERIFY(writeFile(out() + "/ABC/a", "old a"));
     QVERIFY(writeFile(out() + "/ABC/b", "old b"));
@@ -166,7 +166,7 @@ void TestStagingFolder::aMoveThatFailsIsUndone()
 }
 
 // What claimed the name goes with the failure.
-void TestStagingFolder::aMoveThatFailsLeavesNoTraceOnAnyFileSystem()
+void tst_StagingFolder::aMoveThatFailsLeavesNoTraceOnAnyFileSystem()
 {
     const RenameHook hook(
         [](const std::string &, const std::string &, bool atomic) { return atomic ? EINVAL : EACCES; });
@@ -178,7 +178,7 @@ void TestStagingFolder::aMoveThatFailsLeavesNoTraceOnAnyFileSystem()
     QCOMPARE(tree(), Tree());
 }
 
-void TestStagingFolder::whatCannotBeMovedBackIsKeptAndNamed()
+void tst_StagingFolder::whatCannotBeMovedBackIsKeptAndNamed()
 {
     QVERIFY(writeFile(out() + "/ABC/steps/a", "old a"));
     QVERIFY(writeFile(out() + "/ABC/steps/b", "old b"));
@@ -202,5 +202,5 @@ void TestStagingFolder::whatCannotBeMovedBackIsKeptAndNamed()
     QCOMPARE(kept.contains("old/ABC/steps/a") + kept.contains("old/ABC/steps/b"), 1);
 }
 
-QTEST_GUILESS_MAIN(TestStagingFolder)
+QTEST_GUILESS_MAIN(tst_StagingFolder)
 #include "tst_stagingfolder.moc"

@@ -330,7 +330,7 @@ bool hasWritten(const QString &file, const QByteArray &text)
 } // namespace
 Q_DECLARE_METATYPE(Forms)
 
-class CrossCheckTest : public QObject
+class tst_CrossCheck : public QObject
 {
     Q_OBJECT
 private slots:
@@ -363,20 +363,20 @@ private:
     int m_fileCount = 0;
 };
 
-void CrossCheckTest::initTestCase()
+void tst_CrossCheck::initTestCase()
 {
     QVERIFY(m_work.isValid());
     m_sources = jobSources();
     QVERIFY(!m_sources.empty());
 }
 
-QString CrossCheckTest::nextFile(const QString &name)
+QString tst_CrossCheck::nextFile(const QString &name)
 {
     return m_work.path() + '/' + name + QString::number(m_fileCount++);
 }
 
 // The first folder below the unpacked archive that has a matrix.
-QString CrossCheckTest::folderOf(const JobSource &source)
+QString tst_CrossCheck::folderOf(const JobSource &source)
 {
     if (source.archive.isEmpty())
         return source.folder;
@@ -397,7 +397,7 @@ QString CrossCheckTest::folderOf(const JobSource &source)
 }
 
 // The windows of an exported layer that are to be compared.
-std::vector<View> CrossCheckTest::views(const cam::ExportOptions &options, const QString &base, bool isWhole,
+std::vector<View> tst_CrossCheck::views(const cam::ExportOptions &options, const QString &base, bool isWhole,
                                         const std::shared_ptr<const cam::LayerImage> &image, std::size_t turn)
 {
     const cam::Box extent = crosscheck::outputExtent(*image, options);
@@ -424,7 +424,7 @@ std::vector<View> CrossCheckTest::views(const cam::ExportOptions &options, const
 }
 
 // Exports all layers of the row's job. One that cannot be read or written is a failure; the others go on.
-std::vector<Check> CrossCheckTest::checks(QStringList &failures, bool withViews)
+std::vector<Check> tst_CrossCheck::checks(QStringList &failures, bool withViews)
 {
     QFETCH(int, source);
     QFETCH(int, variant);
@@ -470,7 +470,7 @@ std::vector<Check> CrossCheckTest::checks(QStringList &failures, bool withViews)
     return checks;
 }
 
-void CrossCheckTest::addRows()
+void tst_CrossCheck::addRows()
 {
     QTest::addColumn<int>("source");
     QTest::addColumn<int>("variant");
@@ -486,7 +486,7 @@ void CrossCheckTest::addRows()
 }
 
 // The files of what failed stay, for whoever looks for the cause.
-void CrossCheckTest::conclude(const std::vector<Check> &checks, const QStringList &failures)
+void tst_CrossCheck::conclude(const std::vector<Check> &checks, const QStringList &failures)
 {
     if (!failures.isEmpty())
         m_work.setAutoRemove(false);
@@ -497,7 +497,7 @@ void CrossCheckTest::conclude(const std::vector<Check> &checks, const QStringLis
         removeFiles(check);
 }
 
-void CrossCheckTest::bothFormatsAgree()
+void tst_CrossCheck::bothFormatsAgree()
 {
     QStringList failures;
     const std::vector<Check> all = checks(failures, false);
@@ -505,7 +505,7 @@ void CrossCheckTest::bothFormatsAgree()
     conclude(all, failures);
 }
 
-void CrossCheckTest::picturesShowTheSource()
+void tst_CrossCheck::picturesShowTheSource()
 {
     QStringList failures;
     const std::vector<Check> all = checks(failures, true);
@@ -520,7 +520,7 @@ void CrossCheckTest::picturesShowTheSource()
 }
 
 // Forms that no archive here has.
-void CrossCheckTest::randomJobs()
+void tst_CrossCheck::randomJobs()
 {
     QStringList failures;
     std::vector<Check> all;
@@ -548,7 +548,7 @@ void CrossCheckTest::randomJobs()
 
 // Divides the checks among the processors, and returns what `look` finds wrong with them.
 QStringList
-CrossCheckTest::sideBySide(const std::vector<Check> &checks,
+tst_CrossCheck::sideBySide(const std::vector<Check> &checks,
                            const std::function<QStringList(const Share &, const QString &base)> &look)
 {
     std::vector<Share> shares(static_cast<std::size_t>(std::max(1, QThread::idealThreadCount())));
@@ -564,7 +564,7 @@ CrossCheckTest::sideBySide(const std::vector<Check> &checks,
 }
 
 // The comparison itself.
-void CrossCheckTest::aShiftByTwoPixelsIsFound()
+void tst_CrossCheck::aShiftByTwoPixelsIsFound()
 {
     Bitmap a(200, 100), b(200, 100), c(200, 100);
     for (int y = 20; y < 60; ++y) {
@@ -577,7 +577,7 @@ void CrossCheckTest::aShiftByTwoPixelsIsFound()
     QVERIFY(crosscheck::compare(a, c).beyond > 0);
 }
 
-void CrossCheckTest::aMissingSpeckIsFound()
+void tst_CrossCheck::aMissingSpeckIsFound()
 {
     Bitmap a(200, 100);
     const Bitmap b = a;
@@ -588,7 +588,7 @@ void CrossCheckTest::aMissingSpeckIsFound()
     QCOMPARE(difference.y, 50);
 }
 
-void CrossCheckTest::formatsThatDifferAreFound_data()
+void tst_CrossCheck::formatsThatDifferAreFound_data()
 {
     QTest::addColumn<Forms>("inGerber");
     QTest::addColumn<QString>("expected");
@@ -607,7 +607,7 @@ void CrossCheckTest::formatsThatDifferAreFound_data()
     row("an arc that goes the short way", inGds, [](Forms &forms) { forms.isLongArc = false; });
 }
 
-void CrossCheckTest::formatsThatDifferAreFound()
+void tst_CrossCheck::formatsThatDifferAreFound()
 {
     QFETCH(Forms, inGerber);
     QFETCH(QString, expected);
@@ -619,7 +619,7 @@ void CrossCheckTest::formatsThatDifferAreFound()
     QVERIFY2(expected.isEmpty() ? found.isEmpty() : found.contains(expected), qPrintable(found));
 }
 
-void CrossCheckTest::arcsThatReadersTakeDifferentlyAreFound()
+void tst_CrossCheck::arcsThatReadersTakeDifferentlyAreFound()
 {
     const QString base = nextFile("forms");
     const crosscheck::FormatPair pair{base + ".gerber", base + ".gds"};
@@ -644,7 +644,7 @@ int main(int count, char **values)
     // One row may take longer than the five minutes after which Qt Test gives up.
     qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(2 * 60 * 60 * 1000));
     QCoreApplication application(count, values);
-    CrossCheckTest test;
-    return QTest::qExec(&test, count, values);
+    tst_CrossCheck tst_test;
+    return QTest::qExec(&tst_test, count, values);
 }
 #include "tst_crosscheck.moc"

@@ -9,7 +9,7 @@
 #include <csignal>
 #include <memory>
 
-class TestBatch : public QObject
+class tst_Batch : public QObject
 {
     Q_OBJECT
 
@@ -305,5 +305,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestBatch)
+QTEST_GUILESS_MAIN(tst_Batch)
 #include "tst_batch.moc"

@@ -25,7 +25,7 @@ QString modulePath()
 
 } // namespace
 
-class TestModule : public QObject
+class tst_Module : public QObject
 {
     Q_OBJECT
 
@@ -224,5 +224,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestModule)
+QTEST_MAIN(tst_Module)
 #include "tst_module.moc"

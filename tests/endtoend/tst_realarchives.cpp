@@ -4,7 +4,7 @@
 
 #include <QtTest>
 
-class TestRealArchives : public QObject
+class tst_RealArchives : public QObject
 {
     Q_OBJECT
 
@@ -29,5 +29,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestRealArchives)
+QTEST_GUILESS_MAIN(tst_RealArchives)
 #include "tst_realarchives.moc"

@@ -53,7 +53,7 @@ void sendToPlugin(qint32 type)
 
 } // namespace
 
-class TestWorkbench : public QObject
+class tst_Workbench : public QObject
 {
     Q_OBJECT
 
@@ -308,5 +308,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestWorkbench)
+QTEST_MAIN(tst_Workbench)
 #include "tst_workbench.moc"

@@ -94,7 +94,7 @@ private:
 
 } // namespace
 
-class TestCopyDirectory : public QObject
+class tst_CopyDirectory : public QObject
 {
     Q_OBJECT
 
@@ -182,7 +182,7 @@ private:
     QString m_name;
 };
 
-void TestCopyDirectory::init()
+void tst_CopyDirectory::init()
 {
     m_folder = std::make_unique<TemporaryWorkingFolder>();
     m_plugin = std::make_unique<FileProcess>();
@@ -191,7 +191,7 @@ void TestCopyDirectory::init()
     FileProcessAccess::setImportParent(*m_plugin, m_parent.get());
 }
 
-void TestCopyDirectory::cleanup()
+void tst_CopyDirectory::cleanup()
 {
     QCOMPARE(m_user->pending(), 0);
     m_user.reset();
@@ -200,27 +200,27 @@ void TestCopyDirectory::cleanup()
     m_folder.reset();
 }
 
-void TestCopyDirectory::aNewJobIsUnpackedAndItsTarDeleted()
+void tst_CopyDirectory::aNewJobIsUnpackedAndItsTarDeleted()
 {
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC"), "ABC.tar"))));
     QCOMPARE(m_name, QString("ABC"));
     QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
 }
 
-void TestCopyDirectory::aJobOfAnotherNameIsRenamed()
+void tst_CopyDirectory::aJobOfAnotherNameIsRenamed()
 {
     QVERIFY(import(archive("ABC.tgz", gzip(job("XYZ")))));
     QCOMPARE(m_name, QString("XYZ"));
     QCOMPARE(jobs().keys(), (QStringList{"ABC/", "ABC/matrix/", "ABC/matrix/matrix"}));
 }
 
-void TestCopyDirectory::aTarOfAnotherNameIsLeft()
+void tst_CopyDirectory::aTarOfAnotherNameIsLeft()
 {
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC"), "xyz.tar"))));
     QCOMPARE(jobs().keys(), (QStringList{"ABC/", "ABC/matrix/", "ABC/matrix/matrix", "xyz.tar"}));
 }
 
-void TestCopyDirectory::tarsThatBeginWithTheJobsNameAreDeleted()
+void tst_CopyDirectory::tarsThatBeginWithTheJobsNameAreDeleted()
 {
     QVERIFY(m_folder->write("job/ABC_old.tar", "1"));
     QVERIFY(m_folder->write("job/ABC.tar.gz", "2"));
@@ -230,14 +230,14 @@ void TestCopyDirectory::tarsThatBeginWithTheJobsNameAreDeleted()
              (QStringList{"AB.tar", "ABC.tar.gz", "ABC/", "ABC/matrix/", "ABC/matrix/matrix"}));
 }
 
-void TestCopyDirectory::anEmptyTarGivesAnEmptyName()
+void tst_CopyDirectory::anEmptyTarGivesAnEmptyName()
 {
     QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().bytes()))));
     QCOMPARE(m_name, QString());
     QCOMPARE(jobs(), Tree());
 }
 
-void TestCopyDirectory::anEmptyTarAndYesRemovesTheOldJob()
+void tst_CopyDirectory::anEmptyTarAndYesRemovesTheOldJob()
 {
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
     QVERIFY(m_folder->write("job/OTHER/matrix/matrix", "other"));
@@ -246,7 +246,7 @@ void TestCopyDirectory::anEmptyTarAndYesRemovesTheOldJob()
     QCOMPARE(jobs().keys(), (QStringList{"OTHER/", "OTHER/matrix/", "OTHER/matrix/matrix"}));
 }
 
-void TestCopyDirectory::aMissingJobPathFallsBack()
+void tst_CopyDirectory::aMissingJobPathFallsBack()
 {
     FileProcessAccess::config(*m_plugin).jobPath = m_folder->filePath("missing").replace("/", "\\");
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
@@ -255,14 +255,14 @@ void TestCopyDirectory::aMissingJobPathFallsBack()
     QCOMPARE(UnzipProgress::unzipedFilePath, std::wstring(L".\\job\\"));
 }
 
-void TestCopyDirectory::anEmptyJobPathFallsBack()
+void tst_CopyDirectory::anEmptyJobPathFallsBack()
 {
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
     QCOMPARE(UnzipProgress::unzipedFilePath, std::wstring(L".\\job\\"));
     QCOMPARE(UnzipProgress::removeCmd, std::string("/c del .\\job\\ABC*.tar*.tar"));
 }
 
-void TestCopyDirectory::theJobRootIsMadeAndLogged()
+void tst_CopyDirectory::theJobRootIsMadeAndLogged()
 {
     const LogCapture log;
     QVERIFY(!QDir("job").exists());
@@ -270,7 +270,7 @@ void TestCopyDirectory::theJobRootIsMadeAndLogged()
     QVERIFY(log.find("fileprocess.cpp", 416).message.find("\".\\job\"") != std::string::npos);
 }
 
-void TestCopyDirectory::theQuestionIsAskedForAFolderOnly()
+void tst_CopyDirectory::theQuestionIsAskedForAFolderOnly()
 {
     QVERIFY(m_folder->write("job/ABC.x", "a file"));
     QVERIFY(m_folder->write("job/ABCD/matrix", "another job"));
@@ -278,14 +278,14 @@ void TestCopyDirectory::theQuestionIsAskedForAFolderOnly()
     QVERIFY(m_user->boxes.empty());
 }
 
-void TestCopyDirectory::theQuestionIsAsked_data()
+void tst_CopyDirectory::theQuestionIsAsked_data()
 {
     QTest::addColumn<bool>("yes");
     QTest::newRow("Yes") << true;
     QTest::newRow("No") << false;
 }
 
-void TestCopyDirectory::theQuestionIsAsked()
+void tst_CopyDirectory::theQuestionIsAsked()
 {
     QFETCH(bool, yes);
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
@@ -305,7 +305,7 @@ void TestCopyDirectory::theQuestionIsAsked()
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
 }
 
-void TestCopyDirectory::theQuestionHasNoDefaultButton()
+void tst_CopyDirectory::theQuestionHasNoDefaultButton()
 {
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
     bool hasDefault = true;
@@ -318,7 +318,7 @@ void TestCopyDirectory::theQuestionHasNoDefaultButton()
     QVERIFY(!hasDefault);
 }
 
-void TestCopyDirectory::noKeepsTheOldJobWhenTheNamesDiffer()
+void tst_CopyDirectory::noKeepsTheOldJobWhenTheNamesDiffer()
 {
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
     m_user->expectMessageBox(QMessageBox::No);
@@ -332,7 +332,7 @@ void TestCopyDirectory::noKeepsTheOldJobWhenTheNamesDiffer()
                            {"XYZ/matrix/matrix", "new"}}));
 }
 
-void TestCopyDirectory::noUnpacksBesideTheOldJobWhenTheNamesAreEqual()
+void tst_CopyDirectory::noUnpacksBesideTheOldJobWhenTheNamesAreEqual()
 {
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
     QVERIFY(m_folder->write("job/ABC/only/old", "old"));
@@ -346,7 +346,7 @@ void TestCopyDirectory::noUnpacksBesideTheOldJobWhenTheNamesAreEqual()
 }
 
 // As three programs write the folder that they all call "odb".
-void TestCopyDirectory::twoBoardsAreNotMixed_data()
+void tst_CopyDirectory::twoBoardsAreNotMixed_data()
 {
     QTest::addColumn<QByteArray>("tar");
     QTest::newRow("with its entry") << TarBuilder()
@@ -365,7 +365,7 @@ void TestCopyDirectory::twoBoardsAreNotMixed_data()
         << TarBuilder().file("./odb/fonts/standard", "new").file("./odb/matrix/matrix", "new").bytes();
 }
 
-void TestCopyDirectory::twoBoardsAreNotMixed()
+void tst_CopyDirectory::twoBoardsAreNotMixed()
 {
     QFETCH(QByteArray, tar);
     QVERIFY(m_folder->write("job/odb/matrix/matrix", "first"));
@@ -388,7 +388,7 @@ void TestCopyDirectory::twoBoardsAreNotMixed()
         QVERIFY2(isOfTheNewJobs(it.key()) && it.value() != "first", qPrintable(it.key()));
 }
 
-void TestCopyDirectory::everyFolderAtTheTopFindsItsPlace()
+void tst_CopyDirectory::everyFolderAtTheTopFindsItsPlace()
 {
     QVERIFY(m_folder->write("job/matrix/matrix", "old"));
     QVERIFY(m_folder->write("job/steps/x", "old"));
@@ -410,7 +410,7 @@ void TestCopyDirectory::everyFolderAtTheTopFindsItsPlace()
                            {"steps~1/x", "new"}}));
 }
 
-void TestCopyDirectory::aFreeNameStaysWhenTheArchivesIsTaken()
+void tst_CopyDirectory::aFreeNameStaysWhenTheArchivesIsTaken()
 {
     QVERIFY(m_folder->write("job/ABC/x", "old ABC"));
     QVERIFY(m_folder->write("job/odb/x", "old odb"));
@@ -422,7 +422,7 @@ void TestCopyDirectory::aFreeNameStaysWhenTheArchivesIsTaken()
     QCOMPARE(jobs(), after);
 }
 
-void TestCopyDirectory::yesReplacesTheOldJobAndNoOther()
+void tst_CopyDirectory::yesReplacesTheOldJobAndNoOther()
 {
     QVERIFY(m_folder->write("job/ABC/x", "old ABC"));
     QVERIFY(m_folder->write("job/odb/x", "old odb"));
@@ -435,7 +435,7 @@ void TestCopyDirectory::yesReplacesTheOldJobAndNoOther()
                            {"odb/x", "old odb"}}));
 }
 
-void TestCopyDirectory::aRenamedArchiveWithoutFolderEntriesReplacesTheOldJob()
+void tst_CopyDirectory::aRenamedArchiveWithoutFolderEntriesReplacesTheOldJob()
 {
     QVERIFY(m_folder->write("job/ABC/x", "old"));
     m_user->expectMessageBox(QMessageBox::Yes);
@@ -444,7 +444,7 @@ void TestCopyDirectory::aRenamedArchiveWithoutFolderEntriesReplacesTheOldJob()
     QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/misc/", ""}, {"ABC/misc/info", "new"}}));
 }
 
-void TestCopyDirectory::aTakenFileIsLeftAlone()
+void tst_CopyDirectory::aTakenFileIsLeftAlone()
 {
     QVERIFY(m_folder->write("job/readme", "the user's"));
     QVERIFY(
@@ -452,7 +452,7 @@ void TestCopyDirectory::aTakenFileIsLeftAlone()
     QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/x", "new"}, {"readme", "the user's"}, {"readme~1", "new"}}));
 }
 
-void TestCopyDirectory::yesUnpacksOverTheOldJobWhenTheNamesAreEqual()
+void tst_CopyDirectory::yesUnpacksOverTheOldJobWhenTheNamesAreEqual()
 {
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
     QVERIFY(m_folder->write("job/ABC/only/old", "old"));
@@ -462,7 +462,7 @@ void TestCopyDirectory::yesUnpacksOverTheOldJobWhenTheNamesAreEqual()
     QCOMPARE(jobs()["ABC/only/old"], QByteArray("old"));
 }
 
-void TestCopyDirectory::yesReplacesTheOldJobWhenTheNamesDiffer()
+void tst_CopyDirectory::yesReplacesTheOldJobWhenTheNamesDiffer()
 {
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
     QVERIFY(m_folder->write("job/ABC/only/old", "old"));
@@ -472,7 +472,7 @@ void TestCopyDirectory::yesReplacesTheOldJobWhenTheNamesDiffer()
     QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
 }
 
-void TestCopyDirectory::aNamelessMemberCanBeImportedTwice()
+void tst_CopyDirectory::aNamelessMemberCanBeImportedTwice()
 {
     const QString file = archive("ABC.tgz", gzip(job("ABC")));
     QVERIFY(import(file));
@@ -481,7 +481,7 @@ void TestCopyDirectory::aNamelessMemberCanBeImportedTwice()
     QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
 }
 
-void TestCopyDirectory::theParametersAreTheSameOnEveryPlatform()
+void tst_CopyDirectory::theParametersAreTheSameOnEveryPlatform()
 {
     QVERIFY(QDir().mkpath("jobs root/here"));
     const QString root = m_folder->filePath("jobs root/here").replace("/", "\\");
@@ -494,7 +494,7 @@ void TestCopyDirectory::theParametersAreTheSameOnEveryPlatform()
     QCOMPARE(UnzipProgress::tarName, std::wstring(L"XYZ"));
 }
 
-void TestCopyDirectory::theProgressWindowHasItsFlagsBarAndLayout()
+void tst_CopyDirectory::theProgressWindowHasItsFlagsBarAndLayout()
 {
     WindowWatch watch;
     QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().file("ABC/x", QByteArray(30000000, 'x')).bytes()))));
@@ -517,14 +517,14 @@ void TestCopyDirectory::theProgressWindowHasItsFlagsBarAndLayout()
     QCOMPARE(layout->itemAt(0)->alignment(), Qt::Alignment());
 }
 
-void TestCopyDirectory::theProgressWindowAnimates()
+void tst_CopyDirectory::theProgressWindowAnimates()
 {
     WindowWatch watch;
     QVERIFY(import(archive("ABC.tgz", gzip(TarBuilder().file("ABC/x", QByteArray(60000000, 'x')).bytes()))));
     QVERIFY2(watch.seen.paints > 2, qPrintable(QString::number(watch.seen.paints)));
 }
 
-void TestCopyDirectory::theProgressWindowStaysWithItsParent()
+void tst_CopyDirectory::theProgressWindowStaysWithItsParent()
 {
     QVERIFY(import(archive("ABC.tgz", gzip(job("ABC")))));
     QVERIFY(import(archive("DEF.tgz", gzip(job("DEF")))));
@@ -534,7 +534,7 @@ void TestCopyDirectory::theProgressWindowStaysWithItsParent()
         QVERIFY(!bar->isVisible());
 }
 
-void TestCopyDirectory::failedImportShowsTheErrorBox_data()
+void tst_CopyDirectory::failedImportShowsTheErrorBox_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("not gzip") << QByteArray("this is no gzip file, whatever its name says");
@@ -544,7 +544,7 @@ void TestCopyDirectory::failedImportShowsTheErrorBox_data()
     QTest::newRow("a name that leads out") << gzip(TarBuilder().file("../evil", "x").bytes());
 }
 
-void TestCopyDirectory::failedImportShowsTheErrorBox()
+void tst_CopyDirectory::failedImportShowsTheErrorBox()
 {
     QFETCH(QByteArray, bytes);
     bool windowWasClosed = false;
@@ -566,7 +566,7 @@ void TestCopyDirectory::failedImportShowsTheErrorBox()
     QVERIFY(!QFile::exists("evil"));
 }
 
-void TestCopyDirectory::failedImportKeepsTheOldJob_data()
+void tst_CopyDirectory::failedImportKeepsTheOldJob_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("yes");
@@ -590,7 +590,7 @@ void TestCopyDirectory::failedImportKeepsTheOldJob_data()
     }
 }
 
-void TestCopyDirectory::failedImportKeepsTheOldJob()
+void tst_CopyDirectory::failedImportKeepsTheOldJob()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(bool, yes);
@@ -606,7 +606,7 @@ void TestCopyDirectory::failedImportKeepsTheOldJob()
     QCOMPARE(after, before);
 }
 
-void TestCopyDirectory::aTarLeftByAFailureDoesNotSpoilTheNextImport()
+void tst_CopyDirectory::aTarLeftByAFailureDoesNotSpoilTheNextImport()
 {
     m_user->expectMessageBox(QMessageBox::Yes);
     QVERIFY(!import(archive("ABC.tgz", gzip("this is no tar file"))));
@@ -615,7 +615,7 @@ void TestCopyDirectory::aTarLeftByAFailureDoesNotSpoilTheNextImport()
     QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
 }
 
-void TestCopyDirectory::aPathWithBlanksSplitsTheCommands()
+void tst_CopyDirectory::aPathWithBlanksSplitsTheCommands()
 {
     QVERIFY(m_folder->write("job/my", "1"));
     QVERIFY(m_folder->write("part_too.tar", "2"));
@@ -633,7 +633,7 @@ void TestCopyDirectory::aPathWithBlanksSplitsTheCommands()
     QVERIFY(jobs().contains("XYZ/matrix/matrix"));
 }
 
-void TestCopyDirectory::aCommandThatWouldHitAFolderIsNotRun_data()
+void tst_CopyDirectory::aCommandThatWouldHitAFolderIsNotRun_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("folder"); // in the way, from the working folder
@@ -656,7 +656,7 @@ void TestCopyDirectory::aCommandThatWouldHitAFolderIsNotRun_data()
 }
 
 // Neither command, whatever the answer: the tar is deleted as a file, both folders stay.
-void TestCopyDirectory::aCommandThatWouldHitAFolderIsNotRun()
+void tst_CopyDirectory::aCommandThatWouldHitAFolderIsNotRun()
 {
     QFETCH(QString, name);
     QFETCH(QString, folder);
@@ -680,7 +680,7 @@ void TestCopyDirectory::aCommandThatWouldHitAFolderIsNotRun()
     QCOMPARE(jobs(), after);
 }
 
-void TestCopyDirectory::aFailedImportRunsNoCommandThatWouldHitAFolder()
+void tst_CopyDirectory::aFailedImportRunsNoCommandThatWouldHitAFolder()
 {
     QVERIFY(m_folder->write("job/board/file", "another job"));
     m_user->expectMessageBox(QMessageBox::Yes);
@@ -692,7 +692,7 @@ void TestCopyDirectory::aFailedImportRunsNoCommandThatWouldHitAFolder()
 }
 
 // The interpreter reads a slash as the begin of a switch.
-void TestCopyDirectory::aJobRootWithSlashesKeepsTheOldJob()
+void tst_CopyDirectory::aJobRootWithSlashesKeepsTheOldJob()
 {
     QVERIFY(m_folder->write("jobs/ABC/x", "old"));
     FileProcessAccess::config(*m_plugin).jobPath = m_folder->filePath("jobs");
@@ -705,7 +705,7 @@ void TestCopyDirectory::aJobRootWithSlashesKeepsTheOldJob()
                                                        {"XYZ/matrix/matrix", "new"}}));
 }
 
-void TestCopyDirectory::aNameThatNamesNoJobFails_data()
+void tst_CopyDirectory::aNameThatNamesNoJobFails_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("nothing") << "";
@@ -717,7 +717,7 @@ void TestCopyDirectory::aNameThatNamesNoJobFails_data()
     QTest::newRow("another folder") << "..\\other";
 }
 
-void TestCopyDirectory::aNameThatNamesNoJobFails()
+void tst_CopyDirectory::aNameThatNamesNoJobFails()
 {
     QFETCH(QString, name);
     QVERIFY(m_folder->write("job/ABC/x", "old"));
@@ -736,7 +736,7 @@ void TestCopyDirectory::aNameThatNamesNoJobFails()
     QCOMPARE(log.lines()[0].severity, google::GLOG_ERROR);
 }
 
-void TestCopyDirectory::whatWasJustUnpackedIsNotRemoved_data()
+void tst_CopyDirectory::whatWasJustUnpackedIsNotRemoved_data()
 {
     QTest::addColumn<QByteArray>("tar");
     QTest::newRow("packed from the folder above")
@@ -744,7 +744,7 @@ void TestCopyDirectory::whatWasJustUnpackedIsNotRemoved_data()
     QTest::newRow("another folder first") << TarBuilder().file("XYZ/x", "x").file("ABC/x", "new").bytes();
 }
 
-void TestCopyDirectory::whatWasJustUnpackedIsNotRemoved()
+void tst_CopyDirectory::whatWasJustUnpackedIsNotRemoved()
 {
     QFETCH(QByteArray, tar);
     QVERIFY(m_folder->write("job/ABC/old", "old"));
@@ -754,7 +754,7 @@ void TestCopyDirectory::whatWasJustUnpackedIsNotRemoved()
     QCOMPARE(jobs().value("ABC/old"), QByteArray("old"));
 }
 
-void TestCopyDirectory::memberNamesMayFallApart_data()
+void tst_CopyDirectory::memberNamesMayFallApart_data()
 {
     QTest::addColumn<QString>("archiveName");
     QTest::addColumn<QByteArray>("member");
@@ -763,7 +763,7 @@ void TestCopyDirectory::memberNamesMayFallApart_data()
     QTest::newRow("a renamed second download") << "board" << QByteArray("board (1).tar");
 }
 
-void TestCopyDirectory::memberNamesMayFallApart()
+void tst_CopyDirectory::memberNamesMayFallApart()
 {
     QFETCH(QString, archiveName);
     QFETCH(QByteArray, member);
@@ -772,7 +772,7 @@ void TestCopyDirectory::memberNamesMayFallApart()
 }
 
 // The command would delete board.txt and ask about the folder "my".
-void TestCopyDirectory::aMembersNameGetsIntoNoCommandThatFallsApart()
+void tst_CopyDirectory::aMembersNameGetsIntoNoCommandThatFallsApart()
 {
     QVERIFY(m_folder->write("board.txt", "the user's"));
     QVERIFY(m_folder->write("job/my/x", "a job"));
@@ -783,7 +783,7 @@ void TestCopyDirectory::aMembersNameGetsIntoNoCommandThatFallsApart()
 }
 
 // The event loop of the first poll is held up until the failed task and its clean-up have ended.
-void TestCopyDirectory::aTaskThatEndsUnseenTakesTheSuccessRoad()
+void tst_CopyDirectory::aTaskThatEndsUnseenTakesTheSuccessRoad()
 {
     // The task waits at its log line until the poll is in its event pass, which then outlasts the clean-up.
     FailureGate gate;
@@ -796,7 +796,7 @@ void TestCopyDirectory::aTaskThatEndsUnseenTakesTheSuccessRoad()
     QCOMPARE(m_name, QString("ABC.tar"));
 }
 
-void TestCopyDirectory::aFailureThatEndsUnseenKeepsTheOldJob()
+void tst_CopyDirectory::aFailureThatEndsUnseenKeepsTheOldJob()
 {
     QVERIFY(m_folder->write("job/ABC/x", "old"));
     const Tree before = jobs();
@@ -815,7 +815,7 @@ void TestCopyDirectory::aFailureThatEndsUnseenKeepsTheOldJob()
     QCOMPARE(jobs(), before);
 }
 
-void TestCopyDirectory::aJobRootThatVanishesEndsTheImport()
+void tst_CopyDirectory::aJobRootThatVanishesEndsTheImport()
 {
     // The answer to the question takes the root away: unpacking makes it again.
     QVERIFY(m_folder->write("job/ABC/matrix/matrix", "old"));
@@ -827,7 +827,7 @@ void TestCopyDirectory::aJobRootThatVanishesEndsTheImport()
     QCOMPARE(jobs().keys(), (QStringList{"ABC/", "ABC/matrix/", "ABC/matrix/matrix"}));
 }
 
-void TestCopyDirectory::aJobRootThatIsAFileFails()
+void tst_CopyDirectory::aJobRootThatIsAFileFails()
 {
     QVERIFY(m_folder->write("job", "a file"));
     m_user->expectMessageBox(QMessageBox::Yes);
@@ -836,5 +836,5 @@ void TestCopyDirectory::aJobRootThatIsAFileFails()
     QCOMPARE(readFile("job"), QByteArray("a file"));
 }
 
-QTEST_MAIN(TestCopyDirectory)
+QTEST_MAIN(tst_CopyDirectory)
 #include "tst_copydirectory.moc"

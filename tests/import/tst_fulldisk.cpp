@@ -34,7 +34,7 @@ private:
 
 } // namespace
 
-class TestFullDisk : public QObject
+class tst_FullDisk : public QObject
 {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ private:
     }
 };
 
-void TestFullDisk::aBombFailsAndGivesItsSpaceBack()
+void tst_FullDisk::aBombFailsAndGivesItsSpaceBack()
 {
     const TemporaryWorkingFolder folder;
     // Some kilobytes that become twenty megabytes.
@@ -68,7 +68,7 @@ void TestFullDisk::aBombFailsAndGivesItsSpaceBack()
 }
 
 // The tar, which holds the zeros only as a number, is small enough; the job's file is not.
-void TestFullDisk::aFullDiskInTheSecondStageGivesTheJobsSpaceBack()
+void tst_FullDisk::aFullDiskInTheSecondStageGivesTheJobsSpaceBack()
 {
     QByteArray header = TarBuilder::header(TarBuilder::Type('S'), "ABC/x", TarBuilder::octal(512));
     header.replace(257, 8, QByteArray("ustar  \0", 8));
@@ -84,7 +84,7 @@ void TestFullDisk::aFullDiskInTheSecondStageGivesTheJobsSpaceBack()
     QCOMPARE(treeOf(folder.filePath("job")).keys(), QStringList{"ABC.tar"});
 }
 
-void TestFullDisk::theOldJobSurvives()
+void tst_FullDisk::theOldJobSurvives()
 {
     const TemporaryWorkingFolder folder;
     folder.write("job/ABC/matrix/matrix", "old");
@@ -94,5 +94,5 @@ void TestFullDisk::theOldJobSurvives()
     QCOMPARE(treeOf(folder.filePath("job")), before);
 }
 
-QTEST_MAIN(TestFullDisk)
+QTEST_MAIN(tst_FullDisk)
 #include "tst_fulldisk.moc"

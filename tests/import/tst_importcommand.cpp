@@ -27,7 +27,7 @@ struct Sent
 
 } // namespace
 
-class TestImportCommand : public QObject
+class tst_ImportCommand : public QObject
 {
     Q_OBJECT
 
@@ -90,7 +90,7 @@ private:
     std::vector<Sent> m_sent;
 };
 
-void TestImportCommand::init()
+void tst_ImportCommand::init()
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     m_folder = std::make_unique<TemporaryWorkingFolder>();
@@ -104,7 +104,7 @@ void TestImportCommand::init()
     });
 }
 
-void TestImportCommand::cleanup()
+void tst_ImportCommand::cleanup()
 {
     QCOMPARE(m_user->pending(), 0);
     m_user.reset();
@@ -113,7 +113,7 @@ void TestImportCommand::cleanup()
     m_folder.reset();
 }
 
-void TestImportCommand::theDialogIsBuiltAsItIs()
+void tst_ImportCommand::theDialogIsBuiltAsItIs()
 {
     m_user->expect([this](QWidget *window) {
         auto *dialog = qobject_cast<QFileDialog *>(window);
@@ -136,7 +136,7 @@ void TestImportCommand::theDialogIsBuiltAsItIs()
     m_plugin->on_ImportACT_clicked();
 }
 
-void TestImportCommand::theDialogStartsInTheJobFolder()
+void tst_ImportCommand::theDialogStartsInTheJobFolder()
 {
     QVERIFY(QDir().mkpath("my jobs"));
     FileProcessAccess::config(*m_plugin).jobPath = m_folder->filePath("my jobs").replace("/", "\\");
@@ -148,7 +148,7 @@ void TestImportCommand::theDialogStartsInTheJobFolder()
     m_plugin->on_ImportACT_clicked();
 }
 
-void TestImportCommand::theDialogStartsInTheWorkingFolderWithoutOne()
+void tst_ImportCommand::theDialogStartsInTheWorkingFolderWithoutOne()
 {
     m_user->expect([this](QWidget *window) {
         auto *dialog = qobject_cast<QFileDialog *>(window);
@@ -158,7 +158,7 @@ void TestImportCommand::theDialogStartsInTheWorkingFolderWithoutOne()
     m_plugin->on_ImportACT_clicked();
 }
 
-void TestImportCommand::cancelChangesNothing()
+void tst_ImportCommand::cancelChangesNothing()
 {
     FileProcessAccess::filePath(*m_plugin) = "earlier";
     m_user->expect([](QWidget *window) {
@@ -170,7 +170,7 @@ void TestImportCommand::cancelChangesNothing()
     QVERIFY(!QDir("job").exists());
 }
 
-void TestImportCommand::aFileIsSentOnAsItIs_data()
+void tst_ImportCommand::aFileIsSentOnAsItIs_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("GDSII") << "layer.gds";
@@ -182,7 +182,7 @@ void TestImportCommand::aFileIsSentOnAsItIs_data()
     QTest::newRow("archive inside the name") << "x.tgz.bak";
 }
 
-void TestImportCommand::aFileIsSentOnAsItIs()
+void tst_ImportCommand::aFileIsSentOnAsItIs()
 {
     QFETCH(QString, name);
     const QString path = put(name, "whatever it holds");
@@ -195,7 +195,7 @@ void TestImportCommand::aFileIsSentOnAsItIs()
     QVERIFY(!QDir("job").exists());
 }
 
-void TestImportCommand::anArchiveIsUnpackedAndItsOwnPathSent_data()
+void tst_ImportCommand::anArchiveIsUnpackedAndItsOwnPathSent_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("lower case") << "ABC.tgz";
@@ -203,7 +203,7 @@ void TestImportCommand::anArchiveIsUnpackedAndItsOwnPathSent_data()
     QTest::newRow("mixed case") << "ABC.tGz";
 }
 
-void TestImportCommand::anArchiveIsUnpackedAndItsOwnPathSent()
+void tst_ImportCommand::anArchiveIsUnpackedAndItsOwnPathSent()
 {
     QFETCH(QString, name);
     const QString path = put(name, job("XYZ"));
@@ -213,7 +213,7 @@ void TestImportCommand::anArchiveIsUnpackedAndItsOwnPathSent()
     QVERIFY(QFile::exists("job/ABC/x"));
 }
 
-void TestImportCommand::severalFilesAreTakenInOrder()
+void tst_ImportCommand::severalFilesAreTakenInOrder()
 {
     const QStringList paths{put("mail/B.tgz", job("B")), put("mail/A.tgz", job("A")), put("mail/c.gds", "c")};
     choose(paths);
@@ -223,7 +223,7 @@ void TestImportCommand::severalFilesAreTakenInOrder()
     QVERIFY(QFile::exists("job/B/x"));
 }
 
-void TestImportCommand::aFailedArchiveIsSkippedWithoutAMessage()
+void tst_ImportCommand::aFailedArchiveIsSkippedWithoutAMessage()
 {
     const QStringList paths{put("mail/1.tgz", job("1")), put("mail/2.tgz", "broken"),
                             put("mail/3.tgz", job("3"))};
@@ -235,14 +235,14 @@ void TestImportCommand::aFailedArchiveIsSkippedWithoutAMessage()
     QCOMPARE(FileProcessAccess::filePath(*m_plugin), paths[2]);
 }
 
-void TestImportCommand::theNameOfAJobEndsAtTheLastDot()
+void tst_ImportCommand::theNameOfAJobEndsAtTheLastDot()
 {
     choose({put("jobs.d/a.b.tgz", job("XYZ"))});
     m_plugin->on_ImportACT_clicked();
     QVERIFY(QFile::exists("job/a.b/x"));
 }
 
-void TestImportCommand::everyCallMakesADialogOfItsOwn()
+void tst_ImportCommand::everyCallMakesADialogOfItsOwn()
 {
     for (int call = 0; call < 2; ++call) {
         choose({put("x.gds", "x")});
@@ -254,7 +254,7 @@ void TestImportCommand::everyCallMakesADialogOfItsOwn()
         QVERIFY(!dialog->isVisible());
 }
 
-void TestImportCommand::aRequestOfAnotherPluginRunsTheCommand()
+void tst_ImportCommand::aRequestOfAnotherPluginRunsTheCommand()
 {
     m_plugin->InitImportTool(m_parent.get());
     m_sent.clear();
@@ -266,7 +266,7 @@ void TestImportCommand::aRequestOfAnotherPluginRunsTheCommand()
     QCOMPARE(sentPaths(), QStringList{path});
 }
 
-void TestImportCommand::theActionRunsTheCommand()
+void tst_ImportCommand::theActionRunsTheCommand()
 {
     QAction *action = m_plugin->InitImportTool(m_parent.get());
     m_sent.clear();
@@ -276,5 +276,5 @@ void TestImportCommand::theActionRunsTheCommand()
     QCOMPARE(sentPaths(), QStringList{path});
 }
 
-QTEST_MAIN(TestImportCommand)
+QTEST_MAIN(tst_ImportCommand)
 #include "tst_importcommand.moc"

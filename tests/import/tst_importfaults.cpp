@@ -103,7 +103,7 @@ void duringTheUnpacking(std::function<void()> work)
 
 } // namespace
 
-class TestImportFaults : public QObject
+class tst_ImportFaults : public QObject
 {
     Q_OBJECT
 
@@ -187,7 +187,7 @@ private:
     QStringList m_sent;
 };
 
-void TestImportFaults::init()
+void tst_ImportFaults::init()
 {
     m_folder = std::make_unique<TemporaryWorkingFolder>();
     m_plugin = std::make_unique<FileProcess>();
@@ -201,7 +201,7 @@ void TestImportFaults::init()
     });
 }
 
-void TestImportFaults::cleanup()
+void tst_ImportFaults::cleanup()
 {
     QCOMPARE(m_user->pending(), 0);
     m_user.reset();
@@ -211,7 +211,7 @@ void TestImportFaults::cleanup()
     m_folder.reset();
 }
 
-void TestImportFaults::aJobRootWithoutWritePermissionFails()
+void tst_ImportFaults::aJobRootWithoutWritePermissionFails()
 {
     QVERIFY(m_folder->write("job/ABC/a", "old"));
     const QString file = put("ABC.tgz", job("ABC"));
@@ -231,7 +231,7 @@ void TestImportFaults::aJobRootWithoutWritePermissionFails()
 }
 
 // The tar can be unpacked beside the job, but nothing can take the place of what is in it.
-void TestImportFaults::anOldJobWithoutWritePermissionSurvives()
+void tst_ImportFaults::anOldJobWithoutWritePermissionSurvives()
 {
     QVERIFY(m_folder->write("job/ABC/a", "old"));
     const QString file = put("ABC.tgz", job("ABC"));
@@ -249,7 +249,7 @@ void TestImportFaults::anOldJobWithoutWritePermissionSurvives()
     QCOMPARE(after, oldJob());
 }
 
-void TestImportFaults::aJobRootThatVanishesBeforeTheFirstStageIsMadeAgain()
+void tst_ImportFaults::aJobRootThatVanishesBeforeTheFirstStageIsMadeAgain()
 {
     QVERIFY(m_folder->write("job/OTHER/a", "old"));
     const BeforeTheFirstStage vanish([] { QDir().rename("job", "gone"); });
@@ -259,7 +259,7 @@ void TestImportFaults::aJobRootThatVanishesBeforeTheFirstStageIsMadeAgain()
              (Tree{{"ABC/", ""}, {"ABC/a", "new"}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "new"}}));
 }
 
-void TestImportFaults::aJobRootThatVanishesBetweenTheStagesFails()
+void tst_ImportFaults::aJobRootThatVanishesBetweenTheStagesFails()
 {
     QVERIFY(m_folder->write("job/OTHER/a", "old"));
     m_user->expectMessageBox(QMessageBox::Yes);
@@ -272,7 +272,7 @@ void TestImportFaults::aJobRootThatVanishesBetweenTheStagesFails()
     QVERIFY(!QDir("job").exists());
 }
 
-void TestImportFaults::aJobRootMayVanishAtAnyMoment_data()
+void tst_ImportFaults::aJobRootMayVanishAtAnyMoment_data()
 {
     QTest::addColumn<int>("milliseconds");
     for (const int milliseconds : {0, 10, 20, 40, 60, 80, 100, 150, 200})
@@ -280,7 +280,7 @@ void TestImportFaults::aJobRootMayVanishAtAnyMoment_data()
 }
 
 // What is at the job's place afterwards is the whole job or nothing.
-void TestImportFaults::aJobRootMayVanishAtAnyMoment()
+void tst_ImportFaults::aJobRootMayVanishAtAnyMoment()
 {
     QFETCH(int, milliseconds);
     const QString file = put("ABC.tgz", largeJob());
@@ -304,7 +304,7 @@ void TestImportFaults::aJobRootMayVanishAtAnyMoment()
     }
 }
 
-void TestImportFaults::withoutThreadsTheImportFails_data()
+void tst_ImportFaults::withoutThreadsTheImportFails_data()
 {
     QTest::addColumn<int>("threads");
     QTest::newRow("none for the job") << 0;
@@ -312,7 +312,7 @@ void TestImportFaults::withoutThreadsTheImportFails_data()
     QTest::newRow("none to write the files") << 2;
 }
 
-void TestImportFaults::withoutThreadsTheImportFails()
+void tst_ImportFaults::withoutThreadsTheImportFails()
 {
     QFETCH(int, threads);
     QVERIFY(m_folder->write("job/ABC/a", "old"));
@@ -333,7 +333,7 @@ void TestImportFaults::withoutThreadsTheImportFails()
     QCOMPARE(jobs()["ABC/a"], QByteArray("new"));
 }
 
-void TestImportFaults::aRequestDuringAnUnpackingIsIgnored()
+void tst_ImportFaults::aRequestDuringAnUnpackingIsIgnored()
 {
     const QString file = put("ABC.tgz", largeJob());
     const LogCapture log;
@@ -354,7 +354,7 @@ void TestImportFaults::aRequestDuringAnUnpackingIsIgnored()
 }
 
 // The failed job's clean-up may still be at work.
-void TestImportFaults::aRequestDuringTheErrorBoxIsIgnored()
+void tst_ImportFaults::aRequestDuringTheErrorBoxIsIgnored()
 {
     const QString file = put("ABC.tgz", "no gzip");
     choose(file);
@@ -369,7 +369,7 @@ void TestImportFaults::aRequestDuringTheErrorBoxIsIgnored()
     QCOMPARE(m_sent.size(), 1);
 }
 
-void TestImportFaults::aRequestDuringTheQuestionIsAnImportOfItsOwn()
+void tst_ImportFaults::aRequestDuringTheQuestionIsAnImportOfItsOwn()
 {
     QVERIFY(m_folder->write("job/ABC/a", "old"));
     const QString first = put("ABC.tgz", job("ABC"));
@@ -389,7 +389,7 @@ void TestImportFaults::aRequestDuringTheQuestionIsAnImportOfItsOwn()
     QCOMPARE(jobs()["DEF/a"], QByteArray("new"));
 }
 
-void TestImportFaults::thePluginMayGoWhileItsFileDialogIsOpen()
+void tst_ImportFaults::thePluginMayGoWhileItsFileDialogIsOpen()
 {
     const QString file = put("ABC.tgz", job("ABC"));
     m_user->expect([&](QWidget *window) {
@@ -403,7 +403,7 @@ void TestImportFaults::thePluginMayGoWhileItsFileDialogIsOpen()
     QVERIFY(!QDir("job").exists());
 }
 
-void TestImportFaults::thePluginMayGoWhileItAsks()
+void tst_ImportFaults::thePluginMayGoWhileItAsks()
 {
     QVERIFY(m_folder->write("job/ABC/a", "old"));
     choose(put("ABC.tgz", job("ABC")));
@@ -416,7 +416,7 @@ void TestImportFaults::thePluginMayGoWhileItAsks()
     QCOMPARE(jobs(), oldJob());
 }
 
-void TestImportFaults::thePluginMayGoWhileItUnpacks()
+void tst_ImportFaults::thePluginMayGoWhileItUnpacks()
 {
     choose(put("ABC.tgz", largeJob()));
     duringTheUnpacking([this] { m_plugin.reset(); });
@@ -427,7 +427,7 @@ void TestImportFaults::thePluginMayGoWhileItUnpacks()
     QCOMPARE(QDir("job/ABC/layers").entryList(QDir::Files).size(), 300);
 }
 
-void TestImportFaults::thePluginMayGoWhileItReportsAFailure()
+void tst_ImportFaults::thePluginMayGoWhileItReportsAFailure()
 {
     choose(put("ABC.tgz", "no gzip"));
     m_user->expect([this](QWidget *window) {
@@ -438,7 +438,7 @@ void TestImportFaults::thePluginMayGoWhileItReportsAFailure()
     QCOMPARE(m_sent, QStringList());
 }
 
-void TestImportFaults::theHostsWindowMayGoWhileTheFileDialogIsOpen()
+void tst_ImportFaults::theHostsWindowMayGoWhileTheFileDialogIsOpen()
 {
     m_user->expect([this](QWidget *) { m_window.reset(); });
     request();
@@ -451,7 +451,7 @@ void TestImportFaults::theHostsWindowMayGoWhileTheFileDialogIsOpen()
     qDeleteAll(QApplication::topLevelWidgets());
 }
 
-void TestImportFaults::theHostsWindowMayGoWhileAnArchiveIsUnpacked()
+void tst_ImportFaults::theHostsWindowMayGoWhileAnArchiveIsUnpacked()
 {
     const QString file = put("ABC.tgz", largeJob());
     choose(file);
@@ -462,5 +462,5 @@ void TestImportFaults::theHostsWindowMayGoWhileAnArchiveIsUnpacked()
     QCOMPARE(jobs().size(), 302);
 }
 
-QTEST_MAIN(TestImportFaults)
+QTEST_MAIN(tst_ImportFaults)
 #include "tst_importfaults.moc"

@@ -13,7 +13,7 @@
 
 using archive::sevenzip::searchFolders;
 
-class TestMissingLibrary : public QObject
+class tst_MissingLibrary : public QObject
 {
     Q_OBJECT
 
@@ -32,13 +32,13 @@ private:
     std::vector<std::filesystem::path> m_folders;
 };
 
-void TestMissingLibrary::theSearchBeginsBesideTheModule()
+void tst_MissingLibrary::theSearchBeginsBesideTheModule()
 {
     QCOMPARE(QDir(QString::fromStdString(searchFolders().at(0).string())).canonicalPath(),
              QDir(QCoreApplication::applicationDirPath()).canonicalPath());
 }
 
-void TestMissingLibrary::theErrorNamesTheLibrary()
+void tst_MissingLibrary::theErrorNamesTheLibrary()
 {
     searchFolders().clear();
     try {
@@ -49,7 +49,7 @@ void TestMissingLibrary::theErrorNamesTheLibrary()
     }
 }
 
-void TestMissingLibrary::anUnreadableLibraryIsAnError()
+void tst_MissingLibrary::anUnreadableLibraryIsAnError()
 {
     const TemporaryWorkingFolder folder;
     QVERIFY(folder.write("7z.so", "whatever it is"));
@@ -65,7 +65,7 @@ void TestMissingLibrary::anUnreadableLibraryIsAnError()
     }
 }
 
-void TestMissingLibrary::aFileThatIsNoLibraryIsAnError()
+void tst_MissingLibrary::aFileThatIsNoLibraryIsAnError()
 {
     const TemporaryWorkingFolder folder;
     QVERIFY(folder.write("7z.so", "this is no library"));
@@ -73,12 +73,12 @@ void TestMissingLibrary::aFileThatIsNoLibraryIsAnError()
     QVERIFY_EXCEPTION_THROWN(archive::Bit7zLibrary(L"7z.dll"), archive::BitException);
 }
 
-void TestMissingLibrary::anotherLibraryIsAnError()
+void tst_MissingLibrary::anotherLibraryIsAnError()
 {
     QVERIFY_EXCEPTION_THROWN(archive::Bit7zLibrary(L"libm.so.6"), archive::BitException);
 }
 
-void TestMissingLibrary::theImportFailsAsWithABrokenArchive()
+void tst_MissingLibrary::theImportFailsAsWithABrokenArchive()
 {
     const TemporaryWorkingFolder folder;
     QVERIFY(folder.write("job/ABC/matrix/matrix", "old"));
@@ -98,5 +98,5 @@ void TestMissingLibrary::theImportFailsAsWithABrokenArchive()
              (QMap<QString, QByteArray>{{"ABC/", ""}, {"ABC/matrix/", ""}, {"ABC/matrix/matrix", "old"}}));
 }
 
-QTEST_MAIN(TestMissingLibrary)
+QTEST_MAIN(tst_MissingLibrary)
 #include "tst_missinglibrary.moc"

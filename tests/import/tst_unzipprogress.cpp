@@ -13,7 +13,7 @@
 #include <memory>
 #include <sstream>
 
-class TestUnzipProgress : public QObject
+class tst_UnzipProgress : public QObject
 {
     Q_OBJECT
 
@@ -70,12 +70,12 @@ private:
 
 using Tree = QMap<QString, QByteArray>;
 
-void TestUnzipProgress::init()
+void tst_UnzipProgress::init()
 {
     m_folder = std::make_unique<TemporaryWorkingFolder>();
 }
 
-void TestUnzipProgress::aNewJobHasNotStarted()
+void tst_UnzipProgress::aNewJobHasNotStarted()
 {
     UnzipProgress job;
     QVERIFY(job.isFinish());
@@ -85,14 +85,14 @@ void TestUnzipProgress::aNewJobHasNotStarted()
     QCOMPARE(job.message, std::string("Start calculating, please wait!"));
 }
 
-void TestUnzipProgress::aFinishedJobReportsOneHundred()
+void tst_UnzipProgress::aFinishedJobReportsOneHundred()
 {
     prepare(gzip(TarBuilder().folder("ABC/").file("ABC/x", "x").bytes()));
     QCOMPARE(run(), 100.0);
     QCOMPARE(jobs(), (Tree{{"ABC/", ""}, {"ABC/x", "x"}, {"ABC.tar", jobs()["ABC.tar"]}}));
 }
 
-void TestUnzipProgress::aRunningJobIsNotFinished()
+void tst_UnzipProgress::aRunningJobIsNotFinished()
 {
     prepare("no archive"); // the clean-up of a failure takes its time
     UnzipProgress job;
@@ -102,7 +102,7 @@ void TestUnzipProgress::aRunningJobIsNotFinished()
     QTRY_VERIFY(job.isFinish());
 }
 
-void TestUnzipProgress::theWorkStepsBackForTheUserInterface()
+void tst_UnzipProgress::theWorkStepsBackForTheUserInterface()
 {
     prepare("no archive");
     const LogCapture log;
@@ -112,7 +112,7 @@ void TestUnzipProgress::theWorkStepsBackForTheUserInterface()
         QVERIFY2(line.threadPriority < threadPriority(), qPrintable(QString::number(line.threadPriority)));
 }
 
-void TestUnzipProgress::destroyingAJobWaitsForIt()
+void tst_UnzipProgress::destroyingAJobWaitsForIt()
 {
     prepare(gzip(TarBuilder().folder("ABC/").file("ABC/x", QByteArray(5000000, 'x')).bytes()));
     {
@@ -122,7 +122,7 @@ void TestUnzipProgress::destroyingAJobWaitsForIt()
     QCOMPARE(jobs()["ABC/x"].size(), 5000000);
 }
 
-void TestUnzipProgress::theResultsAreInTheStatics()
+void tst_UnzipProgress::theResultsAreInTheStatics()
 {
     prepare(gzip(TarBuilder().folder("XYZ/").file("XYZ/x", "x").bytes()));
     run();
@@ -131,14 +131,14 @@ void TestUnzipProgress::theResultsAreInTheStatics()
     QCOMPARE(UnzipProgress::unzipedFilePath, std::wstring(L".\\job\\"));
 }
 
-void TestUnzipProgress::theMemberNameGoesToTheWideOutput_data()
+void tst_UnzipProgress::theMemberNameGoesToTheWideOutput_data()
 {
     QTest::addColumn<QByteArray>("stored");
     QTest::newRow("stored name") << QByteArray("xyz.tar");
     QTest::newRow("no name") << QByteArray();
 }
 
-void TestUnzipProgress::theMemberNameGoesToTheWideOutput()
+void tst_UnzipProgress::theMemberNameGoesToTheWideOutput()
 {
     QFETCH(QByteArray, stored);
     prepare(gzip(TarBuilder().folder("ABC/").bytes(), stored));
@@ -150,7 +150,7 @@ void TestUnzipProgress::theMemberNameGoesToTheWideOutput()
     QCOMPARE(QString::fromStdWString(output.str()), QString(stored) + "\n");
 }
 
-void TestUnzipProgress::aStoredMemberNameReplacesTheTarName()
+void tst_UnzipProgress::aStoredMemberNameReplacesTheTarName()
 {
     prepare(gzip(TarBuilder().folder("ABC/").bytes(), "xyz.tar"));
     QCOMPARE(run(), 100.0);
@@ -159,21 +159,21 @@ void TestUnzipProgress::aStoredMemberNameReplacesTheTarName()
     QVERIFY(jobs().contains("ABC/"));
 }
 
-void TestUnzipProgress::aMemberWithoutItsEndingIsRenamed()
+void tst_UnzipProgress::aMemberWithoutItsEndingIsRenamed()
 {
     prepare(gzip(TarBuilder().folder("ABC/").bytes()));
     QCOMPARE(run(), 100.0);
     QCOMPARE(jobs().keys(), (QStringList{"ABC.tar", "ABC/"}));
 }
 
-void TestUnzipProgress::anEmptyTarHasNoFolderName()
+void tst_UnzipProgress::anEmptyTarHasNoFolderName()
 {
     prepare(gzip(TarBuilder().bytes()));
     QCOMPARE(run(), 100.0);
     QCOMPARE(UnzipProgress::tarName, std::wstring());
 }
 
-void TestUnzipProgress::theFirstFolderIsTheJobs_data()
+void tst_UnzipProgress::theFirstFolderIsTheJobs_data()
 {
     QTest::addColumn<QByteArray>("tar");
     QTest::addColumn<QString>("name");
@@ -189,7 +189,7 @@ void TestUnzipProgress::theFirstFolderIsTheJobs_data()
     QTest::newRow("the folder itself") << TarBuilder().folder("./").file("./odb/x", "x").bytes() << ".";
 }
 
-void TestUnzipProgress::theFirstFolderIsTheJobs()
+void tst_UnzipProgress::theFirstFolderIsTheJobs()
 {
     QFETCH(QByteArray, tar);
     QFETCH(QString, name);
@@ -198,7 +198,7 @@ void TestUnzipProgress::theFirstFolderIsTheJobs()
     QCOMPARE(QString::fromStdWString(UnzipProgress::tarName), name);
 }
 
-void TestUnzipProgress::aFailureIsLoggedUnderTheExportJob_data()
+void tst_UnzipProgress::aFailureIsLoggedUnderTheExportJob_data()
 {
     QTest::addColumn<QByteArray>("archive");
     const QByteArray tar = TarBuilder().file("ABC/x", QByteArray(3000, 'x')).bytes();
@@ -210,7 +210,7 @@ void TestUnzipProgress::aFailureIsLoggedUnderTheExportJob_data()
     QTest::newRow("gzip of nothing") << gzip("");
 }
 
-void TestUnzipProgress::aFailureIsLoggedUnderTheExportJob()
+void tst_UnzipProgress::aFailureIsLoggedUnderTheExportJob()
 {
     QFETCH(QByteArray, archive);
     prepare(archive);
@@ -223,7 +223,7 @@ void TestUnzipProgress::aFailureIsLoggedUnderTheExportJob()
     QCOMPARE(QByteArray::fromStdString(line.message), text + "Progress : 139");
 }
 
-void TestUnzipProgress::aFailureRunsTheCleanUpInAShownWindow()
+void tst_UnzipProgress::aFailureRunsTheCleanUpInAShownWindow()
 {
     prepare(gzip("this is no tar file"));
     QElapsedTimer timer;
@@ -235,7 +235,7 @@ void TestUnzipProgress::aFailureRunsTheCleanUpInAShownWindow()
     QCOMPARE(jobs().keys(), QStringList{"ABC.tar"}); // that pattern matches nothing
 }
 
-void TestUnzipProgress::aRefusalIsLoggedWithItsEntry()
+void tst_UnzipProgress::aRefusalIsLoggedWithItsEntry()
 {
     prepare(gzip(TarBuilder().file("ABC/x", "x").file("ABC/../../evil", "x").bytes()));
     const LogCapture log;
@@ -246,7 +246,7 @@ void TestUnzipProgress::aRefusalIsLoggedWithItsEntry()
     QVERIFY2(text.contains("\"ABC/../../evil\": the path leads out of the folder"), qPrintable(text));
 }
 
-void TestUnzipProgress::aCancelEndsTheJobAsAFailure()
+void tst_UnzipProgress::aCancelEndsTheJobAsAFailure()
 {
     prepare(gzip(TarBuilder().folder("ABC/").bytes()));
     const LogCapture log;
@@ -259,7 +259,7 @@ void TestUnzipProgress::aCancelEndsTheJobAsAFailure()
     job.task.get(); // throws what the job lets out
 }
 
-void TestUnzipProgress::theRealArchivesUnpack_data()
+void tst_UnzipProgress::theRealArchivesUnpack_data()
 {
     QTest::addColumn<QString>("file");
     QTest::newRow("generated") << QString();
@@ -270,7 +270,7 @@ void TestUnzipProgress::theRealArchivesUnpack_data()
     }
 }
 
-void TestUnzipProgress::theRealArchivesUnpack()
+void tst_UnzipProgress::theRealArchivesUnpack()
 {
     QFETCH(QString, file);
     prepare(file.isEmpty() ? gzip(TarBuilder().file("odb/matrix/matrix", "x").bytes()) : readFile(file));
@@ -284,5 +284,5 @@ void TestUnzipProgress::theRealArchivesUnpack()
     QVERIFY(!jobs()[matrices[0]].isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestUnzipProgress)
+QTEST_GUILESS_MAIN(tst_UnzipProgress)
 #include "tst_unzipprogress.moc"

@@ -4,7 +4,7 @@
 #include <QLibrary>
 #include <QtTest>
 
-class tst_ModuleKept : public QObject
+class tst_KeptModule : public QObject
 {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ private:
     int rememberedAfterUnloading(bool keep);
 };
 
-int tst_ModuleKept::rememberedAfterUnloading(bool keep)
+int tst_KeptModule::rememberedAfterUnloading(bool keep)
 {
     const auto module = [] { return QCoreApplication::applicationDirPath() + "/keptmodule"; };
     {
@@ -38,15 +38,15 @@ int tst_ModuleKept::rememberedAfterUnloading(bool keep)
     return number;
 }
 
-void tst_ModuleKept::moduleForgetsWhenItIsUnloaded()
+void tst_KeptModule::moduleForgetsWhenItIsUnloaded()
 {
     QCOMPARE(rememberedAfterUnloading(false), 0);
 }
 
-void tst_ModuleKept::keptModuleIsStillThere()
+void tst_KeptModule::keptModuleIsStillThere()
 {
     QCOMPARE(rememberedAfterUnloading(true), 5);
 }
 
-QTEST_GUILESS_MAIN(tst_ModuleKept)
+QTEST_GUILESS_MAIN(tst_KeptModule)
 #include "tst_keptmodule.moc"

@@ -36,7 +36,7 @@ bool logHas(const LogCapture &log, const std::string &text)
 
 } // namespace
 
-class TestPluginHost : public QObject
+class tst_PluginHost : public QObject
 {
     Q_OBJECT
 
@@ -225,5 +225,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestPluginHost)
+QTEST_GUILESS_MAIN(tst_PluginHost)
 #include "tst_pluginhost.moc"

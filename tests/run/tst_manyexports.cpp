@@ -121,11 +121,11 @@ void tst_ManyExports::dialogsLeaveNothing()
 
 int main(int argc, char **argv)
 {
-    // The plug-in's debug lines would be most of the output, and the test log would keep them.
+    // The plug-in's debug lines would be most of the output, and the tst_test log would keep them.
     qputenv("QT_LOGGING_RULES", "default.debug=false");
     QApplication application(argc, argv);
     QPixmapCache::setCacheLimit(0); // Qt's pictures of controls, which it keeps up to 10 MB of
-    tst_ManyExports test;
-    return QTest::qExec(&test, argc, argv);
+    tst_ManyExports tst_test;
+    return QTest::qExec(&tst_test, argc, argv);
 }
 #include "tst_manyexports.moc"

@@ -17,7 +17,7 @@ const QVector<int> square = {0, 0, 1000000, 0, 1000000, 2000000, 0, 2000000, 0, 
 
 } // namespace
 
-class TestGdsReader : public QObject
+class tst_GdsReader : public QObject
 {
     Q_OBJECT
 
@@ -122,5 +122,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestGdsReader)
+QTEST_GUILESS_MAIN(tst_GdsReader)
 #include "tst_gdsreader.moc"

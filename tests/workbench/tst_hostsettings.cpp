@@ -13,7 +13,7 @@
 #include <QSettings>
 #include <QtTest>
 
-class TestHostSettings : public QObject
+class tst_HostSettings : public QObject
 {
     Q_OBJECT
 
@@ -242,5 +242,5 @@ private slots:
     void missingRootHasNoJobs() { QVERIFY(listJobs("no/such/folder").isEmpty()); }
 };
 
-QTEST_MAIN(TestHostSettings)
+QTEST_MAIN(tst_HostSettings)
 #include "tst_hostsettings.moc"

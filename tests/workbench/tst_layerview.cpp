@@ -27,7 +27,7 @@ LayerDrawing drawingOf(const QVector<QPolygonF> &areas, const QVector<QPolygonF>
 
 } // namespace
 
-class TestLayerView : public QObject
+class tst_LayerView : public QObject
 {
     Q_OBJECT
 
@@ -217,5 +217,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(TestLayerView)
+QTEST_MAIN(tst_LayerView)
 #include "tst_layerview.moc"

@@ -7,7 +7,7 @@
 
 #include <thread>
 
-class TestLogText : public QObject
+class tst_LogText : public QObject
 {
     Q_OBJECT
 
@@ -64,5 +64,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLogText)
+QTEST_GUILESS_MAIN(tst_LogText)
 #include "tst_logtext.moc"

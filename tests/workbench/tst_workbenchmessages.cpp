@@ -40,7 +40,7 @@ ExportJobInfo contextOf(const QString &job)
 
 } // namespace
 
-class TestHostMessages : public QObject
+class tst_WorkbenchMessages : public QObject
 {
     Q_OBJECT
 
@@ -188,5 +188,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestHostMessages)
+QTEST_GUILESS_MAIN(tst_WorkbenchMessages)
 #include "tst_workbenchmessages.moc"

@@ -66,7 +66,7 @@ bool macroIsDark(const QString &body, Point at)
 
 } // namespace
 
-class ApertureTest : public QObject
+class tst_Aperture : public QObject
 {
     Q_OBJECT
 private slots:
@@ -82,7 +82,7 @@ private slots:
     void onlyMacrosWithCutOutsHaveClearParts();
 };
 
-void ApertureTest::simpleSymbolIsAStandardAperture_data()
+void tst_Aperture::simpleSymbolIsAStandardAperture_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("angle");
@@ -111,7 +111,7 @@ void ApertureTest::simpleSymbolIsAStandardAperture_data()
     row("r200_30", 0, 0, "C,0.2");
 }
 
-void ApertureTest::simpleSymbolIsAStandardAperture()
+void tst_Aperture::simpleSymbolIsAStandardAperture()
 {
     QFETCH(QString, name);
     QFETCH(double, angle);
@@ -125,7 +125,7 @@ void ApertureTest::simpleSymbolIsAStandardAperture()
     }
 }
 
-void ApertureTest::macroCoversWhatTheSymbolCovers_data()
+void tst_Aperture::macroCoversWhatTheSymbolCovers_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("angle");
@@ -182,7 +182,7 @@ void ApertureTest::macroCoversWhatTheSymbolCovers_data()
         QTest::newRow(qPrintable(QString(name) + " turned")) << QString(name) << 33.0 << false << 0.0;
 }
 
-void ApertureTest::macroCoversWhatTheSymbolCovers()
+void tst_Aperture::macroCoversWhatTheSymbolCovers()
 {
     QFETCH(QString, name);
     QFETCH(double, angle);
@@ -215,7 +215,7 @@ void ApertureTest::macroCoversWhatTheSymbolCovers()
 }
 
 // Its circles, dark and clear in turn, would clear what is dark.
-void ApertureTest::moireWhoseRingsGrowTogetherHasNoAperture()
+void tst_Aperture::moireWhoseRingsGrowTogetherHasNoAperture()
 {
     const cam::StandardSymbol moire = symbol("moire45x45x3x30x895x30");
     QVERIFY(cam::apertureOf(moire, 40000.0, Transform()).has_value());
@@ -223,13 +223,13 @@ void ApertureTest::moireWhoseRingsGrowTogetherHasNoAperture()
 }
 
 // It would open when the symbol shrinks.
-void ApertureTest::gapWithoutWidthIsNotCutOut()
+void tst_Aperture::gapWithoutWidthIsNotCutOut()
 {
     for (const char *name : {"ths300x200x0x4x0", "thr300x200x0x3x0", "sr_ths300x200x0x4x0"})
         QVERIFY2(!cam::apertureOf(symbol(name), -20000.0, Transform()).has_value(), name);
 }
 
-void ApertureTest::symbolWithoutExactFormHasNoAperture_data()
+void tst_Aperture::symbolWithoutExactFormHasNoAperture_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name :
@@ -240,19 +240,19 @@ void ApertureTest::symbolWithoutExactFormHasNoAperture_data()
         QTest::newRow(name) << QString(name);
 }
 
-void ApertureTest::symbolWithoutExactFormHasNoAperture()
+void tst_Aperture::symbolWithoutExactFormHasNoAperture()
 {
     QFETCH(QString, name);
     QVERIFY(!cam::apertureOf(symbol(name), 0.0, Transform()).has_value());
 }
 
-void ApertureTest::fourGapsAreTheFormatsOwnThermal()
+void tst_Aperture::fourGapsAreTheFormatsOwnThermal()
 {
     const auto aperture = cam::apertureOf(symbol("ths300x200x45x4x50"), 0.0, Transform());
     QCOMPARE(QString::fromStdString(aperture->shape), QString("7,0,0,0.3,0.2,0.05,45*\n"));
 }
 
-void ApertureTest::onlyMacrosWithCutOutsHaveClearParts()
+void tst_Aperture::onlyMacrosWithCutOutsHaveClearParts()
 {
     QVERIFY(!cam::apertureOf(symbol("rect300x200xr50"), 0.0, Transform())->hasClearParts);
     QVERIFY(!cam::apertureOf(symbol("ths300x200x45x4x50"), 0.0, Transform())->hasClearParts);
@@ -261,5 +261,5 @@ void ApertureTest::onlyMacrosWithCutOutsHaveClearParts()
     QVERIFY(cam::apertureOf(symbol("thr300x200x45x4x50"), 0.0, Transform())->hasClearParts);
 }
 
-QTEST_APPLESS_MAIN(ApertureTest)
+QTEST_APPLESS_MAIN(tst_Aperture)
 #include "tst_aperture.moc"

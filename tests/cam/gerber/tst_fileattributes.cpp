@@ -31,7 +31,7 @@ QString fileFunction(const LayerImage &image)
 
 } // namespace
 
-class FileAttributesTest : public QObject
+class tst_FileAttributes : public QObject
 {
     Q_OBJECT
 
@@ -100,5 +100,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(FileAttributesTest)
+QTEST_APPLESS_MAIN(tst_FileAttributes)
 #include "tst_fileattributes.moc"

@@ -37,7 +37,7 @@ QString wrongPoints(const GerberImage &image, const QString &points, bool dark)
 
 } // namespace
 
-class TestGerberReader : public QObject
+class tst_GerberReader : public QObject
 {
     Q_OBJECT
 
@@ -54,7 +54,7 @@ private slots:
     void aFileThatIsNotThereIsNamed();
 };
 
-void TestGerberReader::paintsWhatTheFileSays_data()
+void tst_GerberReader::paintsWhatTheFileSays_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("dark");
@@ -230,7 +230,7 @@ void TestGerberReader::paintsWhatTheFileSays_data()
           "0,0", "1,0");
 }
 
-void TestGerberReader::paintsWhatTheFileSays()
+void tst_GerberReader::paintsWhatTheFileSays()
 {
     QFETCH(const QByteArray, text);
     QFETCH(const QString, dark);
@@ -249,7 +249,7 @@ void TestGerberReader::paintsWhatTheFileSays()
     }
 }
 
-void TestGerberReader::refusesByNameAndLine_data()
+void tst_GerberReader::refusesByNameAndLine_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("message");
@@ -355,7 +355,7 @@ void TestGerberReader::refusesByNameAndLine_data()
             "file:12: expected nothing of a block aperture that LM, LR or LS turns, which is not supported");
 }
 
-void TestGerberReader::refusesByNameAndLine()
+void tst_GerberReader::refusesByNameAndLine()
 {
     QFETCH(const QByteArray, text);
     QFETCH(const QString, message);
@@ -367,7 +367,7 @@ void TestGerberReader::refusesByNameAndLine()
     }
 }
 
-void TestGerberReader::remarksOnWhatReadersDoubt_data()
+void tst_GerberReader::remarksOnWhatReadersDoubt_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("remarks");                // doubt and line
@@ -391,7 +391,7 @@ void TestGerberReader::remarksOnWhatReadersDoubt_data()
                                                       << "";
 }
 
-void TestGerberReader::remarksOnWhatReadersDoubt()
+void tst_GerberReader::remarksOnWhatReadersDoubt()
 {
     QFETCH(const QByteArray, text);
     QFETCH(const QString, remarks);
@@ -401,7 +401,7 @@ void TestGerberReader::remarksOnWhatReadersDoubt()
     QCOMPARE(found.join(' '), remarks);
 }
 
-void TestGerberReader::findsContoursThatCrossThemselves_data()
+void tst_GerberReader::findsContoursThatCrossThemselves_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<bool>("crosses");
@@ -450,7 +450,7 @@ void TestGerberReader::findsContoursThatCrossThemselves_data()
                                 << true;
 }
 
-void TestGerberReader::findsContoursThatCrossThemselves()
+void tst_GerberReader::findsContoursThatCrossThemselves()
 {
     QFETCH(const QByteArray, text);
     QFETCH(const bool, crosses);
@@ -458,7 +458,7 @@ void TestGerberReader::findsContoursThatCrossThemselves()
 }
 
 // Random contours of lines and arcs, also of unequal radii, against polygons in small steps.
-void TestGerberReader::windingNumbersAreThoseOfFinePolygons()
+void tst_GerberReader::windingNumbersAreThoseOfFinePolygons()
 {
     std::mt19937 random(7);
     const auto any = [&random](int low, int high) {
@@ -492,7 +492,7 @@ void TestGerberReader::windingNumbersAreThoseOfFinePolygons()
     QVERIFY(judged > 10000);
 }
 
-void TestGerberReader::aFileThatIsNotThereIsNamed()
+void tst_GerberReader::aFileThatIsNotThereIsNamed()
 {
     try {
         cam::readGerberFile("no/such/file.gbr");
@@ -502,5 +502,5 @@ void TestGerberReader::aFileThatIsNotThereIsNamed()
     }
 }
 
-QTEST_APPLESS_MAIN(TestGerberReader)
+QTEST_APPLESS_MAIN(tst_GerberReader)
 #include "tst_gerberreader.moc"

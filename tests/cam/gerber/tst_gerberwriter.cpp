@@ -104,7 +104,7 @@ cam::StepRepeat repeat(std::uint32_t nx, std::uint32_t ny, double dx, double dy)
 
 } // namespace
 
-class GerberWriterTest : public QObject
+class tst_GerberWriter : public QObject
 {
     Q_OBJECT
 private slots:
@@ -164,7 +164,7 @@ private slots:
     void folderThatIsMissingIsAnError();
 };
 
-void GerberWriterTest::headNamesFormatUnitAndAttributes()
+void tst_GerberWriter::headNamesFormatUnitAndAttributes()
 {
     const QStringList lines = WrittenFile(emptyLayer()).lines();
     QCOMPARE(lines.mid(0, 8),
@@ -175,7 +175,7 @@ void GerberWriterTest::headNamesFormatUnitAndAttributes()
     QCOMPARE(lines.mid(lines.size() - 2), (QStringList{"M02*", ""}));
 }
 
-void GerberWriterTest::fileFunctionFollowsTheMatrix_data()
+void tst_GerberWriter::fileFunctionFollowsTheMatrix_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<QString>("context");
@@ -198,7 +198,7 @@ void GerberWriterTest::fileFunctionFollowsTheMatrix_data()
     row("SIGNAL", "MISC", 0, false, "spare", "Other,spare");
 }
 
-void GerberWriterTest::fileFunctionFollowsTheMatrix()
+void tst_GerberWriter::fileFunctionFollowsTheMatrix()
 {
     QFETCH(QString, type);
     QFETCH(QString, context);
@@ -216,7 +216,7 @@ void GerberWriterTest::fileFunctionFollowsTheMatrix()
     QCOMPARE(WrittenFile(image).lines().at(1), "G04 #@! TF.FileFunction," + function + "*");
 }
 
-void GerberWriterTest::polarityAttributeTurnsWithTheMatrixAndTheExport_data()
+void tst_GerberWriter::polarityAttributeTurnsWithTheMatrixAndTheExport_data()
 {
     QTest::addColumn<bool>("positiveLayer");
     QTest::addColumn<bool>("negate");
@@ -227,7 +227,7 @@ void GerberWriterTest::polarityAttributeTurnsWithTheMatrixAndTheExport_data()
     QTest::newRow("negative negated") << false << true << "Positive";
 }
 
-void GerberWriterTest::polarityAttributeTurnsWithTheMatrixAndTheExport()
+void tst_GerberWriter::polarityAttributeTurnsWithTheMatrixAndTheExport()
 {
     QFETCH(bool, positiveLayer);
     QFETCH(bool, negate);
@@ -239,7 +239,7 @@ void GerberWriterTest::polarityAttributeTurnsWithTheMatrixAndTheExport()
     QCOMPARE(WrittenFile(image, how).lines().at(2), "G04 #@! TF.FilePolarity," + polarity + "*");
 }
 
-void GerberWriterTest::lineIsAStrokeOfARoundAperture()
+void tst_GerberWriter::lineIsAStrokeOfARoundAperture()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -253,14 +253,14 @@ void GerberWriterTest::lineIsAStrokeOfARoundAperture()
              QString("%LPD*% D10* X0Y0D02* G01* X1000000Y500000D01* Y-3000D01* D11* X0Y0D02* X1000000D01*"));
 }
 
-void GerberWriterTest::lineWithoutLengthIsAFlash()
+void tst_GerberWriter::lineWithoutLengthIsAFlash()
 {
     LayerImage image = emptyLayer();
     addLine(image.steps[0].features, symbol(image, "r250"), at(7, 8), at(7, 8));
     QCOMPARE(WrittenFile(image).body(), QString("%LPD*% D10* X7000Y8000D03*"));
 }
 
-void GerberWriterTest::roundPenOfNoDiameterDrawsNothing()
+void tst_GerberWriter::roundPenOfNoDiameterDrawsNothing()
 {
     LayerImage image = emptyLayer();
     addLine(image.steps[0].features, symbol(image, "r0"), at(0, 0), at(1000, 0));
@@ -270,7 +270,7 @@ void GerberWriterTest::roundPenOfNoDiameterDrawsNothing()
     QCOMPARE(WrittenFile(image, how).body(), QString());
 }
 
-void GerberWriterTest::squarePenIsDrawnAsARegion()
+void tst_GerberWriter::squarePenIsDrawnAsARegion()
 {
     LayerImage image = emptyLayer();
     addLine(image.steps[0].features, symbol(image, "s100"), at(0, 0), at(1000, 0));
@@ -280,7 +280,7 @@ void GerberWriterTest::squarePenIsDrawnAsARegion()
     QVERIFY(body.contains("X1050000"));
 }
 
-void GerberWriterTest::arcKeepsItsCentre()
+void tst_GerberWriter::arcKeepsItsCentre()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -292,7 +292,7 @@ void GerberWriterTest::arcKeepsItsCentre()
                                                 "X1000000Y0D02* G02* X0Y1000000I-1000000J0D01*"));
 }
 
-void GerberWriterTest::arcThatEndsWhereItStartsIsAFullCircle()
+void tst_GerberWriter::arcThatEndsWhereItStartsIsAFullCircle()
 {
     LayerImage image = emptyLayer();
     const cam::Arc arc{at(1000, 0), at(1000, 0), at(0, 0), symbol(image, "r100"), false};
@@ -301,7 +301,7 @@ void GerberWriterTest::arcThatEndsWhereItStartsIsAFullCircle()
              QString("%LPD*% D10* X1000000Y0D02* G03* X-1000000I-1000000J0D01* X1000000I1000000J0D01*"));
 }
 
-void GerberWriterTest::equalPadsShareAnAperture()
+void tst_GerberWriter::equalPadsShareAnAperture()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -313,7 +313,7 @@ void GerberWriterTest::equalPadsShareAnAperture()
     QCOMPARE(file.body(), QString("%LPD*% D10* X0Y0D03* X500000D03* X1000000D03*"));
 }
 
-void GerberWriterTest::turnedPadHasAnApertureOfItsOwn()
+void tst_GerberWriter::turnedPadHasAnApertureOfItsOwn()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -327,7 +327,7 @@ void GerberWriterTest::turnedPadHasAnApertureOfItsOwn()
     QVERIFY(file.text().contains("%AMMACRO12*\n4,1,3,-0.1,0,0.1,-0.15,0.1,0.15,-0.1,0,0*\n%"));
 }
 
-void GerberWriterTest::resizedPadGrowsByItsOwnAndTheLayersGrowth()
+void tst_GerberWriter::resizedPadGrowsByItsOwnAndTheLayersGrowth()
 {
     LayerImage image = emptyLayer();
     addPad(image.steps[0].features, symbol(image, "r200"), at(0, 0), true, 0.0, false,
@@ -338,7 +338,7 @@ void GerberWriterTest::resizedPadGrowsByItsOwnAndTheLayersGrowth()
     QCOMPARE(WrittenFile(image, how).apertures(), QStringList{"10C,0.36"});
 }
 
-void GerberWriterTest::negativeFeatureIsPaintedClear()
+void tst_GerberWriter::negativeFeatureIsPaintedClear()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -348,7 +348,7 @@ void GerberWriterTest::negativeFeatureIsPaintedClear()
     QCOMPARE(WrittenFile(image).body(), QString("%LPD*% D10* X0Y0D03* %LPC*% X1000D03* %LPD*% X2000D03*"));
 }
 
-void GerberWriterTest::theFirstPolarityIsDark()
+void tst_GerberWriter::theFirstPolarityIsDark()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -357,7 +357,7 @@ void GerberWriterTest::theFirstPolarityIsDark()
     QCOMPARE(WrittenFile(image).body(), QString("%LPD*% %LPC*% D10* X0Y0D03* %LPD*% X1000D03*"));
 }
 
-void GerberWriterTest::clearPadWithCutOutsIsARegion()
+void tst_GerberWriter::clearPadWithCutOutsIsARegion()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -368,7 +368,7 @@ void GerberWriterTest::clearPadWithCutOutsIsARegion()
     QCOMPARE(body.count("G36"), 1);
 }
 
-void GerberWriterTest::surfaceIsARegionWithItsArcs()
+void tst_GerberWriter::surfaceIsARegionWithItsArcs()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -382,7 +382,7 @@ void GerberWriterTest::surfaceIsARegionWithItsArcs()
         QString("%LPD*% G36* X0Y0D02* G01* X1000000D01* G03* X0Y1000000I-1000000J0D01* G01* Y0D01* G37*"));
 }
 
-void GerberWriterTest::everyRegionSaysHowItStarts()
+void tst_GerberWriter::everyRegionSaysHowItStarts()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -397,7 +397,7 @@ void GerberWriterTest::everyRegionSaysHowItStarts()
                      "G36* X1100000Y0D02* G03* X900000I-100000J0D01* X1100000I100000J0D01* G37*"));
 }
 
-void GerberWriterTest::everythingIsStatedAnewBehindARegion()
+void tst_GerberWriter::everythingIsStatedAnewBehindARegion()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -418,7 +418,7 @@ void GerberWriterTest::everythingIsStatedAnewBehindARegion()
                 "Y1000000D03*"));
 }
 
-void GerberWriterTest::holeOfASurfaceIsReachedByASlit()
+void tst_GerberWriter::holeOfASurfaceIsReachedByASlit()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -430,7 +430,7 @@ void GerberWriterTest::holeOfASurfaceIsReachedByASlit()
                      "Y60000D01* X60000D01* Y40000D01* X40000D01* X0D01* Y0D01* G37*"));
 }
 
-void GerberWriterTest::islandInAHoleIsARegionOfItsOwn()
+void tst_GerberWriter::islandInAHoleIsARegionOfItsOwn()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -441,7 +441,7 @@ void GerberWriterTest::islandInAHoleIsARegionOfItsOwn()
     QCOMPARE(WrittenFile(image).body().count("G36"), 2);
 }
 
-void GerberWriterTest::holesThatOverlapAreUnited()
+void tst_GerberWriter::holesThatOverlapAreUnited()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -456,7 +456,7 @@ void GerberWriterTest::holesThatOverlapAreUnited()
             !body.contains("X60000")); // the edges inside of the other hole are gone
 }
 
-void GerberWriterTest::ownSymbolIsPaintedFeatureByFeature()
+void tst_GerberWriter::ownSymbolIsPaintedFeatureByFeature()
 {
     LayerImage image = emptyLayer();
     FeatureSet drawing;
@@ -469,7 +469,7 @@ void GerberWriterTest::ownSymbolIsPaintedFeatureByFeature()
     QCOMPARE(file.body(), QString("%LPD*% D10* X1000000Y1000000D02* G01* Y900000D01* D11* Y900000D03*"));
 }
 
-void GerberWriterTest::ownSymbolOfANegativePadIsPaintedClear()
+void tst_GerberWriter::ownSymbolOfANegativePadIsPaintedClear()
 {
     LayerImage image = emptyLayer();
     FeatureSet drawing;
@@ -479,7 +479,7 @@ void GerberWriterTest::ownSymbolOfANegativePadIsPaintedClear()
     QCOMPARE(WrittenFile(image).body(), QString("%LPD*% %LPC*% D10* X0Y0D03*"));
 }
 
-void GerberWriterTest::ownSymbolWithCutOutsLeavesWhatLiesBelow()
+void tst_GerberWriter::ownSymbolWithCutOutsLeavesWhatLiesBelow()
 {
     LayerImage image = emptyLayer();
     FeatureSet drawing;
@@ -492,7 +492,7 @@ void GerberWriterTest::ownSymbolWithCutOutsLeavesWhatLiesBelow()
     QVERIFY(body.startsWith("%LPD*% G36*"));
 }
 
-void GerberWriterTest::transformIsScaleThenMirrorThenRotationAboutTheDatum()
+void tst_GerberWriter::transformIsScaleThenMirrorThenRotationAboutTheDatum()
 {
     LayerImage image = emptyLayer();
     image.datum = at(1000, 1000);
@@ -507,7 +507,7 @@ void GerberWriterTest::transformIsScaleThenMirrorThenRotationAboutTheDatum()
     QCOMPARE(file.apertures(), QStringList{"10C,0.2"});
 }
 
-void GerberWriterTest::unevenScaleTurnsStrokesIntoRegions()
+void tst_GerberWriter::unevenScaleTurnsStrokesIntoRegions()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -522,7 +522,7 @@ void GerberWriterTest::unevenScaleTurnsStrokesIntoRegions()
     QVERIFY(body.contains("Y100000D01") || body.contains("Y100000D02")); // twice the pen's 50 um radius
 }
 
-void GerberWriterTest::unevenScaleKeepsRectangles()
+void tst_GerberWriter::unevenScaleKeepsRectangles()
 {
     LayerImage image = emptyLayer();
     addPad(image.steps[0].features, symbol(image, "rect300x200"), at(0, 0), true, 90.0);
@@ -532,7 +532,7 @@ void GerberWriterTest::unevenScaleKeepsRectangles()
     QCOMPARE(WrittenFile(image, how).apertures(), QStringList{"10R,0.25X0.6"});
 }
 
-void GerberWriterTest::resizeGrowsPositiveAndShrinksNegativeFeatures()
+void tst_GerberWriter::resizeGrowsPositiveAndShrinksNegativeFeatures()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -543,7 +543,7 @@ void GerberWriterTest::resizeGrowsPositiveAndShrinksNegativeFeatures()
     QCOMPARE(WrittenFile(image, how).apertures(), (QStringList{"10C,0.25", "11C,0.15"}));
 }
 
-void GerberWriterTest::resizeMovesTheEdgesOfSurfaces()
+void tst_GerberWriter::resizeMovesTheEdgesOfSurfaces()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -559,7 +559,7 @@ void GerberWriterTest::resizeMovesTheEdgesOfSurfaces()
     QVERIFY(body.contains("X550000"));
 }
 
-void GerberWriterTest::negativeIsTheProfileWithoutTheLayer()
+void tst_GerberWriter::negativeIsTheProfileWithoutTheLayer()
 {
     LayerImage image = profiledLayer();
     addPad(image.steps[0].features, symbol(image, "r200"), at(1000, 1000));
@@ -570,7 +570,7 @@ void GerberWriterTest::negativeIsTheProfileWithoutTheLayer()
                      "Y0D01* G37* %LPC*% D10* X1000000Y1000000D03*"));
 }
 
-void GerberWriterTest::negativeWithoutAProfileStartsFromTheExtent()
+void tst_GerberWriter::negativeWithoutAProfileStartsFromTheExtent()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -584,7 +584,7 @@ void GerberWriterTest::negativeWithoutAProfileStartsFromTheExtent()
                             "Y-100000D01* G37* %LPC*%"));
 }
 
-void GerberWriterTest::negativeClearsOutsideOfTheProfile()
+void tst_GerberWriter::negativeClearsOutsideOfTheProfile()
 {
     LayerImage image = profiledLayer();
     FeatureSet &set = image.steps[0].features;
@@ -599,7 +599,7 @@ void GerberWriterTest::negativeClearsOutsideOfTheProfile()
     QVERIFY(last.contains("G36") && last.contains("X4000000") && last.contains("X6000000"));
 }
 
-void GerberWriterTest::profileOnTopMakesNoImage()
+void tst_GerberWriter::profileOnTopMakesNoImage()
 {
     LayerImage image = profiledLayer();
     addPad(image.steps[0].features, symbol(image, "r200"), at(1000, 1000));
@@ -612,20 +612,20 @@ void GerberWriterTest::profileOnTopMakesNoImage()
     QVERIFY(file.body().endsWith("D11* X0Y0D02* G01* X4000000D01* Y2000000D01* X0D01* Y0D01*"));
 }
 
-void GerberWriterTest::copiesAreStepAndRepeat()
+void tst_GerberWriter::copiesAreStepAndRepeat()
 {
     const WrittenFile file(panel(repeat(3, 2, 5000, 2500)));
     QCOMPARE(file.body(), QString("%SRX3Y2I5J2.5*% %LPD*% D10* X1000000Y500000D03* %SR*%"));
 }
 
-void GerberWriterTest::pitchOfFractionsOfANanometreIsRounded()
+void tst_GerberWriter::pitchOfFractionsOfANanometreIsRounded()
 {
     // 0.4 nm a copy: a few of them may be off by that, hundreds may not.
     QVERIFY(WrittenFile(panel(repeat(100, 1, 5000.0004, 0))).body().startsWith("%SRX100Y1I5J0*%"));
     QCOMPARE(WrittenFile(panel(repeat(200, 1, 5000.0004, 0))).body().count("D03"), 200);
 }
 
-void GerberWriterTest::turnedCopiesSwapColumnsAndRows()
+void tst_GerberWriter::turnedCopiesSwapColumnsAndRows()
 {
     cam::ExportOptions how = options();
     how.angle = 90.0;
@@ -634,13 +634,13 @@ void GerberWriterTest::turnedCopiesSwapColumnsAndRows()
              QString("%SRX2Y3I2.5J5*% %LPD*% D10* X-3000000Y1000000D03* %SR*%"));
 }
 
-void GerberWriterTest::copiesToTheLeftStartAtTheLast()
+void tst_GerberWriter::copiesToTheLeftStartAtTheLast()
 {
     QCOMPARE(WrittenFile(panel(repeat(3, 1, -5000, 0))).body(),
              QString("%SRX3Y1I5J0*% %LPD*% D10* X-9000000Y500000D03* %SR*%"));
 }
 
-void GerberWriterTest::copiesAtOddAnglesAreWrittenOut()
+void tst_GerberWriter::copiesAtOddAnglesAreWrittenOut()
 {
     cam::ExportOptions how = options();
     how.angle = 30.0;
@@ -649,7 +649,7 @@ void GerberWriterTest::copiesAtOddAnglesAreWrittenOut()
     QCOMPARE(body.count("D03"), 6);
 }
 
-void GerberWriterTest::nestedStepsAreWrittenOut()
+void tst_GerberWriter::nestedStepsAreWrittenOut()
 {
     LayerImage image = panel(repeat(2, 1, 5000, 0));
     cam::StepImage outer;
@@ -661,7 +661,7 @@ void GerberWriterTest::nestedStepsAreWrittenOut()
                                                 "%SRX2Y1I5J0*% %LPD*% D10* X1000000Y9500000D03* %SR*%"));
 }
 
-void GerberWriterTest::clearFeaturesOfCopiesStayWhereTheyReachNothingElse()
+void tst_GerberWriter::clearFeaturesOfCopiesStayWhereTheyReachNothingElse()
 {
     LayerImage image = panel(repeat(2, 1, 5000, 0));
     addPad(image.steps[0].features, symbol(image, "s50"), at(1000, 500), false);
@@ -671,7 +671,7 @@ void GerberWriterTest::clearFeaturesOfCopiesStayWhereTheyReachNothingElse()
                      "%LPC*% D11* Y500000D03* %SR*%"));
 }
 
-void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfThePanel_data()
+void tst_GerberWriter::clearFeaturesOfCopiesEraseNothingOfThePanel_data()
 {
     QTest::addColumn<bool>("repeated");
     QTest::addColumn<bool>("negative");
@@ -684,7 +684,7 @@ void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfThePanel_data()
 }
 
 // A ring in the nested step, and below its clear middle a pad of the panel: the pad stays.
-void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfThePanel()
+void tst_GerberWriter::clearFeaturesOfCopiesEraseNothingOfThePanel()
 {
     QFETCH(bool, repeated);
     QFETCH(bool, negative);
@@ -708,7 +708,7 @@ void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfThePanel()
     QVERIFY(end.isEmpty() || end.contains("X10000000"));              // outside of the profile
 }
 
-void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfEachOther()
+void tst_GerberWriter::clearFeaturesOfCopiesEraseNothingOfEachOther()
 {
     LayerImage image = panel(repeat(2, 1, 1000, 0));
     addPad(image.steps[0].features, symbol(image, "s50"), at(2000, 500),
@@ -718,7 +718,7 @@ void GerberWriterTest::clearFeaturesOfCopiesEraseNothingOfEachOther()
     QCOMPARE(body.count("D03"), 1); // the pad, which no clear one of its own step reaches
 }
 
-void GerberWriterTest::negativeWithoutAProfileIsNotDarkOutsideOfTheExtent()
+void tst_GerberWriter::negativeWithoutAProfileIsNotDarkOutsideOfTheExtent()
 {
     LayerImage image = emptyLayer();
     FeatureSet &set = image.steps[0].features;
@@ -731,17 +731,17 @@ void GerberWriterTest::negativeWithoutAProfileIsNotDarkOutsideOfTheExtent()
                             "Y-100000D01* G37* %LPC*% D10* X0Y0D03* %LPD*% X100000D03* %LPC*% G36*"));
 }
 
-void GerberWriterTest::panelIsAnArray()
+void tst_GerberWriter::panelIsAnArray()
 {
     QVERIFY(WrittenFile(panel(repeat(2, 1, 5000, 0))).lines().contains("G04 #@! TF.Part,Array*"));
 }
 
-void GerberWriterTest::emptyLayerIsAFileWithoutImage()
+void tst_GerberWriter::emptyLayerIsAFileWithoutImage()
 {
     QCOMPARE(WrittenFile(emptyLayer()).body(), QString("X0Y0D02*"));
 }
 
-void GerberWriterTest::equalLayersMakeEqualFiles()
+void tst_GerberWriter::equalLayersMakeEqualFiles()
 {
     const auto layer = [] {
         LayerImage image = profiledLayer();
@@ -755,7 +755,7 @@ void GerberWriterTest::equalLayersMakeEqualFiles()
     QCOMPARE(WrittenFile(layer()).text(), WrittenFile(layer()).text());
 }
 
-void GerberWriterTest::progressRisesToOne()
+void tst_GerberWriter::progressRisesToOne()
 {
     LayerImage image = emptyLayer();
     for (int i = 0; i < 10000; ++i)
@@ -770,7 +770,7 @@ void GerberWriterTest::progressRisesToOne()
     QCOMPARE(shares.back(), 1.0);
 }
 
-void GerberWriterTest::progressMovesInSmallSteps_data()
+void tst_GerberWriter::progressMovesInSmallSteps_data()
 {
     QTest::addColumn<QString>("what");
     QTest::addColumn<bool>("negative");
@@ -780,7 +780,7 @@ void GerberWriterTest::progressMovesInSmallSteps_data()
     }
 }
 
-void GerberWriterTest::progressMovesInSmallSteps()
+void tst_GerberWriter::progressMovesInSmallSteps()
 {
     QFETCH(QString, what);
     QFETCH(bool, negative);
@@ -820,7 +820,7 @@ void GerberWriterTest::progressMovesInSmallSteps()
     QCOMPARE(last, 1.0);
 }
 
-void GerberWriterTest::cancelledExportLeavesNoFile()
+void tst_GerberWriter::cancelledExportLeavesNoFile()
 {
     LayerImage image = emptyLayer();
     for (int i = 0; i < 10000; ++i)
@@ -842,7 +842,7 @@ void GerberWriterTest::cancelledExportLeavesNoFile()
     QVERIFY(QDir(folder.path()).entryList(QDir::Files).isEmpty());
 }
 
-void GerberWriterTest::folderThatIsMissingIsAnError()
+void tst_GerberWriter::folderThatIsMissingIsAnError()
 {
     cam::ExportOptions how = options();
     QTemporaryDir folder;
@@ -850,5 +850,5 @@ void GerberWriterTest::folderThatIsMissingIsAnError()
     QVERIFY_EXCEPTION_THROWN(cam::writeGerber(emptyLayer(), how), cam::Error);
 }
 
-QTEST_APPLESS_MAIN(GerberWriterTest)
+QTEST_APPLESS_MAIN(tst_GerberWriter)
 #include "tst_gerberwriter.moc"

@@ -67,7 +67,7 @@ std::vector<PlannedStep> planned(const LayerImage &image, const Transform &map =
 
 } // namespace
 
-class TestPaintPlan : public QObject
+class tst_PaintPlan : public QObject
 {
     Q_OBJECT
 
@@ -81,7 +81,7 @@ private slots:
     void blocksAreNotNested();
 };
 
-void TestPaintPlan::linesAreDrawnWithCirclesOnly()
+void tst_PaintPlan::linesAreDrawnWithCirclesOnly()
 {
     LayerImage image = emptyLayer();
     FeatureSet &features = image.steps[0].features;
@@ -93,7 +93,7 @@ void TestPaintPlan::linesAreDrawnWithCirclesOnly()
     QCOMPARE(formsOf(image, Transform::scaling(2.0, 1.0)), QString("pp-"));
 }
 
-void TestPaintPlan::padsAreFlashedWhereAnApertureFits()
+void tst_PaintPlan::padsAreFlashedWhereAnApertureFits()
 {
     LayerImage image = emptyLayer();
     FeatureSet &features = image.steps[0].features;
@@ -108,7 +108,7 @@ void TestPaintPlan::padsAreFlashedWhereAnApertureFits()
     QCOMPARE(formsOf(image, {}, -101.0 * micrometre).mid(0, 2), QString("--"));
 }
 
-void TestPaintPlan::ownSymbolsAreTheirFeaturesUnlessTheyErase()
+void tst_PaintPlan::ownSymbolsAreTheirFeaturesUnlessTheyErase()
 {
     LayerImage image = emptyLayer();
     const std::uint32_t round = symbol(image, "r100");
@@ -123,7 +123,7 @@ void TestPaintPlan::ownSymbolsAreTheirFeaturesUnlessTheyErase()
     QCOMPARE(formsOf(image), QString("sp-"));
 }
 
-void TestPaintPlan::surfacesAreRegionsUntilTheyAreResized()
+void tst_PaintPlan::surfacesAreRegionsUntilTheyAreResized()
 {
     LayerImage image = emptyLayer();
     FeatureSet &features = image.steps[0].features;
@@ -134,7 +134,7 @@ void TestPaintPlan::surfacesAreRegionsUntilTheyAreResized()
     QCOMPARE(formsOf(image, Transform::scaling(1.0, 1.01)), QString("p"));
 }
 
-void TestPaintPlan::evenCopiesAreABlock()
+void tst_PaintPlan::evenCopiesAreABlock()
 {
     const std::vector<PlannedStep> plan = planned(panel(3, 2, 10, -20));
     QCOMPARE(plan.size(), std::size_t(2));
@@ -151,7 +151,7 @@ void TestPaintPlan::evenCopiesAreABlock()
     QVERIFY(turned[1].map.offset == at(-20, 0));
 }
 
-void TestPaintPlan::copiesOffTheAxesAreWrittenOut()
+void tst_PaintPlan::copiesOffTheAxesAreWrittenOut()
 {
     QCOMPARE(planned(panel(3, 2, 10, 20), Transform::rotation(30.0)).size(), std::size_t(7));
     QCOMPARE(planned(panel(3, 1, 0, 0)).size(), std::size_t(4));
@@ -160,7 +160,7 @@ void TestPaintPlan::copiesOffTheAxesAreWrittenOut()
     QCOMPARE(planned(panel(100, 1, 10.0 + 1.0 / 3000.0, 0)).size(), std::size_t(2));
 }
 
-void TestPaintPlan::blocksAreNotNested()
+void tst_PaintPlan::blocksAreNotNested()
 {
     LayerImage image = panel(2, 1, 10, 0);
     image.steps.emplace_back();
@@ -175,5 +175,5 @@ void TestPaintPlan::blocksAreNotNested()
     QCOMPARE(plan[1].copies(), std::uint64_t(1));
 }
 
-QTEST_APPLESS_MAIN(TestPaintPlan)
+QTEST_APPLESS_MAIN(tst_PaintPlan)
 #include "tst_paintplan.moc"

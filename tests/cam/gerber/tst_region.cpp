@@ -89,7 +89,7 @@ int slitCount(const GridOutline &outline)
 
 } // namespace
 
-class RegionTest : public QObject
+class tst_Region : public QObject
 {
     Q_OBJECT
 private slots:
@@ -114,7 +114,7 @@ private slots:
     void hundredThousandHolesTakeNoQuadraticTime();
 };
 
-void RegionTest::coordinatesAreRoundedToNanometres()
+void tst_Region::coordinatesAreRoundedToNanometres()
 {
     const Point corners[] = {{0.4, -0.6}, {10.5, 0.0}, {7.2, 9.9}};
     ContourPool pool;
@@ -126,7 +126,7 @@ void RegionTest::coordinatesAreRoundedToNanometres()
     QVERIFY(isClosed(outline));
 }
 
-void RegionTest::mirroringTurnsArcsOver()
+void tst_Region::mirroringTurnsArcsOver()
 {
     ContourPool pool;
     pool.begin({1000, 0}, false);
@@ -137,7 +137,7 @@ void RegionTest::mirroringTurnsArcsOver()
     QVERIFY((outline.start == GridPoint{-1000, 0}));
 }
 
-void RegionTest::edgesThatVanishAreLeftOut()
+void tst_Region::edgesThatVanishAreLeftOut()
 {
     const Point corners[] = {{0, 0}, {1000, 0}, {1000.3, 0.2}, {1000, 1000}};
     ContourPool pool;
@@ -152,7 +152,7 @@ void RegionTest::edgesThatVanishAreLeftOut()
         QCOMPARE(edge.kind, EdgeKind::Line);
 }
 
-void RegionTest::arcOfTwoRadiiBecomesLines()
+void tst_Region::arcOfTwoRadiiBecomesLines()
 {
     for (const double more : {0.0, 70.0, 130.0, 3000.0}) {
         ContourPool pool;
@@ -166,14 +166,14 @@ void RegionTest::arcOfTwoRadiiBecomesLines()
     }
 }
 
-void RegionTest::fullCircleStaysOneArc()
+void tst_Region::fullCircleStaysOneArc()
 {
     const GridOutline outline = hole(0, 0, 2000);
     QCOMPARE(outline.edges.size(), std::size_t(1));
     QVERIFY(outline.edges[0].end == outline.start);
 }
 
-void RegionTest::oneHoleIsReachedByOneSlit()
+void tst_Region::oneHoleIsReachedByOneSlit()
 {
     const GridOutline outline = slit(square(0, 0, 10000), {hole(5000, 5000, 2000)});
     QVERIFY(isClosed(outline));
@@ -181,7 +181,7 @@ void RegionTest::oneHoleIsReachedByOneSlit()
     QVERIFY(std::fabs(signedArea(outline) - (1e8 - circle(2000))) < 1.0);
 }
 
-void RegionTest::slitMeetsAnArc()
+void tst_Region::slitMeetsAnArc()
 {
     ContourPool disc;
     disc.addCircle({0, 0}, 10000, false);
@@ -194,7 +194,7 @@ void RegionTest::slitMeetsAnArc()
 }
 
 // Rounded, the arc's circle reaches a nanometre beyond the arc's own end.
-void RegionTest::arcOfOneNanometreIsNotMade()
+void tst_Region::arcOfOneNanometreIsNotMade()
 {
     const GridPoint leftEnd = {45843948, 30670245}, center = {46097952, 30670245};
     GridOutline rounded;
@@ -214,7 +214,7 @@ void RegionTest::arcOfOneNanometreIsNotMade()
     QVERIFY(std::fabs(signedArea(outline) - (9e12 - clear)) < 1e-5 * clear);
 }
 
-void RegionTest::holesInARowAreLinkedToEachOther()
+void tst_Region::holesInARowAreLinkedToEachOther()
 {
     const GridOutline outline =
         slit(square(0, 0, 10000), {hole(7000, 5000, 1000), hole(3000, 5000, 1000), hole(5000, 5000, 1000)});
@@ -222,7 +222,7 @@ void RegionTest::holesInARowAreLinkedToEachOther()
     QVERIFY(std::fabs(signedArea(outline) - (1e8 - 3 * circle(1000))) < 1.0);
 }
 
-void RegionTest::holesAreReachedThroughOtherHoles_data()
+void tst_Region::holesAreReachedThroughOtherHoles_data()
 {
     QTest::addColumn<int>("perRow");
     QTest::newRow("a few") << 3;
@@ -230,7 +230,7 @@ void RegionTest::holesAreReachedThroughOtherHoles_data()
     QTest::newRow("ten thousand") << 100;
 }
 
-void RegionTest::holesAreReachedThroughOtherHoles()
+void tst_Region::holesAreReachedThroughOtherHoles()
 {
     QFETCH(int, perRow);
     std::vector<GridOutline> holes;
@@ -250,7 +250,7 @@ void RegionTest::holesAreReachedThroughOtherHoles()
     QVERIFY(std::fabs(signedArea(outline) - expected) < 1e-6 * expected);
 }
 
-void RegionTest::outlinesThatMeetTakeBooleans_data()
+void tst_Region::outlinesThatMeetTakeBooleans_data()
 {
     QTest::addColumn<double>("x");
     QTest::addColumn<double>("y");
@@ -265,7 +265,7 @@ void RegionTest::outlinesThatMeetTakeBooleans_data()
     QTest::newRow("reaches over the island's corner") << 9800.0 << 9800.0 << true;
 }
 
-void RegionTest::outlinesThatMeetTakeBooleans()
+void tst_Region::outlinesThatMeetTakeBooleans()
 {
     QFETCH(double, x);
     QFETCH(double, y);
@@ -275,7 +275,7 @@ void RegionTest::outlinesThatMeetTakeBooleans()
     QCOMPARE(found.outlines.empty(), meets);
 }
 
-void RegionTest::straightAndRoundEdgesThatCrossTakeBooleans()
+void tst_Region::straightAndRoundEdgesThatCrossTakeBooleans()
 {
     const auto meet = [](const GridOutline &a, const GridOutline &b) {
         return !regions(square(0, 0, 10000), {a, b}).entangled.empty();
@@ -285,13 +285,13 @@ void RegionTest::straightAndRoundEdgesThatCrossTakeBooleans()
     QVERIFY(!meet(square(2000, 2000, 2000), hole(4600, 3000, 1000)));
 }
 
-void RegionTest::holeInsideOfAHoleTakesNothing()
+void tst_Region::holeInsideOfAHoleTakesNothing()
 {
     const GridOutline outline = slit(square(0, 0, 10000), {hole(5000, 5000, 1000), hole(5000, 5000, 4000)});
     QVERIFY(std::fabs(signedArea(outline) - (1e8 - circle(4000))) < 1.0);
 }
 
-void RegionTest::holeOutsideOfTheIslandTakesNothing()
+void tst_Region::holeOutsideOfTheIslandTakesNothing()
 {
     for (const double x : {-3000.0, 13000.0}) {
         const GridOutline outline =
@@ -300,7 +300,7 @@ void RegionTest::holeOutsideOfTheIslandTakesNothing()
     }
 }
 
-void RegionTest::holeLevelWithCornersIsKept_data()
+void tst_Region::holeLevelWithCornersIsKept_data()
 {
     QTest::addColumn<QVector<QPointF>>(
         "left"); // a hole left of the round one, corners at the height of its leftmost point
@@ -315,7 +315,7 @@ void RegionTest::holeLevelWithCornersIsKept_data()
     QTest::newRow("flat side") << QVector<QPointF>{{1000, 5000}, {3000, 5000}, {3000, 6000}, {1000, 6000}};
 }
 
-void RegionTest::holeLevelWithCornersIsKept()
+void tst_Region::holeLevelWithCornersIsKept()
 {
     QFETCH(QVector<QPointF>, left);
     for (const bool mirrored : {false, true}) {
@@ -334,7 +334,7 @@ void RegionTest::holeLevelWithCornersIsKept()
     }
 }
 
-void RegionTest::hundredThousandHolesTakeNoQuadraticTime()
+void tst_Region::hundredThousandHolesTakeNoQuadraticTime()
 {
     const auto seconds = [](int perRow) {
         std::vector<GridOutline> holes;
@@ -355,5 +355,5 @@ void RegionTest::hundredThousandHolesTakeNoQuadraticTime()
     QVERIFY2(many < 1500.0 * few, qPrintable(QString("%1 s, then %2 s").arg(few).arg(many)));
 }
 
-QTEST_APPLESS_MAIN(RegionTest)
+QTEST_APPLESS_MAIN(tst_Region)
 #include "tst_region.moc"

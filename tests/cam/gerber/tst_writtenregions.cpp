@@ -141,7 +141,7 @@ const char *const symbols[] = {"r300",
 
 } // namespace
 
-class WrittenRegionsTest : public QObject
+class tst_WrittenRegions : public QObject
 {
     Q_OBJECT
 private slots:
@@ -160,7 +160,7 @@ private slots:
     void thousandsOfHolesBehindTheirIslandsTakeNoQuadraticTime();
 };
 
-void WrittenRegionsTest::holesBehindAllIslandsKeepTheirPlace()
+void tst_WrittenRegions::holesBehindAllIslandsKeepTheirPlace()
 {
     ContourPool pool;
     addRectangle(pool, 0, 0, 1000, 1000);
@@ -178,7 +178,7 @@ void WrittenRegionsTest::holesBehindAllIslandsKeepTheirPlace()
     QVERIFY(text.contains("G02*") || text.contains("G03*")); // true arcs
 }
 
-void WrittenRegionsTest::islandsInHolesAreDarkInAnyOrder()
+void tst_WrittenRegions::islandsInHolesAreDarkInAnyOrder()
 {
     ContourPool pool;
     for (int i = 0; i < 3; ++i)
@@ -193,7 +193,7 @@ void WrittenRegionsTest::islandsInHolesAreDarkInAnyOrder()
     }
 }
 
-void WrittenRegionsTest::holeOfTwoIslandsIsDarkWhereBothCover()
+void tst_WrittenRegions::holeOfTwoIslandsIsDarkWhereBothCover()
 {
     ContourPool pool;
     addRectangle(pool, 0, 0, 1000, 1000);
@@ -206,7 +206,7 @@ void WrittenRegionsTest::holeOfTwoIslandsIsDarkWhereBothCover()
     QCOMPARE(regions.faults(), QString());
 }
 
-void WrittenRegionsTest::holeThatLeavesItsIslandIsClear()
+void tst_WrittenRegions::holeThatLeavesItsIslandIsClear()
 {
     ContourPool pool; // an L, and a hole in its box that crosses both of its inner edges
     const Point corners[] = {at(0, 0), at(1000, 0), at(1000, 300), at(300, 300), at(300, 1000), at(0, 1000)};
@@ -219,7 +219,7 @@ void WrittenRegionsTest::holeThatLeavesItsIslandIsClear()
     QCOMPARE(regions.faults(), QString());
 }
 
-void WrittenRegionsTest::contourThatCrossesItselfIsTakenApart()
+void tst_WrittenRegions::contourThatCrossesItselfIsTakenApart()
 {
     ContourPool pool; // a loop that goes around its middle twice
     const Point corners[] = {at(0, 0),     at(1000, 0),   at(1000, 1000), at(0, 1000),
@@ -232,7 +232,7 @@ void WrittenRegionsTest::contourThatCrossesItselfIsTakenApart()
     QCOMPARE(regions.faults(), QString());
 }
 
-void WrittenRegionsTest::contourWithASlitKeepsItsArcs()
+void tst_WrittenRegions::contourWithASlitKeepsItsArcs()
 {
     ContourPool pool; // a hole of the job's own making: out along a slit, around, and back
     pool.begin(at(0, 0), false);
@@ -262,7 +262,7 @@ void WrittenRegionsTest::contourWithASlitKeepsItsArcs()
     QCOMPARE(written(layerOf(alone)).count(QRegularExpression("I-?[0-9]+J")), 5);
 }
 
-void WrittenRegionsTest::nestedContoursInAnyOrder_data()
+void tst_WrittenRegions::nestedContoursInAnyOrder_data()
 {
     QTest::addColumn<unsigned>("seed");
     for (unsigned seed = 1; seed <= 15; ++seed)
@@ -270,7 +270,7 @@ void WrittenRegionsTest::nestedContoursInAnyOrder_data()
 }
 
 // Contours that do not touch: rings in rings, some of them with islands around islands.
-void WrittenRegionsTest::nestedContoursInAnyOrder()
+void tst_WrittenRegions::nestedContoursInAnyOrder()
 {
     QFETCH(unsigned, seed);
     std::mt19937 random(seed);
@@ -308,13 +308,13 @@ void WrittenRegionsTest::nestedContoursInAnyOrder()
     QCOMPARE(difference(contours, regions, random, 4200), QString());
 }
 
-void WrittenRegionsTest::contoursThatMeetInAnyOrder_data()
+void tst_WrittenRegions::contoursThatMeetInAnyOrder_data()
 {
     nestedContoursInAnyOrder_data();
 }
 
 // On a coarse grid, so that edges and corners often lie upon each other.
-void WrittenRegionsTest::contoursThatMeetInAnyOrder()
+void tst_WrittenRegions::contoursThatMeetInAnyOrder()
 {
     QFETCH(unsigned, seed);
     std::mt19937 random(seed);
@@ -334,7 +334,7 @@ void WrittenRegionsTest::contoursThatMeetInAnyOrder()
     QCOMPARE(difference(pool, regions, random, 2600), QString());
 }
 
-void WrittenRegionsTest::symbolsAreWeaklySimple_data()
+void tst_WrittenRegions::symbolsAreWeaklySimple_data()
 {
     QTest::addColumn<bool>("negated");
     QTest::addColumn<bool>("mirrored");
@@ -349,7 +349,7 @@ void WrittenRegionsTest::symbolsAreWeaklySimple_data()
     }
 }
 
-void WrittenRegionsTest::symbolsAreWeaklySimple()
+void tst_WrittenRegions::symbolsAreWeaklySimple()
 {
     QFETCH(bool, negated);
     QFETCH(bool, mirrored);
@@ -374,7 +374,7 @@ void WrittenRegionsTest::symbolsAreWeaklySimple()
     }
 }
 
-void WrittenRegionsTest::thousandsOfHolesBehindTheirIslandsTakeNoQuadraticTime()
+void tst_WrittenRegions::thousandsOfHolesBehindTheirIslandsTakeNoQuadraticTime()
 {
     const auto seconds = [](int perRow) {
         ContourPool pool;
@@ -397,5 +397,5 @@ void WrittenRegionsTest::thousandsOfHolesBehindTheirIslandsTakeNoQuadraticTime()
     QVERIFY2(many < 1000.0 * few, qPrintable(QString("%1 s, then %2 s").arg(few).arg(many)));
 }
 
-QTEST_APPLESS_MAIN(WrittenRegionsTest)
+QTEST_APPLESS_MAIN(tst_WrittenRegions)
 #include "tst_writtenregions.moc"

@@ -95,7 +95,7 @@ bool isDark(const Shape &shape, double x, double y)
 
 } // namespace
 
-class StandardSymbolTest : public QObject
+class tst_StandardSymbol : public QObject
 {
     Q_OBJECT
 private slots:
@@ -119,7 +119,7 @@ private slots:
     void ringsThatShrinkToNothingLeaveNothing();
 };
 
-void StandardSymbolTest::areaIsWhatTheNameSays_data()
+void tst_StandardSymbol::areaIsWhatTheNameSays_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("area"); // square micrometres
@@ -253,7 +253,7 @@ void StandardSymbolTest::areaIsWhatTheNameSays_data()
     row("null7", 0);
 }
 
-void StandardSymbolTest::areaIsWhatTheNameSays()
+void tst_StandardSymbol::areaIsWhatTheNameSays()
 {
     QFETCH(QString, name);
     QFETCH(double, area);
@@ -262,7 +262,7 @@ void StandardSymbolTest::areaIsWhatTheNameSays()
              qPrintable(QString("%1 instead of %2").arg(found, 0, 'f', 6).arg(area, 0, 'f', 6)));
 }
 
-void StandardSymbolTest::extentIsWhatTheNameSays_data()
+void tst_StandardSymbol::extentIsWhatTheNameSays_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("width"); // micrometres
@@ -292,7 +292,7 @@ void StandardSymbolTest::extentIsWhatTheNameSays_data()
     row("s200_45", 200 * std::sqrt(2.0), 200 * std::sqrt(2.0));
 }
 
-void StandardSymbolTest::extentIsWhatTheNameSays()
+void tst_StandardSymbol::extentIsWhatTheNameSays()
 {
     QFETCH(QString, name);
     QFETCH(double, width);
@@ -308,7 +308,7 @@ void StandardSymbolTest::extentIsWhatTheNameSays()
     QVERIFY(std::fabs(box.high.x + box.low.x) < 1e-3 && std::fabs(box.high.y + box.low.y) < 1e-3);
 }
 
-void StandardSymbolTest::growthMovesEveryEdgeByHalfOfIt_data()
+void tst_StandardSymbol::growthMovesEveryEdgeByHalfOfIt_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("growth"); // micrometres
@@ -357,7 +357,7 @@ void StandardSymbolTest::growthMovesEveryEdgeByHalfOfIt_data()
     row("rect300x200_30", 20, "rect320x220");
 }
 
-void StandardSymbolTest::growthMovesEveryEdgeByHalfOfIt()
+void tst_StandardSymbol::growthMovesEveryEdgeByHalfOfIt()
 {
     QFETCH(QString, name);
     QFETCH(double, growth);
@@ -368,7 +368,7 @@ void StandardSymbolTest::growthMovesEveryEdgeByHalfOfIt()
              qPrintable(QString("%1 instead of %2").arg(found, 0, 'f', 6).arg(expected, 0, 'f', 6)));
 }
 
-void StandardSymbolTest::pointIsDarkWhereThePictureShowsIt_data()
+void tst_StandardSymbol::pointIsDarkWhereThePictureShowsIt_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("x"); // micrometres
@@ -435,7 +435,7 @@ void StandardSymbolTest::pointIsDarkWhereThePictureShowsIt_data()
     row("a suffix adds to a thermal's own angle", "ths200x100x90x1x20_90", -75, 0, false);
 }
 
-void StandardSymbolTest::pointIsDarkWhereThePictureShowsIt()
+void tst_StandardSymbol::pointIsDarkWhereThePictureShowsIt()
 {
     QFETCH(QString, name);
     QFETCH(double, x);
@@ -444,7 +444,7 @@ void StandardSymbolTest::pointIsDarkWhereThePictureShowsIt()
     QCOMPARE(isDark(shapeOf(name.toLatin1().constData()), x, y), dark);
 }
 
-void StandardSymbolTest::milsAreThousandthsOfAnInch()
+void tst_StandardSymbol::milsAreThousandthsOfAnInch()
 {
     const Shape shape = cam::shapeOf(cam::parseStandardSymbol("rect20x10", SymbolUnit::Mils));
     const cam::Box box = cam::extent(shape);
@@ -452,7 +452,7 @@ void StandardSymbolTest::milsAreThousandthsOfAnInch()
     QCOMPARE(box.high.y - box.low.y, 10 * 25400.0);
 }
 
-void StandardSymbolTest::roundCornersAreTrueArcs()
+void tst_StandardSymbol::roundCornersAreTrueArcs()
 {
     const Shape shape = shapeOf("rect300x200xr50");
     int arcs = 0, lines = 0;
@@ -462,7 +462,7 @@ void StandardSymbolTest::roundCornersAreTrueArcs()
     QCOMPARE(lines, 4);
 }
 
-void StandardSymbolTest::cornersOfStencilSymbolsAreTrueArcs()
+void tst_StandardSymbol::cornersOfStencilSymbolsAreTrueArcs()
 {
     const auto arcsOf = [](const char *name) {
         int clockwise = 0, counterClockwise = 0;
@@ -485,7 +485,7 @@ void StandardSymbolTest::cornersOfStencilSymbolsAreTrueArcs()
     QCOMPARE(arcsOf("dpack300x200x30x20x3x2x10"), std::make_pair(24, 0));
 }
 
-void StandardSymbolTest::suffixCountsInMilsToo()
+void tst_StandardSymbol::suffixCountsInMilsToo()
 {
     const cam::Box box =
         cam::extent(cam::shapeOf(cam::parseStandardSymbol("rect20x10_90", SymbolUnit::Mils)));
@@ -493,7 +493,7 @@ void StandardSymbolTest::suffixCountsInMilsToo()
     QCOMPARE(box.high.y - box.low.y, 20 * 25400.0);
 }
 
-void StandardSymbolTest::shrinkingAThinSymbolLeavesNothing()
+void tst_StandardSymbol::shrinkingAThinSymbolLeavesNothing()
 {
     for (const char *name : {"r200",
                              "s200",
@@ -519,7 +519,7 @@ void StandardSymbolTest::shrinkingAThinSymbolLeavesNothing()
     }
 }
 
-void StandardSymbolTest::symbolWithoutAPositiveSizeDrawsNothing_data()
+void tst_StandardSymbol::symbolWithoutAPositiveSizeDrawsNothing_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("hasNoSize");
@@ -531,7 +531,7 @@ void StandardSymbolTest::symbolWithoutAPositiveSizeDrawsNothing_data()
     QTest::newRow("null1") << QString("null1") << false; // meant to draw nothing
 }
 
-void StandardSymbolTest::symbolWithoutAPositiveSizeDrawsNothing()
+void tst_StandardSymbol::symbolWithoutAPositiveSizeDrawsNothing()
 {
     QFETCH(QString, name);
     QFETCH(bool, hasNoSize);
@@ -541,7 +541,7 @@ void StandardSymbolTest::symbolWithoutAPositiveSizeDrawsNothing()
         QVERIFY(cam::shapeOf(symbol, growth).contours.isEmpty());
 }
 
-void StandardSymbolTest::unknownNameIsRefusedByName_data()
+void tst_StandardSymbol::unknownNameIsRefusedByName_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : {"",
@@ -612,7 +612,7 @@ void StandardSymbolTest::unknownNameIsRefusedByName_data()
         QTest::newRow(name) << QString(name);
 }
 
-void StandardSymbolTest::unknownNameIsRefusedByName()
+void tst_StandardSymbol::unknownNameIsRefusedByName()
 {
     QFETCH(QString, name);
     try {
@@ -625,7 +625,7 @@ void StandardSymbolTest::unknownNameIsRefusedByName()
 }
 
 // The inner edge would be the larger one, and take away what else is there: the lines of a moire.
-void StandardSymbolTest::ringsThatShrinkToNothingLeaveNothing()
+void tst_StandardSymbol::ringsThatShrinkToNothingLeaveNothing()
 {
     for (const char *name :
          {"donut_r1000x900", "donut_s1000x900", "donut_rc1000x800x50", "donut_o1000x800x50"}) {
@@ -640,5 +640,5 @@ void StandardSymbolTest::ringsThatShrinkToNothingLeaveNothing()
         QVERIFY(!moire.contours[i].isHole);
 }
 
-QTEST_APPLESS_MAIN(StandardSymbolTest)
+QTEST_APPLESS_MAIN(tst_StandardSymbol)
 #include "tst_standardsymbol.moc"

@@ -52,7 +52,7 @@ QStringList walked(const LayerImage &image, Copies copies, const RepeatVisit &vi
 
 } // namespace
 
-class TestSteps : public QObject
+class tst_Steps : public QObject
 {
     Q_OBJECT
 
@@ -67,7 +67,7 @@ private slots:
     void progressIsReportedAtLeastEveryThousandLines();
 };
 
-void TestSteps::everyCopyIsVisitedRowByRow()
+void tst_Steps::everyCopyIsVisitedRowByRow()
 {
     QCOMPARE(walked(panel(), Copies::All),
              QStringList({"2 at 0 0", "1 at 100 0", "0 at 101 0", "0 at 111 0", "0 at 101 20", "0 at 111 20",
@@ -75,13 +75,13 @@ void TestSteps::everyCopyIsVisitedRowByRow()
                           "0 at -5 -5"}));
 }
 
-void TestSteps::firstCopiesShowEveryStep()
+void tst_Steps::firstCopiesShowEveryStep()
 {
     QCOMPARE(walked(panel(), Copies::First),
              QStringList({"2 at 0 0", "1 at 100 0", "0 at 101 0", "0 at -5 -5"}));
 }
 
-void TestSteps::aRepeatThatIsDealtWithIsLeftOut()
+void tst_Steps::aRepeatThatIsDealtWithIsLeftOut()
 {
     QStringList repeats;
     const QStringList steps =
@@ -93,7 +93,7 @@ void TestSteps::aRepeatThatIsDealtWithIsLeftOut()
     QCOMPARE(repeats, QStringList({"1 at 0 0", "0 at 100 0", "0 at 1100 0", "0 at 0 0"}));
 }
 
-void TestSteps::copiesAreTurnedAboutTheirDatum()
+void tst_Steps::copiesAreTurnedAboutTheirDatum()
 {
     StepRepeat turned = repeat(0, at(50, 60), 3, 2, 7, 9);
     turned.angle = 90.0; // clockwise
@@ -106,7 +106,7 @@ void TestSteps::copiesAreTurnedAboutTheirDatum()
     QCOMPARE(described(0, Transform::translation(at(1, 3)).then(copy)), QString("0 at 63 69"));
 }
 
-void TestSteps::mapsOfOneOrientationAreEqualKeys()
+void tst_Steps::mapsOfOneOrientationAreEqualKeys()
 {
     const auto differ = [](const Transform &a, const Transform &b) {
         return LinearPart(a) < LinearPart(b) || LinearPart(b) < LinearPart(a);
@@ -120,7 +120,7 @@ void TestSteps::mapsOfOneOrientationAreEqualKeys()
     QVERIFY(differ(Transform::rotation(90.0), Transform::rotation(-90.0)));
 }
 
-void TestSteps::padsOfOneLookAreEqualKeys()
+void tst_Steps::padsOfOneLookAreEqualKeys()
 {
     Pad pad;
     pad.symbol = 3;
@@ -143,7 +143,7 @@ void TestSteps::padsOfOneLookAreEqualKeys()
     QVERIFY(isOther([](Pad &p) { p.mirror = true; }));
 }
 
-void TestSteps::workCountsEveryCopy()
+void tst_Steps::workCountsEveryCopy()
 {
     LayerImage image = panel();
     addLine(image.steps[0].features, 0, at(0, 0), at(1, 0));
@@ -154,7 +154,7 @@ void TestSteps::workCountsEveryCopy()
     QCOMPARE(workOf(image, image.top()), 9.0 + 1.0 + 2.0);
 }
 
-void TestSteps::progressIsReportedAtLeastEveryThousandLines()
+void tst_Steps::progressIsReportedAtLeastEveryThousandLines()
 {
     std::vector<double> shares;
     const std::function<void(double)> report = [&shares](double share) { shares.push_back(share); };
@@ -179,5 +179,5 @@ void TestSteps::progressIsReportedAtLeastEveryThousandLines()
     QVERIFY_EXCEPTION_THROWN(WorkProgress(cancel, 1.0).advance(1.0), std::runtime_error);
 }
 
-QTEST_APPLESS_MAIN(TestSteps)
+QTEST_APPLESS_MAIN(tst_Steps)
 #include "tst_steps.moc"

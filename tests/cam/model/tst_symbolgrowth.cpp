@@ -148,7 +148,7 @@ std::vector<Point> samplesOf(const Shape &plain, const Shape &grown, double grow
 
 } // namespace
 
-class SymbolGrowthTest : public QObject
+class tst_SymbolGrowth : public QObject
 {
     Q_OBJECT
 
@@ -157,7 +157,7 @@ private slots:
     void contoursAreSimpleAndEdgesMoveByHalfOfIt();
 };
 
-void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt_data()
+void tst_SymbolGrowth::contoursAreSimpleAndEdgesMoveByHalfOfIt_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<double>("line"); // micrometres: the width of its lines, or about half of it
@@ -267,7 +267,7 @@ void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt_data()
         row(stencil, 40);
 }
 
-void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt()
+void tst_SymbolGrowth::contoursAreSimpleAndEdgesMoveByHalfOfIt()
 {
     QFETCH(const QString, name);
     QFETCH(const double, line);
@@ -310,5 +310,5 @@ void SymbolGrowthTest::contoursAreSimpleAndEdgesMoveByHalfOfIt()
     }
 }
 
-QTEST_APPLESS_MAIN(SymbolGrowthTest)
+QTEST_APPLESS_MAIN(tst_SymbolGrowth)
 #include "tst_symbolgrowth.moc"

@@ -53,7 +53,7 @@ QString wrongExport(const RandomJob &job, bool isGerber)
 
 } // namespace
 
-class TestRandomJobs : public QObject
+class tst_RandomJobs : public QObject
 {
     Q_OBJECT
 
@@ -63,7 +63,7 @@ private slots:
 };
 
 // FILE_PROCESS_SEEDS=FIRST-LAST tries others than the few that are always tried.
-void TestRandomJobs::areWrittenTruly_data()
+void tst_RandomJobs::areWrittenTruly_data()
 {
     QTest::addColumn<unsigned>("seed");
     QTest::addColumn<bool>("isGerber");
@@ -74,7 +74,7 @@ void TestRandomJobs::areWrittenTruly_data()
     }
 }
 
-void TestRandomJobs::areWrittenTruly()
+void tst_RandomJobs::areWrittenTruly()
 {
     QFETCH(const unsigned, seed);
     QFETCH(const bool, isGerber);
@@ -98,5 +98,5 @@ void TestRandomJobs::areWrittenTruly()
     QFAIL(qPrintable(wrong + "\n" + description(job)));
 }
 
-QTEST_APPLESS_MAIN(TestRandomJobs)
+QTEST_APPLESS_MAIN(tst_RandomJobs)
 #include "tst_randomjobs.moc"

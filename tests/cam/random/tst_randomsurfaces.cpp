@@ -69,7 +69,7 @@ cam::LayerImage withSurface(const cam::ContourPool &contours, std::size_t leftOu
 
 } // namespace
 
-class TestRandomSurfaces : public QObject
+class tst_RandomSurfaces : public QObject
 {
     Q_OBJECT
 
@@ -79,7 +79,7 @@ private slots:
 };
 
 // FILE_PROCESS_SEEDS=FIRST-LAST tries others than the few that are always tried.
-void TestRandomSurfaces::areWrittenTruly_data()
+void tst_RandomSurfaces::areWrittenTruly_data()
 {
     QTest::addColumn<unsigned>("seed");
     QTest::addColumn<bool>("isGerber");
@@ -94,7 +94,7 @@ void TestRandomSurfaces::areWrittenTruly_data()
     }
 }
 
-void TestRandomSurfaces::areWrittenTruly()
+void tst_RandomSurfaces::areWrittenTruly()
 {
     QFETCH(const unsigned, seed);
     QFETCH(const bool, isGerber);
@@ -129,5 +129,5 @@ void TestRandomSurfaces::areWrittenTruly()
                          .arg(textOf(contours))));
 }
 
-QTEST_APPLESS_MAIN(TestRandomSurfaces)
+QTEST_APPLESS_MAIN(tst_RandomSurfaces)
 #include "tst_randomsurfaces.moc"

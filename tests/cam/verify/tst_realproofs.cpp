@@ -10,7 +10,7 @@
 #include <QElapsedTimer>
 #include <QtTest>
 
-class TestRealProofs : public QObject
+class tst_RealProofs : public QObject
 {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ private slots:
     void layersAreProven();
 };
 
-void TestRealProofs::layersAreProven_data()
+void tst_RealProofs::layersAreProven_data()
 {
     QTest::addColumn<QString>("archive");
     QTest::addColumn<bool>("isTransformed");
@@ -34,7 +34,7 @@ void TestRealProofs::layersAreProven_data()
     }
 }
 
-void TestRealProofs::layersAreProven()
+void tst_RealProofs::layersAreProven()
 {
     QFETCH(const QString, archive);
     QFETCH(const bool, isTransformed);
@@ -116,5 +116,5 @@ void TestRealProofs::layersAreProven()
     QVERIFY(proven > 0);
 }
 
-QTEST_APPLESS_MAIN(TestRealProofs)
+QTEST_APPLESS_MAIN(tst_RealProofs)
 #include "tst_realproofs.moc"

@@ -146,7 +146,7 @@ QString described(const Comparison &result)
 
 } // namespace
 
-class TestVerification : public QObject
+class tst_Verification : public QObject
 {
     Q_OBJECT
 
@@ -165,7 +165,7 @@ private slots:
     void aCancelPassesThrough();
 };
 
-void TestVerification::trueFilesAreProven_data()
+void tst_Verification::trueFilesAreProven_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<bool>("isGerber");
@@ -176,7 +176,7 @@ void TestVerification::trueFilesAreProven_data()
     }
 }
 
-void TestVerification::trueFilesAreProven()
+void tst_Verification::trueFilesAreProven()
 {
     QFETCH(const int, number);
     QFETCH(const bool, isGerber);
@@ -189,7 +189,7 @@ void TestVerification::trueFilesAreProven()
     QCOMPARE(result.extraArea, 0.0);
 }
 
-void TestVerification::brokenWritersAreFound_data()
+void tst_Verification::brokenWritersAreFound_data()
 {
     using Break = BreakOfWriter;
     QTest::addColumn<Break>("change");
@@ -262,7 +262,7 @@ void TestVerification::brokenWritersAreFound_data()
     }
 }
 
-void TestVerification::brokenWritersAreFound()
+void tst_Verification::brokenWritersAreFound()
 {
     QFETCH(const BreakOfWriter, change);
     QFETCH(const int, number);
@@ -278,7 +278,7 @@ void TestVerification::brokenWritersAreFound()
     QVERIFY(result.missingArea + result.extraArea > 0.0);
 }
 
-void TestVerification::aMovedPadIsToldWithItsPlaceAndWidth()
+void tst_Verification::aMovedPadIsToldWithItsPlaceAndWidth()
 {
     LayerImage image = emptyLayer(), broken = emptyLayer();
     addPad(image.steps[0].features, symbol(image, "rect800x400"), at(5000, 6000));
@@ -297,7 +297,7 @@ void TestVerification::aMovedPadIsToldWithItsPlaceAndWidth()
     }
 }
 
-void TestVerification::aMissingHoleIsToldWithItsArea()
+void tst_Verification::aMissingHoleIsToldWithItsArea()
 {
     LayerImage image = emptyLayer(), broken = emptyLayer();
     for (LayerImage *one : {&image, &broken}) {
@@ -322,7 +322,7 @@ void TestVerification::aMissingHoleIsToldWithItsArea()
     }
 }
 
-void TestVerification::smallDeviationsAreProvenAndTold()
+void tst_Verification::smallDeviationsAreProvenAndTold()
 {
     LayerImage image = emptyLayer(), other = emptyLayer();
     addPad(image.steps[0].features, symbol(image, "rect800x400"), at(5000, 6000));
@@ -335,7 +335,7 @@ void TestVerification::smallDeviationsAreProvenAndTold()
     }
 }
 
-void TestVerification::whatAReaderRefusesIsNotProven()
+void tst_Verification::whatAReaderRefusesIsNotProven()
 {
     const LayerImage image = truth();
     Files files;
@@ -356,7 +356,7 @@ void TestVerification::whatAReaderRefusesIsNotProven()
     QVERIFY(!cut.reason.empty());
 }
 
-void TestVerification::aFileThatIsNotThereIsNotProven()
+void tst_Verification::aFileThatIsNotThereIsNotProven()
 {
     const Files files;
     const Comparison result = cam::verifyFile(truth(), {}, files.path("none"));
@@ -364,7 +364,7 @@ void TestVerification::aFileThatIsNotThereIsNotProven()
     QVERIFY(result.reason.find("cannot be opened") != std::string::npos);
 }
 
-void TestVerification::layersAreCompared()
+void tst_Verification::layersAreCompared()
 {
     LayerImage before = truth(), after = truth();
     addPad(after.steps[1].features, symbol(after, "s1000"), at(-2000, 12000));
@@ -375,7 +375,7 @@ void TestVerification::layersAreCompared()
     QVERIFY2(same.isProven(), qPrintable(described(same)));
 }
 
-void TestVerification::bothFormatsAreTheSame()
+void tst_Verification::bothFormatsAreTheSame()
 {
     const LayerImage image = truth();
     Files files;
@@ -387,7 +387,7 @@ void TestVerification::bothFormatsAreTheSame()
     QVERIFY(!cam::compareFiles(gerber, files.write(other, {}, false, "b")).isProven());
 }
 
-void TestVerification::aCancelPassesThrough()
+void tst_Verification::aCancelPassesThrough()
 {
     struct Cancel
     {
@@ -409,5 +409,5 @@ void TestVerification::aCancelPassesThrough()
     QVERIFY_EXCEPTION_THROWN(cam::verifyFile(image, {}, file, control), Cancel);
 }
 
-QTEST_APPLESS_MAIN(TestVerification)
+QTEST_APPLESS_MAIN(tst_Verification)
 #include "tst_verification.moc"

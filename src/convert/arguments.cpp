@@ -2,6 +2,7 @@
 #include "convert/arguments.h"
 
 #include <QCommandLineParser>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
@@ -14,10 +15,11 @@ namespace {
 const char programHelp[] =
     R"(Usage: camconvert COMMAND [options] ...
 
-Converts ODB++ jobs to GDSII and Gerber files.
+Converts ODB++ jobs to GDSII and Gerber files, and proves what has been written.
 
 Commands:
   export   Write layers of jobs as GDSII or Gerber files.
+  verify   Compare written files with the layers of their jobs.
   info     Show what is in jobs.
 
 "camconvert COMMAND --help" describes a command, with examples.
@@ -41,6 +43,16 @@ Examples:
       Goes on where an earlier run ended: jobs whose files are there and unchanged are passed over.
 )";
 
+const char verifyExamples[] = R"(
+Examples:
+  camconvert verify board.tgz files
+      The files of "camconvert export board.tgz --out files": files/board/top.gds, ...
+  camconvert verify board.tgz files --rotate 90 --mirror --format gerber
+      The options that change or choose what is written are those of the export.
+  camconvert verify *.tgz files --json -
+      Many jobs, one line of JSON for each.
+)";
+
 const char infoExamples[] = R"(
 Examples:
   camconvert info board.tgz
@@ -51,11 +63,15 @@ Examples:
 class Parser
 {
 public:
-    Parser(const char *command, const char *description) : m_command(command)
+    // `operands`: each with its help.
+    Parser(const char *command, const char *description,
+           const std::vector<std::pair<const char *, const char *>> &operands)
+        : m_command(command)
     {
         m_parser.setApplicationDescription(description);
         m_parser.addPositionalArgument(command, "", command);
-        m_parser.addPositionalArgument("job", "Archives (.tgz) and unpacked job folders.", "JOB...");
+        for (const auto &[name, help] : operands)
+            m_parser.addPositionalArgument(name, help, name);
     }
     void flag(const char *name, const char *help) { m_parser.addOption({name, help}); }
     void option(const char *name, const char *help, const char *value)
@@ -69,15 +85,18 @@ public:
         m_parser.addOption({{"h", "help"}, "Show this text."});
         const bool understood = m_parser.parse(arguments);
         if (m_parser.isSet("help")) {
-            result.text = m_parser.helpText().replace(
-                              QString("Usage: %1 [options] %2").arg(arguments.first(), m_command),
-                              QString("Usage: camconvert %1 [options]").arg(m_command)) +
+            // The command itself is no argument to explain.
+            result.text = m_parser.helpText()
+                              .replace(QString("Usage: %1 [options] %2").arg(arguments.first(), m_command),
+                                       QString("Usage: camconvert %1 [options]").arg(m_command))
+                              .remove(QRegularExpression(QString("^  %1 *\\n").arg(m_command),
+                                                         QRegularExpression::MultilineOption)) +
                           examples;
             return false;
         }
         if (!understood)
             result.error = m_parser.errorText();
-        else if (jobs().isEmpty())
+        else if (operands().isEmpty())
             result.error = QString("%1: expected at least one job").arg(m_command);
         return result.error.isEmpty();
     }
@@ -92,7 +111,8 @@ public:
         values.removeAll(QString());
         return values;
     }
-    QStringList jobs() const { return m_parser.positionalArguments().mid(1); }
+    // What stands on the command line without an option, in order.
+    QStringList operands() const { return m_parser.positionalArguments().mid(1); }
 
     // Leaves `number` alone where the option is not there.
     void number(const char *name, double &number, QString &error) const
@@ -125,46 +145,37 @@ QString patternFault(const QString &pattern)
     return {};
 }
 
-void parseExport(const QStringList &arguments, Arguments &result)
+const std::pair<const char *, const char *> jobOperand("JOB...", "Archives (.tgz) and unpacked job folders.");
+
+void addLayerOptions(Parser &parser)
 {
-    Parser parser("export",
-                  "Writes layers of jobs as GDSII or Gerber files. A file appears under its name only "
-                  "when it is complete.");
     parser.option("format", "gds, gerber or both with a comma between. (Both otherwise.)", "formats");
-    parser.option("out", "Folder of the files. It is made when it is missing.", "folder");
-    parser.option("step", "Step to export. (The job's first one otherwise.)", "name");
+    parser.option("step", "Step of the layers. (The job's first one otherwise.)", "name");
     parser.option("layers",
                   "all (that have a drawing), board (of those the layers of the board), or names with "
                   "commas between. (all otherwise.)",
                   "layers");
     parser.option("name",
-                  "Names of the files below the output folder, of {job}, {step}, {layer}, {type}, {row} and "
-                  "{ext}. ({job}/{layer}{ext} otherwise, all in lower case.)",
+                  "Names of the files below the folder, of {job}, {step}, {layer}, {type}, {row} and {ext}. "
+                  "({job}/{layer}{ext} otherwise, all in lower case.)",
                   "pattern");
     parser.option("rotate", "Rotate counter-clockwise about the step's datum, after mirroring.", "degrees");
     parser.flag("mirror", "Mirror, x to -x.");
     parser.option("x-scale", "Scale along x, before mirroring.", "factor");
     parser.option("y-scale", "Scale along y, before mirroring.", "factor");
     parser.option("resize", "By how much features grow, half of it to each side.", "micrometres");
-    parser.flag("negate", "Write the area of the step's profile less the layer.");
-    parser.flag("positive", "Write layers of negative polarity as positive images.");
+    parser.flag("negate", "The area of the step's profile less the layer.");
+    parser.flag("positive", "Layers of negative polarity as positive images.");
     parser.option("dbu", "Database unit of GDSII files. (0.001 otherwise.)", "micrometres");
-    parser.flag("profile", "Add the step's profile.");
+    parser.flag("profile", "With the step's profile.");
     parser.option("json", "Write a line of JSON for each job; - for the standard output.", "file");
     parser.option("jobs", "How many layers at once. (One a core otherwise.)", "number");
     parser.option("memory", "What the layers at work may take together, by estimate. (1000 otherwise.)",
                   "megabytes");
-    parser.flag("verify", "Read each file back and compare it with its layer.");
-    parser.flag("resume",
-                "Pass over jobs that an earlier run has done: the same input, options and version, and the "
-                "files still there.");
-    if (!parser.parse(arguments, exportExamples, result))
-        return;
+}
 
-    ExportArguments &values = result.exporting;
-    QString &error = result.error;
-    result.command = Arguments::Command::Export;
-    values.jobs = parser.jobs();
+void readLayerOptions(const Parser &parser, LayerArguments &values, QString &error)
+{
     QStringList formats = parser.list("format");
     if (!parser.isSet("format"))
         formats = QStringList{"gds", "gerber"};
@@ -179,9 +190,6 @@ void parseExport(const QStringList &arguments, Arguments &result)
     }
     if (values.formats.empty())
         error = "--format: expected gds or gerber";
-    values.outputFolder = parser.text("out");
-    if (values.outputFolder.isEmpty())
-        error = "expected --out, the folder of the files";
     values.step = parser.text("step");
     const QStringList layers = parser.list("layers");
     values.onlyBoard = layers == QStringList("board");
@@ -223,19 +231,62 @@ void parseExport(const QStringList &arguments, Arguments &result)
     values.json = parser.text("json");
     if (parser.isSet("json") && values.json.isEmpty())
         error = "--json: expected a file, or -";
+}
+
+void parseExport(const QStringList &arguments, Arguments &result)
+{
+    Parser parser("export",
+                  "Writes layers of jobs as GDSII or Gerber files. A file appears under its name only "
+                  "when it is complete.",
+                  {jobOperand});
+    parser.option("out", "Folder of the files. It is made when it is missing.", "folder");
+    addLayerOptions(parser);
+    parser.flag("verify", "Read each file back and compare it with its layer.");
+    parser.flag("resume",
+                "Pass over jobs that an earlier run has done: the same input, options and version, and the "
+                "files still there.");
+    if (!parser.parse(arguments, exportExamples, result))
+        return;
+    ExportArguments &values = result.exporting;
+    result.command = Arguments::Command::Export;
+    values.jobs = parser.operands();
+    values.folder = parser.text("out");
+    if (values.folder.isEmpty())
+        result.error = "expected --out, the folder of the files";
     values.verify = parser.isSet("verify");
     values.resume = parser.isSet("resume");
+    readLayerOptions(parser, values, result.error);
+}
+
+void parseVerify(const QStringList &arguments, Arguments &result)
+{
+    Parser parser("verify",
+                  "Reads written files back and compares each with its layer: what the file lacks, what it "
+                  "has too much, how far it deviates and where. Layers without a file, and files without a "
+                  "layer, are named.",
+                  {jobOperand, {"FOLDER", "That of the export's --out."}});
+    addLayerOptions(parser);
+    if (!parser.parse(arguments, verifyExamples, result))
+        return;
+    LayerArguments &values = result.verifying;
+    result.command = Arguments::Command::Verify;
+    values.jobs = parser.operands();
+    values.folder = values.jobs.takeLast();
+    if (values.jobs.isEmpty())
+        result.error = "verify: expected a job, and the folder of its files";
+    readLayerOptions(parser, values, result.error);
 }
 
 void parseInfo(const QStringList &arguments, Arguments &result)
 {
-    Parser parser(
-        "info", "Shows the steps and layers of jobs, what the layers hold, and what of it cannot be drawn.");
+    Parser parser("info",
+                  "Shows the steps and layers of jobs, what the layers hold, and what of it cannot be drawn.",
+                  {jobOperand});
     parser.flag("json", "Show it as a line of JSON for each job.");
     if (!parser.parse(arguments, infoExamples, result))
         return;
     result.command = Arguments::Command::Info;
-    result.info.jobs = parser.jobs();
+    result.info.jobs = parser.operands();
     result.info.asJson = parser.isSet("json");
 }
 
@@ -247,6 +298,8 @@ Arguments Arguments::parse(const QStringList &arguments)
     const QString command = arguments.value(1);
     if (command == "export")
         parseExport(arguments, result);
+    else if (command == "verify")
+        parseVerify(arguments, result);
     else if (command == "info")
         parseInfo(arguments, result);
     else if (command == "--version")
@@ -254,9 +307,9 @@ Arguments Arguments::parse(const QStringList &arguments)
     else if (command == "--help" || command == "-h" || command == "help")
         result.text = programHelp;
     else if (command.isEmpty())
-        result.error = "expected a command: export or info";
+        result.error = "expected a command: export, verify or info";
     else
-        result.error = QString("unknown command %1: expected export or info").arg(command);
+        result.error = QString("unknown command %1: expected export, verify or info").arg(command);
     return result;
 }
 

@@ -13,11 +13,12 @@ namespace convert {
 // Documented exit codes. A run that a signal has ended has 128 and the signal's number.
 enum ExitCode { Done = 0, SomethingFailed = 1, UsageError = 2, NotProven = 3 };
 
-struct ExportArguments
+// Which layers of which jobs, as which files, and how they are changed on the way.
+struct LayerArguments
 {
     QStringList jobs; // archives and job folders, as given
     std::vector<cam::FileFormat> formats;
-    QString outputFolder;
+    QString folder;         // below which the files are
     QString step;           // empty: the job's first one
     QStringList layers;     // names; empty: all that have drawings
     bool onlyBoard = false; // of those only the layers of the board
@@ -26,7 +27,11 @@ struct ExportArguments
     bool positive = false;
     QString json; // a file, "-" for the standard output; empty: none
     int threads = 1;
-    double megabytes = 0.0; // that layers being exported may take together, by estimate
+    double megabytes = 0.0; // that layers at work may take together, by estimate
+};
+
+struct ExportArguments : LayerArguments
+{
     bool resume = false;
     bool verify = false; // read each file back and compare it with its layer
 };
@@ -39,11 +44,12 @@ struct InfoArguments
 
 struct Arguments
 {
-    enum class Command { Export, Info, ShowText };
+    enum class Command { Export, Verify, Info, ShowText };
     Command command = Command::ShowText;
     QString text;  // of ShowText: help or version
     QString error; // not empty: the command line is wrong, and nothing else counts
     ExportArguments exporting;
+    LayerArguments verifying;
     InfoArguments info;
 
     // `arguments` as the program was given them, its own name first.

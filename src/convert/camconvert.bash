@@ -4,7 +4,7 @@ _camconvert()
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        COMPREPLY=($(compgen -W "export info --help --version" -- "$word"))
+        COMPREPLY=($(compgen -W "export verify info --help --version" -- "$word"))
         return
     fi
     case $before in
@@ -12,7 +12,7 @@ _camconvert()
         --layers) COMPREPLY=($(compgen -W "all board" -- "$word")); return ;;
         --out) compopt -o filenames; COMPREPLY=($(compgen -d -- "$word")); return ;;
         --json)
-            if [ "${COMP_WORDS[1]}" = export ]; then
+            if [ "${COMP_WORDS[1]}" != info ]; then
                 compopt -o filenames
                 COMPREPLY=($(compgen -f -- "$word"))
                 return
@@ -25,6 +25,10 @@ _camconvert()
             export)
                 COMPREPLY=($(compgen -W "--format --out --step --layers --name --rotate --mirror --x-scale --y-scale
                     --resize --negate --positive --dbu --profile --json --jobs --memory --verify --resume --help" -- "$word"))
+                ;;
+            verify)
+                COMPREPLY=($(compgen -W "--format --step --layers --name --rotate --mirror --x-scale --y-scale
+                    --resize --negate --positive --dbu --profile --json --jobs --memory --help" -- "$word"))
                 ;;
             info) COMPREPLY=($(compgen -W "--json --help" -- "$word")) ;;
         esac

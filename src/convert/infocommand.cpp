@@ -9,6 +9,7 @@
 #include "cam/odb/textfile.h"
 #include "convert/jobsource.h"
 #include "convert/report.h"
+#include "convert/table.h"
 
 #include <QJsonArray>
 
@@ -114,29 +115,6 @@ QJsonObject describe(const JobSource &source, const std::atomic<bool> &cancelled
             {"steps", steps}};
 }
 
-using Row = QStringList;
-
-// Columns as wide as their widest cell; numbers to the right.
-void print(const QVector<Row> &rows, Console &console)
-{
-    QVector<int> widths(rows[0].size(), 0);
-    for (const Row &row : rows) {
-        for (int i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], row[i].size());
-    }
-    for (const Row &row : rows) {
-        QString line;
-        for (int i = 0; i < row.size(); ++i) {
-            bool isNumber = false;
-            row[i].toDouble(&isNumber);
-            line += "  " + (isNumber ? row[i].rightJustified(widths[i]) : row[i].leftJustified(widths[i]));
-        }
-        while (line.endsWith(' '))
-            line.chop(1);
-        console.result(line);
-    }
-}
-
 void print(const QJsonObject &job, Console &console)
 {
     console.result(QString("%1: unit %2").arg(job["job"].toString(), job["unit"].toString()));
@@ -151,7 +129,7 @@ void print(const QJsonObject &job, Console &console)
                     layer["polarity"].toString(),
                     from.isEmpty() && to.isEmpty() ? QString() : from + " to " + to};
     }
-    print(rows, console);
+    printTable(rows, console);
     for (const QJsonValue &value : job["steps"].toArray()) {
         const QJsonObject step = value.toObject();
         const QJsonArray extent = step["extent"].toArray();
@@ -178,7 +156,7 @@ void print(const QJsonObject &job, Console &console)
                 what << layer["error"].toString();
             rows << (row << what.join("; "));
         }
-        print(rows, console);
+        printTable(rows, console);
     }
 }
 

@@ -41,7 +41,7 @@ bool isJob(const fs::path &folder)
 }
 
 // The job among what an archive held.
-fs::path findJob(const fs::path &unpacked, const QString &archive)
+fs::path findJob(const fs::path &unpacked)
 {
     if (isJob(unpacked))
         return unpacked;
@@ -51,9 +51,7 @@ fs::path findJob(const fs::path &unpacked, const QString &archive)
             jobs.push_back(entry.path());
     }
     if (jobs.size() != 1)
-        fail(QString("%1: expected one job, a folder that holds a folder matrix; found %2")
-                 .arg(archive)
-                 .arg(jobs.size()));
+        fail(QString("expected one job, a folder that holds a folder matrix; found %1").arg(jobs.size()));
     return jobs[0];
 }
 
@@ -64,9 +62,9 @@ fs::path localPath(const QString &path)
     return fs::u8path(path.toStdString());
 }
 
-QString textOf(const fs::path &path)
+QString lowerCase(const std::string &text)
 {
-    return QString::fromStdString(path.u8string());
+    return QString::fromStdString(cam::lowerCase(text));
 }
 
 QString hashOfFile(const QString &path)
@@ -93,7 +91,7 @@ QString JobSource::baseName() const
 
 QString JobSource::name() const
 {
-    return QString::fromStdString(cam::lowerCase(baseName().toStdString()));
+    return lowerCase(baseName().toStdString());
 }
 
 QString JobSource::hash(const std::atomic<bool> &cancelled) const
@@ -121,14 +119,14 @@ QString JobSource::hash(const std::atomic<bool> &cancelled) const
 void JobSource::open(const std::atomic<bool> &cancelled)
 {
     if (!QFileInfo::exists(m_path))
-        fail(QString("%1: there is no such file or folder").arg(m_path));
+        fail("there is no such file or folder");
     if (QFileInfo(m_path).isDir()) {
         m_folder = localPath(QDir::cleanPath(QDir::current().absoluteFilePath(m_path)));
         return;
     }
     const QString name = baseName();
     if (name.isEmpty() || !cam::isPlainName(name.toStdString()))
-        fail(QString("%1: expected an archive whose name can be that of a job").arg(m_path));
+        fail("expected an archive whose name can be that of a job");
     m_unpacked = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/camconvert-XXXXXX");
     if (!m_unpacked->isValid())
         fail(QString("%1: cannot be made: %2").arg(m_unpacked->path(), m_unpacked->errorString()));
@@ -146,7 +144,7 @@ void JobSource::open(const std::atomic<bool> &cancelled)
     stop();
     const QString tar = onlyFileIn(work.filePath("gzip"));
     if (tar.isEmpty())
-        fail(QString("%1: expected a gzip file of one tar").arg(m_path));
+        fail("expected a gzip file of one tar");
     work.mkdir("tar");
     archive::BitExtractor(library, archive::BitFormat::Tar)
         .extract(QDir::toNativeSeparators(tar).toStdWString(),
@@ -154,7 +152,7 @@ void JobSource::open(const std::atomic<bool> &cancelled)
     QDir(work.filePath("gzip")).removeRecursively();
     stop();
     // Files name their job: as an import does, by the archive.
-    const fs::path found = findJob(localPath(work.filePath("tar")), m_path);
+    const fs::path found = findJob(localPath(work.filePath("tar")));
     work.mkdir("job");
     m_folder = localPath(work.filePath("job")) / localPath(name);
     fs::rename(found, m_folder);

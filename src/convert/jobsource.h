@@ -48,7 +48,7 @@ private:
 };
 
 std::filesystem::path localPath(const QString &path);
-QString textOf(const std::filesystem::path &path);
+QString lowerCase(const std::string &text); // as names of jobs and layers are written
 
 // SHA-256 of a file, in hexadecimal. Throws std::runtime_error when it cannot be read.
 QString hashOfFile(const QString &path);

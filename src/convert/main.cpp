@@ -1,6 +1,7 @@
 // camconvert: ODB++ jobs to GDSII and Gerber files, without a window.
 #include "convert/exportcommand.h"
 #include "convert/infocommand.h"
+#include "convert/verifycommand.h"
 #include "platform/termination.h"
 
 #include <QCoreApplication>
@@ -13,17 +14,29 @@ namespace {
 std::atomic<int> terminatedBy{0};
 std::atomic<bool> cancelled{false};
 
-int run(const convert::Arguments &arguments)
+convert::ExitCode run(const convert::Arguments &arguments, convert::Console &console)
 {
     using convert::Arguments;
+    switch (arguments.command) {
+    case Arguments::Command::Export:
+        return runExport(arguments.exporting, console, cancelled);
+    case Arguments::Command::Verify:
+        return runVerify(arguments.verifying, console, cancelled);
+    case Arguments::Command::Info:
+        return runInfo(arguments.info, console, cancelled);
+    case Arguments::Command::ShowText:
+        break;
+    }
+    std::fputs(arguments.text.toLocal8Bit().constData(), stdout);
+    return convert::Done;
+}
+
+int run(const convert::Arguments &arguments)
+{
     if (!arguments.error.isEmpty()) {
         std::fprintf(stderr, "camconvert: %s (--help tells more)\n",
                      arguments.error.toLocal8Bit().constData());
         return convert::UsageError;
-    }
-    if (arguments.command == Arguments::Command::ShowText) {
-        std::fputs(arguments.text.toLocal8Bit().constData(), stdout);
-        return convert::Done;
     }
     // Layers at work end at their next report, jobs being unpacked when they are: then private folders and
     // unfinished files are gone.
@@ -32,9 +45,7 @@ int run(const convert::Arguments &arguments)
         cancelled = true;
     });
     convert::Console console;
-    const convert::ExitCode code = arguments.command == Arguments::Command::Export
-                                       ? runExport(arguments.exporting, console, cancelled)
-                                       : runInfo(arguments.info, console, cancelled);
+    const convert::ExitCode code = run(arguments, console);
     return cancelled ? 128 + terminatedBy : code;
 }
 

@@ -9,7 +9,7 @@ namespace convert {
 
 namespace {
 
-const char *const statusWords[] = {"written", "kept", "failed"};
+const char *const statusWords[] = {"written", "kept", "checked", "stray", "failed"};
 
 QJsonObject toJson(const FileReport &file)
 {
@@ -40,10 +40,9 @@ FileReport fileFrom(const QJsonObject &json)
         file.warnings << warning.toString();
     file.verification = json["verification"].toObject();
     file.error = json["error"].toString();
-    for (int i = 0; i < 3; ++i) {
-        if (json["status"].toString() == statusWords[i])
-            file.status = FileReport::Status(i);
-    }
+    const auto word = std::find(std::begin(statusWords), std::end(statusWords), json["status"].toString());
+    if (word != std::end(statusWords))
+        file.status = FileReport::Status(word - std::begin(statusWords));
     return file;
 }
 
@@ -79,6 +78,27 @@ QJsonObject JobReport::toJson() const
     if (!error.isEmpty())
         json["error"] = error;
     return json;
+}
+
+QJsonObject verificationOf(const cam::Comparison &found)
+{
+    if (!found.reason.empty())
+        return {{"proven", false}, {"reason", QString::fromStdString(found.reason)}};
+    QJsonObject json{{"proven", found.isProven()},
+                     {"missing", found.missingArea},
+                     {"extra", found.extraArea},
+                     {"deviation", found.deviation},
+                     {"places", double(found.placesInAll)}};
+    if (!found.places.empty()) {
+        const cam::Point at = found.places.front().at;
+        json["first"] = QJsonArray{at.x / 1e6, at.y / 1e6};
+    }
+    return json;
+}
+
+QString wordOf(cam::FileFormat format)
+{
+    return format == cam::FileFormat::Gds ? "gds" : "gerber";
 }
 
 JobReport reportFrom(const QJsonObject &json)

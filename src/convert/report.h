@@ -1,6 +1,9 @@
 // What became of a job and its files: as JSON (docs/camconvert.md), and as the record that --resume goes by.
 #pragma once
 
+#include "cam/export/exportrequest.h"
+#include "cam/verify/verification.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
@@ -14,19 +17,24 @@ constexpr int reportVersion = 1;
 
 struct FileReport
 {
-    enum class Status { Written, Kept, Failed };
+    // Checked: by verify, which has found it. Stray: it is named like a layer's file, and no layer's.
+    enum class Status { Written, Kept, Checked, Stray, Failed };
     QString layer;
     QString format; // "gds" or "gerber"
     QString file;   // relative to the output folder
     Status status = Status::Failed;
-    QString hash; // SHA-256, hexadecimal; empty for a file that was not written, as what follows is 0
+    QString hash; // SHA-256, hexadecimal; empty for a file that failed, as what follows is 0
     qint64 bytes = 0;
     double seconds = 0.0;
     QStringList warnings;
     QString error;
     QJsonObject verification; // as docs/camconvert.schema.json says; empty when it was not asked for
 
-    bool isProven() const { return verification.isEmpty() || verification["proven"].toBool(); }
+    // Whether there is nothing against it: a file that nobody has compared counts as proven.
+    bool isProven() const
+    {
+        return status != Status::Stray && (verification.isEmpty() || verification["proven"].toBool());
+    }
 };
 
 struct JobReport
@@ -43,6 +51,12 @@ struct JobReport
     bool isProven() const; // nor is anything that was verified not proven
     QJsonObject toJson() const;
 };
+
+// What a comparison has found, as docs/camconvert.schema.json has it.
+QJsonObject verificationOf(const cam::Comparison &found);
+
+// "gds" or "gerber".
+QString wordOf(cam::FileFormat format);
 
 // Reads what toJson() made.
 JobReport reportFrom(const QJsonObject &json);

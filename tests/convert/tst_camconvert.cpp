@@ -5,6 +5,7 @@
 #include "tests/convert/program.h"
 
 #include <QCryptographicHash>
+#include <QRegularExpression>
 #include <QtTest>
 
 namespace {
@@ -43,6 +44,17 @@ QJsonObject fileNamed(const QJsonObject &report, const QString &name)
     return {};
 }
 
+QJsonObject schema()
+{
+    QFile file(PROJECT_FOLDER "/docs/camconvert.schema.json");
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+QJsonObject fileSchema()
+{
+    return schema()["properties"].toObject()["files"].toObject()["items"].toObject();
+}
+
 // Whether an object has the fields that the schema requires, and none but those that it knows.
 bool fits(const QJsonObject &object, const QJsonObject &schema)
 {
@@ -70,11 +82,11 @@ private slots:
         const Program program;
         const Ran help = program.run({"--help"});
         QCOMPARE(help.code, 0);
-        for (const char *command : {"export", "info"}) {
+        for (const char *command : {"export", "verify", "info"}) {
             QVERIFY(help.output.contains(QString("  ") + command));
             const Ran own = program.run({command, "--help"});
             QCOMPARE(own.code, 0);
-            QVERIFY2(own.output.contains(QString("Usage: camconvert %1 [options] JOB...").arg(command)),
+            QVERIFY2(own.output.contains(QString("Usage: camconvert %1 [options] JOB").arg(command)),
                      qPrintable(own.output));
             QVERIFY(own.output.contains("Examples:"));
         }
@@ -89,9 +101,15 @@ private slots:
         };
         const QString manual = contentOf("/docs/man/camconvert.1").remove('\\');
         const QString completion = contentOf("/src/convert/camconvert.bash");
+        const auto completed = [&completion](const char *command) {
+            const QRegularExpression words(
+                QString(" %1\\)\\s+COMPREPLY=\\(\\$\\(compgen -W \"([^\"]+)\"").arg(command));
+            return words.match(completion).captured(1).split(QRegularExpression("\\s+"));
+        };
         const Program program;
         int options = 0;
-        for (const char *command : {"export", "info"}) {
+        for (const char *command : {"export", "verify", "info"}) {
+            QVERIFY2(manual.contains(QString("camconvert %1\n").arg(command)), command);
             const QString help = program.run({command, "--help"}).output.section("Examples:", 0, 0);
             QRegularExpressionMatchIterator found =
                 QRegularExpression("^  (?:-h, )?(--[a-z-]+)", QRegularExpression::MultilineOption)
@@ -99,7 +117,7 @@ private slots:
             while (found.hasNext()) {
                 const QString option = found.next().captured(1);
                 ++options;
-                QVERIFY2(completion.contains(QRegularExpression(option + "\\b")), qPrintable(option));
+                QVERIFY2(completed(command).contains(option), qPrintable(command + (' ' + option)));
                 QVERIFY2(manual.contains(option), qPrintable(option));
             }
         }
@@ -146,6 +164,12 @@ private slots:
                                          << "all layers have one name";
         QTest::newRow("pattern for a format") << "export x --out o --name {layer}"
                                               << "both formats have one name";
+        QTest::newRow("no folder to verify") << "verify x"
+                                             << "expected a job, and the folder of its files";
+        QTest::newRow("nothing to verify") << "verify"
+                                           << "expected at least one job";
+        QTest::newRow("scale to verify with") << "verify x o --x-scale 0"
+                                              << "expected scales other than 0";
         QTest::newRow("pattern for a job") << "export x y --out o --name {layer}{ext}"
                                            << "several jobs have one name";
     }
@@ -302,7 +326,7 @@ private slots:
         QCOMPARE(program.files("o/board"), QStringList("top.gds"));
         for (const char *line :
              {"error: torn.tgz: ", "empty: expected a folder matrix",
-              "error: gone.tgz: gone.tgz: there is no such file or folder",
+              "error: gone.tgz: there is no such file or folder",
               "error: board/pcb/nosuchlayer (gds): the job has no layer of that name",
               "error: board/pcb/drill (gds): the layer has records or symbols that cannot be drawn",
               "warning: board/pcb/drill (gds): symbol nosuchsymbol, 1 times",
@@ -430,13 +454,9 @@ private slots:
         QCOMPARE(drill["status"].toString(), QString("failed"));
         QVERIFY(drill["error"].toString().contains("cannot be drawn"));
         QVERIFY(!drill.contains("sha256"));
-        QFile schemaFile(PROJECT_FOLDER "/docs/camconvert.schema.json");
-        QVERIFY(schemaFile.open(QIODevice::ReadOnly));
-        const QJsonObject schema = QJsonDocument::fromJson(schemaFile.readAll()).object();
-        const QJsonObject items = schema["properties"].toObject()["files"].toObject()["items"].toObject();
-        QVERIFY(fits(report, schema));
+        QVERIFY(fits(report, schema()));
         for (const QJsonValue &file : report["files"].toArray())
-            QVERIFY(fits(file.toObject(), items));
+            QVERIFY(fits(file.toObject(), fileSchema()));
 
         QCOMPARE(program.run({"export", "board.tgz", "--out", "o", "--json", "report.jsonl"}).code, 1);
         const QByteArray line = program.bytes("report.jsonl");
@@ -459,6 +479,105 @@ private slots:
                                         "100", "--format", "gds", "--layers", "top"});
         QCOMPARE(coarse.code, 3);
         QVERIFY2(coarse.errors.contains("board/pcb/top (gds): not proven: "), qPrintable(coarse.errors));
+    }
+
+    void verifyTellsOfEachFile()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QVERIFY(program.folder().write("board.tgz", archiveOf(job)));
+        const QStringList options{"--rotate", "30", "--mirror", "--positive"};
+        QCOMPARE(program.run(QStringList{"export", "board.tgz", "--out", "o"} + options).code, 0);
+        const QStringList command = QStringList{"verify", "board.tgz", "o"} + options;
+        const Ran proven = program.run(command);
+        QVERIFY2(proven.code == 0, qPrintable(proven.output + proven.errors));
+        QVERIFY2(proven.output.contains("board: 8 of 8 files proven, "), qPrintable(proven.output));
+        QCOMPARE(program.run({"verify", "board.tgz", "o"}).code, 3); // without the options
+
+        // Of another layer, of nothing, cut short, gone, and of no layer.
+        const auto copy = [&program](const char *from, const char *to) {
+            return program.folder().write(to, program.bytes(from));
+        };
+        QVERIFY(copy("o/board/drill.gds", "o/board/mask.gds"));
+        QVERIFY(program.folder().write("o/board/gnd.gds", program.bytes("o/board/gnd.gds").chopped(4)));
+        QVERIFY(program.folder().write("o/board/drill.gerber", "%IPNEG*%\nM02*\n"));
+        QVERIFY(QFile::remove(program.filePath("o/board/top.gerber")));
+        QVERIFY(copy("o/board/top.gds", "o/board/sub/top.gds"));
+        QVERIFY(copy("o/board/top.gds", "o/board/old.gds"));
+        QVERIFY(program.folder().write("o/board/notes.txt", "no file of a layer"));
+        QVERIFY(copy("o/board/top.gds", "o/other/top.gds")); // of another job
+        const Ran ran = program.run(command);
+        QCOMPARE(ran.code, 1);
+        const auto hasRow = [&ran](const QString &file, const QString &result) {
+            return ran.output.contains(
+                QRegularExpression("^ +board." + QRegularExpression::escape(file) + " +" + result,
+                                   QRegularExpression::MultilineOption));
+        };
+        for (const auto &[file, result] :
+             {std::pair("top.gds", "proven +0 +0 "),
+              {"mask.gds", "not proven +0 +[0-9.e-]+ +[0-9]+ +-?[0-9.]+, -?[0-9.]+"},
+              {"gnd.gds", "cannot say .*gnd.gds"},
+              {"drill.gerber", "cannot say .*drill.gerber.*IPNEG"},
+              {"top.gerber", "failed"},
+              {"old.gds", "no layer"}})
+            QVERIFY2(hasRow(file, result), qPrintable(QString(file) + "\n" + ran.output));
+        QVERIFY2(ran.output.contains("board: 4 of 8 files proven, 1 file without a layer, "),
+                 qPrintable(ran.output));
+        QVERIFY2(ran.errors.contains("error: board/pcb/top (gerber): "), qPrintable(ran.errors));
+        QVERIFY(ran.errors.contains("there is no such file"));
+
+        const Ran asJson = program.run(command + QStringList{"--json", "-"});
+        QCOMPARE(asJson.code, 1);
+        const QJsonObject report = asJson.json();
+        QVERIFY(fits(report, schema()));
+        QCOMPARE(report["files"].toArray().size(), 9);
+        for (const QJsonValue &file : report["files"].toArray())
+            QVERIFY(fits(file.toObject(), fileSchema()));
+        const QJsonObject mask = fileNamed(report, "board/mask.gds");
+        QCOMPARE(mask["status"].toString(), QString("checked"));
+        QCOMPARE(mask["verification"].toObject()["proven"].toBool(true), false);
+        QVERIFY(std::fabs(mask["verification"].toObject()["extra"].toDouble() - 0.0707) < 0.001);
+        QCOMPARE(fileNamed(report, "board/old.gds")["status"].toString(), QString("stray"));
+        QCOMPARE(fileNamed(report, "board/top.gerber")["status"].toString(), QString("failed"));
+        QCOMPARE(program.temporaryFiles(), QStringList());
+
+        // What was chosen only; the other layers' files are no strays.
+        const Ran some = program.run(command + QStringList{"--layers", "top", "--format", "gds"});
+        QCOMPARE(some.code, 3);
+        QVERIFY2(some.output.contains("board: 1 of 1 file proven, 1 file without a layer, "),
+                 qPrintable(some.output));
+        QVERIFY(QFile::remove(program.filePath("o/board/old.gds")));
+        QCOMPARE(program.run(command + QStringList{"--layers", "top", "--format", "gds"}).code, 0);
+    }
+
+    void verifyFindsTheFilesByTheirPattern()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        const QStringList pattern{"--name", "{type}/{job}_{row}_{layer}{ext}", "--format", "gds"};
+        QCOMPARE(program.run(QStringList{"export", job.filePath("board"), "--out", "o"} + pattern).code, 0);
+        const QStringList command = QStringList{"verify", job.filePath("board"), "o"} + pattern;
+        QCOMPARE(program.run(command).code, 0);
+        QVERIFY(program.folder().write("o/signal/board_99_new.gds", "x"));
+        QVERIFY(program.folder().write("o/signal/panel_99_new.gds", "of another job"));
+        const Ran ran = program.run(command);
+        QCOMPARE(ran.code, 3);
+        QCOMPARE(ran.output.count("no layer"), 1);
+    }
+
+    void verifyNeedsAFolder()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        const Ran none = program.run({"verify", job.filePath("board"), "o"});
+        QCOMPARE(none.code, 1);
+        QVERIFY2(none.errors.contains("o: there is no such folder"), qPrintable(none.errors));
+        QVERIFY(program.folder().write("o", "mine"));
+        QVERIFY(program.run({"verify", job.filePath("board"), "o"})
+                    .errors.contains("o: expected a folder, found a file"));
     }
 
     void resumePassesOverWhatIsDone()

@@ -74,11 +74,11 @@ if [ $batch = yes ]; then
     [[ $given == *" --jobs "* ]] || options+=(--jobs "$jobs")
     [[ $given == *" --screenshots "* ]] || options+=(--screenshots "$out/screenshots")
     say "Importing and exporting without a person"
-    exec "$workbench" --batch "${options[@]}" "${archives[@]}"
+    exec "$workbench" --batch --settings "$out" "${options[@]}" "${archives[@]}"
 fi
 
-# The settings file oxconfig.ini and, by default, the jobs are in the working folder. A sample that is there already is
-# opened rather than imported again.
+# The settings are the project's own, in out/, so that trying the program out leaves the user's alone. A sample that is
+# there already is opened rather than imported again.
 open=()
 if [ ${#archives[@]} -eq 0 ]; then
     for sample in "${samples[@]}"; do
@@ -86,7 +86,5 @@ if [ ${#archives[@]} -eq 0 ]; then
         if [ -d "$jobs/$name" ]; then open=(--open "$name"); else archives+=("$sample"); fi
     done
 fi
-mkdir -p "$out"
-cd "$out"
-say "Starting the workbench in $out"
-exec "$workbench" "${options[@]}" "${open[@]}" "${archives[@]}"
+say "Starting the workbench with the settings of $out"
+exec "$workbench" --settings "$out" "${options[@]}" "${open[@]}" "${archives[@]}"

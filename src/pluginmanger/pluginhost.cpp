@@ -164,3 +164,18 @@ void PluginHost::destroyPlugins()
         delete plugin.object;
     }
 }
+
+int PluginHost::restartPlugins()
+{
+    QStringList files;
+    for (const LoadedPlugin &plugin : m_plugins)
+        files << plugin.file;
+    destroyPlugins();
+    for (const QString &file : files) {
+        QString error;
+        if (!load(file, &error))
+            LOG(ERROR) << "the plug-in " << file.toStdString()
+                       << " is not loaded again: " << error.toStdString();
+    }
+    return m_plugins.size();
+}

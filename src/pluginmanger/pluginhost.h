@@ -63,6 +63,9 @@ public:
     // The modules' code stays mapped until the process ends: constant texts and meta-types of a module may
     // still be referred to.
     void destroyPlugins();
+    // Destroys them likewise and loads them again, so that they read the settings anew. Returns the number of
+    // those that are loaded then.
+    int restartPlugins();
 
 private:
     struct NamedReceiver

@@ -21,10 +21,13 @@ CommandLine CommandLine::parse(const QStringList &arguments)
                                    "Import and export without a person, print a line a file, and end.");
     const QCommandLineOption format(
         "format", "Export only in this format: .gds or .gerber. (Both otherwise.)", "format");
-    const QCommandLineOption out("out", "Folder of the exported files. (The job's own folder otherwise.)",
+    const QCommandLineOption out("out", "Folder of the exported files. (As the settings say otherwise.)",
                                  "folder");
-    const QCommandLineOption jobs("jobs", "Folder that holds the jobs. (As in oxconfig.ini otherwise.)",
+    const QCommandLineOption jobs("jobs", "Folder that holds the jobs. (As the settings say otherwise.)",
                                   "folder");
+    const QCommandLineOption settings(
+        "settings", "Folder of the settings. (The place that the system has for the user's otherwise.)",
+        "folder");
     const QCommandLineOption step("step", "Step to export. (The job's first one otherwise.)", "name");
     const QCommandLineOption overwrite(
         "overwrite", "Answer Yes when a job of the same name may be replaced. (No otherwise.)");
@@ -34,7 +37,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     const QCommandLineOption open("open", "Open this job at the start.", "job");
     const QCommandLineOption help({"h", "help"}, "Show this text.");
     const QCommandLineOption version("version", "Show the version.");
-    parser.addOptions({batch, format, out, jobs, step, overwrite, screenshots, verbose, open, help, version});
+    parser.addOptions(
+        {batch, format, out, jobs, settings, step, overwrite, screenshots, verbose, open, help, version});
     parser.addPositionalArgument("archive", "ODB++ job archives (.tgz) to import.", "[archive.tgz ...]");
 
     CommandLine line;
@@ -55,6 +59,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     }
     line.outputFolder = absolute(parser.value(out));
     line.jobFolder = absolute(parser.value(jobs));
+    line.settingsFolder = absolute(parser.value(settings));
     line.step = parser.value(step);
     line.screenshotFolder = absolute(parser.value(screenshots));
     line.overwrite = parser.isSet(overwrite);

@@ -12,6 +12,7 @@ struct CommandLine
     QStringList formats = {export_format::gds, export_format::gerber}; // of the exports, in this order
     QString outputFolder;     // empty: what the Export dialog proposes
     QString jobFolder;        // the job root; empty: what the settings file says
+    QString settingsFolder;   // empty: the one that the system has for the user
     QString step;             // empty: the job's first one
     QString screenshotFolder; // empty: no pictures
     bool overwrite = false;

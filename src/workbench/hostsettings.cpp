@@ -22,6 +22,35 @@ void openAsUtf8(QSettings &settings)
     settings.setIniCodec("utf-8");
 }
 
+// Copies the settings of `file`. A relative path of them counts from the folder that the file is in.
+void copySettings(const QString &file, QSettings &to)
+{
+    QSettings from(file, QSettings::IniFormat);
+    openAsUtf8(from);
+    const QDir folder = QFileInfo(file).dir();
+    for (const QString &key : from.allKeys()) {
+        QString value = from.value(key).toString();
+        if (key.endsWith("/path") && key != "Output_Path_Second/path" && !value.isEmpty())
+            value = QDir::cleanPath(folder.absoluteFilePath(platform::toLocal(value)));
+        if (key == "Job_Path/path")
+            value = platform::toHandedOver(value);
+        to.setValue(key, value);
+    }
+    to.sync();
+}
+
+// Writes the job folder of an existing settings file as plug-ins take it.
+void mendJobFolder()
+{
+    QSettings settings(fileName, QSettings::IniFormat);
+    openAsUtf8(settings);
+    const QString folder = settings.value("Job_Path/path").toString();
+    if (!folder.contains('/'))
+        return;
+    settings.setValue("Job_Path/path", platform::toHandedOver(folder));
+    LOG(INFO) << "the job folder " << folder.toStdString() << " is written with backslashes now";
+}
+
 } // namespace
 
 HostSettings hostsettings::read()
@@ -63,24 +92,41 @@ bool hostsettings::write(const HostSettings &values)
     return true;
 }
 
-bool hostsettings::writeDefaults()
+hostsettings::Entered hostsettings::enter(const UserFolders &folders)
 {
-    if (QFileInfo::exists(fileName))
-        return true;
+    const QString before = QDir::current().absoluteFilePath(fileName);
+    const QDir folder(folders.settings);
+    if (!QDir().mkpath(folder.path()) || !QFileInfo(folder.path()).isWritable() ||
+        !QDir::setCurrent(folder.path()))
+        return {{},
+                QCoreApplication::translate("hostsettings", "%1 is no folder that can be written to.")
+                    .arg(QDir::toNativeSeparators(folder.path()))};
+    if (QFileInfo::exists(fileName)) {
+        mendJobFolder();
+        return {};
+    }
     HostSettings defaults;
-    defaults.jobFolder = QDir::current().absoluteFilePath("job");
-    return write(defaults);
-}
-
-void hostsettings::mendJobFolder()
-{
-    QSettings settings(fileName, QSettings::IniFormat);
-    openAsUtf8(settings);
-    const QString folder = settings.value("Job_Path/path").toString();
-    if (!folder.contains('/'))
-        return;
-    settings.setValue("Job_Path/path", platform::toHandedOver(folder));
-    LOG(INFO) << "the job folder " << folder.toStdString() << " is written with backslashes now";
+    defaults.jobFolder = folders.jobs;
+    defaults.outputFolder = folders.exports;
+    defaults.exportDatabase = folders.history;
+    if (!QFileInfo::exists(before)) {
+        write(defaults);
+        return {};
+    }
+    {
+        QSettings settings(fileName, QSettings::IniFormat);
+        openAsUtf8(settings);
+        copySettings(before, settings);
+    }
+    HostSettings taken = read();
+    if (taken.jobFolder.isEmpty())
+        taken.jobFolder = QFileInfo(before).dir().filePath("job");
+    if (taken.outputFolder.isEmpty())
+        taken.outputFolder = QFileInfo(taken.jobFolder).dir().filePath("export");
+    if (taken.exportDatabase.isEmpty())
+        taken.exportDatabase = defaults.exportDatabase;
+    write(taken);
+    return {before, {}};
 }
 
 double hostsettings::resizeInNanometres(double value, const QString &unit)
@@ -111,21 +157,16 @@ QString hostsettings::jobRoot(const QString &configured)
     return QDir::cleanPath(QDir::current().absoluteFilePath(usable ? folder : QString("job")));
 }
 
-RunFolder::RunFolder(const QString &jobFolder) : m_before(QDir::currentPath()), m_folder(new QTemporaryDir)
+RunFolder::RunFolder(const QString &jobFolder, const UserFolders &folders)
+    : m_before(QDir::currentPath()), m_folder(new QTemporaryDir)
 {
+    const QString ofUser = QDir(folders.settings).filePath(fileName);
+    const QString source = QFileInfo::exists(ofUser) ? ofUser : QDir::current().absoluteFilePath(fileName);
     QSettings settings(m_folder->filePath(fileName), QSettings::IniFormat);
     openAsUtf8(settings);
-    QSettings source(QDir::current().absoluteFilePath(fileName), QSettings::IniFormat);
-    openAsUtf8(source);
-    for (const QString &key : source.allKeys()) {
-        QString value = source.value(key).toString();
-        // A relative path counts from the user's folder, not from this one.
-        if (key.endsWith("/path") && key != "Output_Path_Second/path" && !value.isEmpty())
-            value = QDir(m_before).absoluteFilePath(platform::toLocal(value));
-        settings.setValue(key, value);
-    }
+    copySettings(source, settings);
     const QString folder =
-        jobFolder.isEmpty() ? hostsettings::jobRoot(source.value("Job_Path/path").toString()) : jobFolder;
+        jobFolder.isEmpty() ? hostsettings::jobRoot(settings.value("Job_Path/path").toString()) : jobFolder;
     settings.setValue("Job_Path/path", platform::toHandedOver(folder));
     settings.sync();
     QDir::setCurrent(m_folder->path());

@@ -1,6 +1,9 @@
 // The host's own settings file, "oxconfig.ini" in the working folder. The host writes it; plug-ins and the
-// CAM library read it, each for itself and by that relative name.
+// CAM library read it, each for itself and by that relative name. So the host makes the folder that has the
+// user's settings the working folder of the process.
 #pragma once
+
+#include "workbench/userfolders.h"
 
 #include <QString>
 
@@ -28,12 +31,16 @@ HostSettings read();
 // Writes these values; other keys of the file stay as they are. Returns whether the file could be written.
 bool write(const HostSettings &values);
 
-// Writes a settings file with the defaults when the working folder has none: jobs in its folder "job",
-// exports as GDS with a database unit of 0.001 um. Returns whether the folder has a settings file now.
-bool writeDefaults();
-
-// Writes the job folder of an existing settings file as plug-ins take it: with backslashes.
-void mendJobFolder();
+// Makes the settings folder of `folders` where it is missing, makes it the working folder of the process, and
+// gives it a settings file when it has none: the one in the folder that the program was started in, whose
+// paths become absolute, or one with the defaults. A file that is there has its job folder written as
+// plug-ins take it: with backslashes.
+struct Entered
+{
+    QString takenOver; // the file whose settings were taken over; empty when none was
+    QString failure;   // why the folder cannot be used; then nothing has happened
+};
+Entered enter(const UserFolders &folders);
 
 // A resize by `value` in `unit` in nanometres, as plug-ins read it: an unknown unit is that.
 double resizeInNanometres(double value, const QString &unit);
@@ -48,13 +55,14 @@ QString jobRoot(const QString &configured);
 
 } // namespace hostsettings
 
-// A working folder for one run whose settings file is the user's, where there is one, but with jobs in
-// `jobFolder`, or, when that is empty, where the user's settings have them. While the object lives it is the
-// working folder of the process.
+// A working folder for one run, which leaves nothing behind. Its settings file is that of `folders`, or of
+// the folder that the program was started in when the user has none, but with jobs in `jobFolder`, or, when
+// that is empty, where the settings have them. While the object lives it is the working folder of the
+// process.
 class RunFolder
 {
 public:
-    explicit RunFolder(const QString &jobFolder);
+    RunFolder(const QString &jobFolder, const UserFolders &folders);
     ~RunFolder();
 
 private:

@@ -8,6 +8,7 @@
 #include "workbench/hostsettings.h"
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
+#include "workbench/windowmemory.h"
 
 #include <QApplication>
 #include <QDir>
@@ -90,14 +91,15 @@ void shutDown(std::unique_ptr<MainWindow> window)
 
 int runProgram(QApplication &application, const CommandLine &options)
 {
+    const UserFolders folders = options.settingsFolder.isEmpty() ? UserFolders::ofSystem()
+                                                                 : UserFolders::below(options.settingsFolder);
     std::unique_ptr<RunFolder> runFolder;
-    // A batch leaves no settings file behind in the folder that it is started in.
-    if (options.batch || !options.jobFolder.isEmpty()) {
-        runFolder.reset(new RunFolder(options.jobFolder));
-    } else {
-        hostsettings::writeDefaults();
-        hostsettings::mendJobFolder();
-    }
+    hostsettings::Entered entered;
+    const bool isForOnce = options.batch || !options.jobFolder.isEmpty();
+    if (!isForOnce)
+        entered = hostsettings::enter(folders);
+    if (isForOnce || !entered.failure.isEmpty())
+        runFolder.reset(new RunFolder(options.jobFolder, folders));
 
     LogCollector log;
     if (options.batch) {
@@ -107,9 +109,14 @@ int runProgram(QApplication &application, const CommandLine &options)
                           record.source.isEmpty() ? record.text : record.text + " [" + record.source + "]");
         });
     }
-    auto window = std::make_unique<MainWindow>(log);
+    std::unique_ptr<WindowMemory> memory(new WindowMemory); // a batch remembers nothing
     if (!options.batch)
+        memory.reset(new WindowMemory(QDir(folders.settings).filePath("workbench.ini")));
+    auto window = std::make_unique<MainWindow>(log);
+    if (!options.batch) {
         window->keepToScreen();
+        window->remember(*memory);
+    }
     window->show();
     PluginHost::instance().loadFolder(pluginFolder());
     window->addPlugins();
@@ -122,6 +129,17 @@ int runProgram(QApplication &application, const CommandLine &options)
     }
     if (!options.openJob.isEmpty())
         window->openJob(options.openJob);
+    else if (options.archives.isEmpty())
+        window->openLastJob();
+    if (!entered.failure.isEmpty())
+        window->tellFailure(QCoreApplication::translate("main", "Settings of this run will be lost: %1")
+                                .arg(entered.failure));
+    if (!entered.takenOver.isEmpty())
+        window->tell(QCoreApplication::translate("main",
+                                                 "The settings of %1 have been taken over. From now on they "
+                                                 "are in %2.")
+                         .arg(QDir::toNativeSeparators(entered.takenOver),
+                              QDir::toNativeSeparators(folders.settings)));
 
     std::unique_ptr<BatchRun> batch;
     if (options.batch || !options.archives.isEmpty())
@@ -177,6 +195,7 @@ void endProgram(int signal)
 
 int main(int argc, char **argv)
 {
+    QCoreApplication::setOrganizationName("File_Process");
     QCoreApplication::setApplicationName("workbench");
     QCoreApplication::setApplicationVersion(FILE_PROCESS_VERSION);
     CommandLine options;

@@ -5,6 +5,7 @@
 #include "run/orvexapi.h"
 #include "workbench/exportdialog.h"
 #include "workbench/hostsettings.h"
+#include "workbench/importfolder.h"
 #include "workbench/joblistpanel.h"
 #include "workbench/jobstore.h"
 #include "workbench/layerpanel.h"
@@ -14,6 +15,7 @@
 #include "workbench/resultspane.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/view/graphicview.h"
+#include "workbench/windowmemory.h"
 #include "workbench/windowplacer.h"
 
 #include <QAction>
@@ -50,6 +52,12 @@ QDockWidget *dock(const QString &title, const QString &name, QWidget *content)
     return dock;
 }
 
+WindowMemory &noMemory()
+{
+    static WindowMemory memory;
+    return memory;
+}
+
 // What an export by `options` does to a layer, in words; empty when it stays as it is.
 QString changeText(const cam::ExportOptions &options)
 {
@@ -72,7 +80,8 @@ QString changeText(const cam::ExportOptions &options)
 
 } // namespace
 
-MainWindow::MainWindow(LogCollector &log, QWidget *parent) : QMainWindow(parent), m_log(log)
+MainWindow::MainWindow(LogCollector &log, QWidget *parent)
+    : QMainWindow(parent), m_log(log), m_memory(&noMemory())
 {
     setWindowTitle(tr("CAM Workbench"));
     buildPanels();
@@ -164,7 +173,8 @@ void MainWindow::buildMenus()
     file->addAction(tr("Show job &folder"), this,
                     [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_jobRoot)); });
     file->addSeparator();
-    file->addAction(tr("&Settings ..."), this, &MainWindow::editSettings);
+    QAction *settings = file->addAction(tr("&Settings ..."), this, &MainWindow::editSettings);
+    settings->setObjectName("Settings");
     file->addSeparator();
     QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -203,6 +213,31 @@ void MainWindow::keepToScreen()
     m_placer.reset(new WindowPlacer(*this));
 }
 
+void MainWindow::remember(WindowMemory &memory)
+{
+    m_memory = &memory;
+    m_memory->restoreWindow(*this);
+    m_importFolder = new ImportFolder(*this, memory);
+}
+
+void MainWindow::openLastJob()
+{
+    const QString folder = m_memory->recentJobs().value(0);
+    if (QFileInfo(folder).path() == m_jobRoot && jobNames().contains(QFileInfo(folder).fileName()))
+        openJob(QFileInfo(folder).fileName());
+}
+
+void MainWindow::tell(const QString &text)
+{
+    m_messageBar->show(MessageBar::Kind::Good, text);
+}
+
+void MainWindow::tellFailure(const QString &text)
+{
+    LOG(ERROR) << text.toStdString();
+    m_messageBar->show(MessageBar::Kind::Failure, text);
+}
+
 void MainWindow::addPlugins()
 {
     for (const LoadedPlugin &plugin : PluginHost::instance().plugins()) {
@@ -216,6 +251,7 @@ void MainWindow::addPlugins()
                 continue;
             action->setParent(this); // plug-ins leave their actions to the host
             m_toolBar->addAction(action);
+            m_pluginActions << action;
         }
         if (plugin.name == "File_Process") {
             m_importAction = importAction;
@@ -267,10 +303,11 @@ void MainWindow::setJobFolder(const QString &folder)
 
 void MainWindow::refreshJobs()
 {
+    const QString rootBefore = m_jobRoot;
     m_jobRoot = hostsettings::jobRoot(m_jobFolder);
     ORVEX::HOST::set_job_root(QDir::toNativeSeparators(m_jobRoot).toStdString());
     m_jobs->setJobs(m_jobRoot, listJobs(m_jobRoot));
-    if (!m_openJob.isEmpty() && !jobNames().contains(m_openJob)) {
+    if (!m_openJob.isEmpty() && (m_jobRoot != rootBefore || !jobNames().contains(m_openJob))) {
         LOG(INFO) << "the open job " << m_openJob.toStdString() << " is gone";
         m_openJob.clear();
         m_layers->showNothing(tr("No job is open."));
@@ -304,6 +341,7 @@ void MainWindow::openJob(const QString &name)
         steps << QString::fromStdString(step);
     m_openJob = name;
     m_jobs->setCurrentJob(name);
+    m_memory->addRecentJob(m_jobRoot + "/" + name);
     if (failure.empty()) {
         m_layers->showMatrix(name, steps, layers);
         LOG(INFO) << "opened the job " << name.toStdString() << ": " << layers.size() << " layers, "
@@ -320,6 +358,8 @@ void MainWindow::openJob(const QString &name)
 
 void MainWindow::takeImportedFile(const QString &path)
 {
+    if (m_importFolder)
+        m_importFolder->keepFolderOf(path);
     const QStringList before = jobNames();
     refreshJobs();
     const QFileInfo file(path);
@@ -446,6 +486,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    m_memory->keepWindow(*this);
     QMainWindow::closeEvent(event);
 }
 
@@ -454,11 +495,24 @@ void MainWindow::editSettings()
     SettingsDialog dialog(hostsettings::read(), this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    // Plug-ins read the file when they give away their actions, once.
-    statusBar()->showMessage(hostsettings::write(dialog.values())
-                                 ? tr("The settings hold from the next start of the workbench on.")
-                                 : tr("The settings cannot be written; the log says why."),
-                             messageTime);
+    if (!hostsettings::write(dialog.values())) {
+        tellFailure(
+            tr("The settings cannot be written to %1.").arg(QDir::toNativeSeparators(QDir::currentPath())));
+        return;
+    }
+    restartPlugins();
+    statusBar()->showMessage(tr("The new settings hold from now on."), messageTime);
+}
+
+void MainWindow::restartPlugins()
+{
+    qDeleteAll(m_pluginActions);
+    m_pluginActions.clear();
+    m_importAction = m_exportAction = nullptr;
+    PluginHost::instance().restartPlugins();
+    addPlugins();
+    refreshJobs();
+    showChosenLayer();
 }
 
 void MainWindow::showAbout()

@@ -9,12 +9,14 @@
 #include <memory>
 
 class GraphicView;
+class ImportFolder;
 class JobListPanel;
 class LayerPanel;
 class LogCollector;
 class LogPane;
 class MessageBar;
 class ResultsPane;
+class WindowMemory;
 class WindowPlacer;
 
 class QAction;
@@ -34,6 +36,14 @@ public:
     // From now on this window, and those that plug-ins open, keep to the screen. Without it they have the
     // size that they ask for, as pictures of them want it.
     void keepToScreen();
+
+    // Restores what `memory`, which outlives this window, has kept, and has it keep what comes.
+    void remember(WindowMemory &memory);
+    // The job that was open when the window was closed, where there still is one.
+    void openLastJob();
+    // Says it above the view; what has failed stays until it is dismissed.
+    void tell(const QString &text);
+    void tellFailure(const QString &text);
 
     // Asks every loaded plug-in for its actions and puts them into the toolbar. Messages that plug-ins send
     // meanwhile are taken in.
@@ -80,12 +90,16 @@ private:
     // How an export would change the chosen layer: by the settings, and by the open Export dialog.
     cam::ExportOptions chosenOptions() const;
     void editSettings();
+    // Has plug-ins read the settings, which they do once in their lives.
+    void restartPlugins();
     void showAbout();
 
     LogCollector &m_log;
     HostMessages m_messages;
     ExportWatch m_exports;
     std::unique_ptr<WindowPlacer> m_placer;
+    WindowMemory *m_memory; // never null
+    ImportFolder *m_importFolder = nullptr;
     JobListPanel *m_jobs = nullptr;
     LayerPanel *m_layers = nullptr;
     GraphicView *m_view = nullptr;
@@ -100,6 +114,7 @@ private:
     QLabel *m_resizeStatus = nullptr; // seen while exports change the size of features
     QLabel *m_placeStatus = nullptr;
     QLabel *m_jobStatus = nullptr; // at the right end of the status bar
+    QList<QAction *> m_pluginActions;
     QAction *m_importAction = nullptr;
     QAction *m_exportAction = nullptr;
 

@@ -1,6 +1,8 @@
 #include "workbench/settingsdialog.h"
 
+#include "workbench/foldercheck.h"
 #include "workbench/numberbox.h"
+#include "workbench/statuscolor.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,6 +13,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -31,18 +34,19 @@ SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
       m_resize(numberBox("Resize", values.resize, -10000.0, 10000.0, 3)), m_resizeUnit(new QComboBox),
       m_resizeMeaning(new QLabel),
       m_databaseUnit(numberBox("DatabaseUnit", values.databaseUnit, 0.000001, 1.0, 6)),
-      m_withProfile(new QCheckBox(tr("Exports include the board's profile")))
+      m_withProfile(new QCheckBox(tr("Exports include the board's &profile")))
 {
     setWindowTitle(tr("Settings"));
     auto *form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    m_jobFolder =
-        addPath(form, tr("Jobs"), "JobFolder", values.jobFolder, tr("job in the working folder"), true);
+    m_jobFolder = addPath(form, tr("&Jobs"), "JobFolder", values.jobFolder, QString(), true);
+    m_jobFolder->setToolTip(tr("The folder that imported jobs are unpacked to"));
     m_outputFolder =
-        addPath(form, tr("Exports"), "OutputFolder", values.outputFolder, tr("the job's own folder"), true);
+        addPath(form, tr("&Exports"), "OutputFolder", values.outputFolder, tr("the job's own folder"), true);
+    m_outputFolder->setToolTip(tr("The folder that the Export dialog proposes"));
     m_secondFolder->setObjectName("SecondFolder");
     m_secondFolder->setPlaceholderText("OX");
-    form->addRow(tr("Folder within it"), m_secondFolder);
+    form->addRow(tr("&Folder within it"), m_secondFolder);
 
     auto *resize = new QHBoxLayout;
     m_resizeUnit->addItems({"um", "mm"});
@@ -50,30 +54,59 @@ SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
     m_resize->setToolTip(tr("By how much every feature grows, half of it on each side"));
     resize->addWidget(m_resize, 1);
     resize->addWidget(m_resizeUnit);
-    form->addRow(tr("Resize by"), resize);
+    form->addRow(tr("&Resize by"), resize);
+    qobject_cast<QLabel *>(form->labelForField(resize))->setBuddy(m_resize);
     m_resizeMeaning->setObjectName("ResizeMeaning");
     form->addRow(QString(), m_resizeMeaning);
     connect(m_resize, QOverload<double>::of(&NumberBox::valueChanged), this, &SettingsDialog::explainResize);
     connect(m_resizeUnit, &QComboBox::currentTextChanged, this, &SettingsDialog::explainResize);
     explainResize();
     m_databaseUnit->setSuffix(tr(" um"));
-    form->addRow(tr("Database unit"), m_databaseUnit);
+    form->addRow(tr("&Database unit"), m_databaseUnit);
     m_withProfile->setChecked(values.withProfile);
     form->addRow(QString(), m_withProfile);
-    m_exportDatabase = addPath(form, tr("Record exports in"), "ExportDatabase", values.exportDatabase,
+    m_exportDatabase = addPath(form, tr("Re&cord exports in"), "ExportDatabase", values.exportDatabase,
                                tr("exports are not recorded"), false);
 
-    auto *note = new QLabel(tr("The settings hold from the next start of the workbench on."));
-    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto *layout = new QVBoxLayout(this);
     layout->addLayout(form);
-    layout->addWidget(note);
     layout->addStretch();
-    layout->addWidget(buttons);
+    layout->addWidget(m_buttons);
     resize->setSpacing(6);
-    setMinimumWidth(520);
+    setMinimumWidth(560);
+    for (QLineEdit *edit : {m_jobFolder, m_outputFolder, m_exportDatabase})
+        connect(edit, &QLineEdit::textChanged, this, &SettingsDialog::checkFolders);
+    checkFolders();
+}
+
+void SettingsDialog::checkFolders()
+{
+    const HostSettings edited = values();
+    const FolderCheck checks[] = {FolderCheck::ofJobs(edited.jobFolder),
+                                  FolderCheck::ofExports(edited.outputFolder, edited.jobFolder),
+                                  FolderCheck::ofRecord(edited.exportDatabase)};
+    bool isUsable = true;
+    for (int i = 0; i < 3; ++i) {
+        QLabel *label = m_checks[i];
+        label->setText(checks[i].text);
+        label->setVisible(!checks[i].text.isEmpty());
+        label->setPalette(palette());
+        if (checks[i].weight >= FolderCheck::Weight::Warning) {
+            QPalette colored = palette();
+            colored.setColor(QPalette::WindowText, checks[i].weight == FolderCheck::Weight::Error
+                                                       ? statuscolor::failure(colored)
+                                                       : statuscolor::warning(colored));
+            label->setPalette(colored);
+        }
+        isUsable = isUsable && checks[i].weight != FolderCheck::Weight::Error;
+    }
+    m_buttons->button(QDialogButtonBox::Ok)->setEnabled(isUsable);
+    layout()->activate();
+    if (isVisible() && layout()->totalHeightForWidth(width()) > height())
+        resize(width(), layout()->totalHeightForWidth(width()));
 }
 
 void SettingsDialog::explainResize()
@@ -105,9 +138,10 @@ QLineEdit *SettingsDialog::addPath(QFormLayout *form, const QString &label, cons
     browse->setText("...");
     browse->setToolTip(isFolder ? tr("Choose a folder") : tr("Choose a file"));
     connect(browse, &QToolButton::clicked, this, [this, edit, label, isFolder] {
+        const QString title = QString(label).remove('&');
         const QString chosen = isFolder
-                                   ? QFileDialog::getExistingDirectory(this, label, edit->text())
-                                   : QFileDialog::getSaveFileName(this, label, edit->text(), QString(),
+                                   ? QFileDialog::getExistingDirectory(this, title, edit->text())
+                                   : QFileDialog::getSaveFileName(this, title, edit->text(), QString(),
                                                                   nullptr, QFileDialog::DontConfirmOverwrite);
         if (!chosen.isEmpty())
             edit->setText(QDir::toNativeSeparators(chosen));
@@ -116,5 +150,11 @@ QLineEdit *SettingsDialog::addPath(QFormLayout *form, const QString &label, cons
     row->addWidget(edit, 1);
     row->addWidget(browse);
     form->addRow(label, row);
+    qobject_cast<QLabel *>(form->labelForField(row))->setBuddy(edit);
+    auto *check = new QLabel;
+    check->setObjectName(name + "Check");
+    check->setWordWrap(true);
+    form->addRow(QString(), check);
+    m_checks << check;
     return edit;
 }

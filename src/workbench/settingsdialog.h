@@ -4,9 +4,11 @@
 #include "workbench/hostsettings.h"
 
 #include <QDialog>
+#include <QVector>
 
 class QCheckBox;
 class QComboBox;
+class QDialogButtonBox;
 class QFormLayout;
 class QLabel;
 class QLineEdit;
@@ -24,6 +26,7 @@ public:
 
 private:
     void explainResize();
+    void checkFolders();
     QLineEdit *addPath(QFormLayout *form, const QString &label, const QString &name, const QString &path,
                        const QString &whenEmpty, bool isFolder);
 
@@ -36,4 +39,6 @@ private:
     NumberBox *m_databaseUnit;
     QCheckBox *m_withProfile;
     QLineEdit *m_exportDatabase;
+    QVector<QLabel *> m_checks; // what stands against the paths, in their order
+    QDialogButtonBox *m_buttons;
 };

@@ -26,7 +26,10 @@ inline BatchResult runBatch(const QString &workingFolder, const QStringList &arg
 {
     QProcess process;
     process.setWorkingDirectory(workingFolder);
-    process.start(QCoreApplication::applicationDirPath() + "/workbench", QStringList{"--batch"} + arguments);
+    // Those of the person who runs the tests do not count.
+    const QStringList settings{"--settings", workingFolder + "/settings"};
+    process.start(QCoreApplication::applicationDirPath() + "/workbench",
+                  QStringList{"--batch"} + settings + arguments);
     const bool ended = process.waitForFinished(400000);
     if (!ended)
         process.kill();

@@ -282,7 +282,7 @@ private slots:
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(folder->path());
         process.start(QCoreApplication::applicationDirPath() + "/workbench",
-                      folders() + QStringList{SAMPLE_ARCHIVE});
+                      folders() + QStringList{"--settings", folder->filePath("settings"), SAMPLE_ARCHIVE});
         const QDir temporary(folder->filePath("temporary"));
         const auto entries = [&temporary] {
             return temporary.entryList(QDir::AllEntries | QDir::NoDotAndDotDot);

@@ -4,17 +4,20 @@
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"
 #include "workbench/exportdialog.h"
+#include "workbench/hostsettings.h"
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
 #include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
 #include "workbench/view/layerview.h"
+#include "workbench/windowmemory.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDirIterator>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMenu>
 #include <QProgressDialog>
 #include <QTableWidget>
@@ -95,6 +98,20 @@ private:
         return red;
     }
 
+    // Closes the settings dialog that the menu opens, with `path` for the exports.
+    void changeOutputFolder(const QString &path)
+    {
+        ModalResponder responder;
+        responder.expect([&path](QWidget *dialog) {
+            auto *edit = dialog->findChild<QLineEdit *>("OutputFolder");
+            edit->selectAll();
+            QTest::keyClicks(edit, path);
+            QTest::keyClick(edit, Qt::Key_Return);
+        });
+        window->findChild<QAction *>("Settings")->trigger();
+        QCOMPARE(responder.pending(), 0);
+    }
+
 private slots:
     void initTestCase()
     {
@@ -120,6 +137,51 @@ private slots:
         window.reset();
         QDir("out").removeRecursively();
         PluginHost::instance().destroyPlugins();
+    }
+
+    void newSettingsHoldAtOnce()
+    {
+        HostSettings values;
+        values.jobFolder = folder.filePath("job");
+        QVERIFY(hostsettings::write(values));
+        window->openJob("beacon");
+        changeOutputFolder(folder.filePath("elsewhere"));
+        QVERIFY(QFileInfo(folder.filePath("elsewhere")).isDir()); // the plug-in has read the file again
+        QCOMPARE(window->openJobName(), QString("beacon"));
+        window->pressButton(window->exportAction());
+        QTRY_COMPARE(exportDialogs().size(), 1);
+        QCOMPARE(ExportDialog::find().path().replace('\\', '/'), folder.filePath("elsewhere"));
+        closeExportDialogs();
+        // One click, one dialog, also of the plug-in that has been started again.
+        window->exportAction()->trigger();
+        QTest::qWait(100);
+        QCOMPARE(exportDialogs().size(), 1);
+        closeExportDialogs();
+        QVERIFY(QFile::remove("oxconfig.ini"));
+    }
+
+    void importStartsInTheFolderOfTheLastImport()
+    {
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        WindowMemory memory(folder.filePath("memory.ini"));
+        window->remember(memory);
+        QVERIFY(QDir().mkpath("archives"));
+        PluginMetaData data;
+        QString path = folder.filePath("archives/mask.gerber");
+        data.toPlugin = messages::layerList;
+        data.msgType = messages::FileReady;
+        data.payload = &path;
+        PluginHost::instance().deliver(data);
+        ModalResponder responder;
+        QString directory;
+        responder.expect([&](QWidget *dialog) {
+            directory = qobject_cast<QFileDialog *>(dialog)->directory().canonicalPath();
+            qobject_cast<QFileDialog *>(dialog)->reject();
+        });
+        window->pressButton(window->importAction());
+        QCOMPARE(directory, folder.filePath("archives"));
+        window->close();
+        window.reset(); // before the memory
     }
 
     void exportNeedsAnOpenJob()

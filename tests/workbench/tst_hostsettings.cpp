@@ -1,6 +1,7 @@
 // The host's settings file and the jobs on disk.
 #include "platform/paths.h"
 #include "tests/support/temporaryworkingfolder.h"
+#include "workbench/foldercheck.h"
 #include "workbench/hostsettings.h"
 #include "workbench/jobstore.h"
 #include "workbench/numberbox.h"
@@ -8,9 +9,12 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QtTest>
 
 class tst_HostSettings : public QObject
@@ -34,13 +38,64 @@ private:
     }
 
 private slots:
-    void firstStartWritesTheDefaults()
+    void firstStartWritesTheDefaultsToTheSettingsFolder()
     {
         TemporaryWorkingFolder folder;
-        QVERIFY(hostsettings::writeDefaults());
-        QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("job")));
+        const UserFolders folders = UserFolders::below(folder.filePath("home/settings"));
+        const hostsettings::Entered entered = hostsettings::enter(folders);
+        QVERIFY2(entered.failure.isEmpty() && entered.takenOver.isEmpty(), qPrintable(entered.failure));
+        QCOMPARE(QDir::current().canonicalPath(), folder.filePath("home/settings"));
+        QVERIFY(!QFileInfo::exists(folder.filePath("oxconfig.ini")));
+        QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folders.jobs));
+        QCOMPARE(setting("Output_Path/path"), folders.exports);
+        QCOMPARE(setting("Export_Database/path"), folders.history);
         QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.001);
         QCOMPARE(setting("Profile_Dot/Profile_Dot"), QString("no"));
+        QVERIFY(!folders.exports.startsWith(folders.jobs));
+    }
+
+    void theUsersFolderIsTheSystems()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        const UserFolders folders = UserFolders::ofSystem();
+        QCOMPARE(folders.settings, QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation));
+        for (const QString &path : {folders.settings, folders.jobs, folders.exports, folders.history})
+            QVERIFY2(QDir::isAbsolutePath(path), qPrintable(path));
+        QCOMPARE(QFileInfo(folders.jobs).path(), QFileInfo(folders.exports).path());
+        QStandardPaths::setTestModeEnabled(false);
+    }
+
+    void settingsOfTheWorkingFolderAreTakenOverOnce()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("old/oxconfig.ini",
+                             "[Job_Path]\npath=mine\n[Output_Path_Second]\npath=NC\n[Dbu]\nDbu=0.0005\n"
+                             "[Another_Plugin]\nkey=7\n"));
+        QVERIFY(QDir::setCurrent(folder.filePath("old")));
+        const UserFolders folders = UserFolders::below(folder.filePath("new"));
+        const hostsettings::Entered entered = hostsettings::enter(folders);
+        QCOMPARE(QFileInfo(entered.takenOver).canonicalFilePath(), folder.filePath("old/oxconfig.ini"));
+        QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("old/mine")));
+        // Beside the jobs, as without settings, and not inside a job.
+        QCOMPARE(setting("Output_Path/path"), folder.filePath("old/export"));
+        QCOMPARE(setting("Output_Path_Second/path"), QString("NC"));
+        QCOMPARE(setting("Another_Plugin/key"), QString("7"));
+        QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
+
+        QVERIFY(folder.write("old/oxconfig.ini", "[Dbu]\nDbu=0.25\n"));
+        QVERIFY(QDir::setCurrent(folder.filePath("old")));
+        QVERIFY(hostsettings::enter(folders).takenOver.isEmpty());
+        QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
+    }
+
+    void settingsFolderThatCannotBeUsedIsAFailure()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("file", "x"));
+        const hostsettings::Entered entered =
+            hostsettings::enter(UserFolders::below(folder.filePath("file/settings")));
+        QVERIFY(!entered.failure.isEmpty());
+        QCOMPARE(QDir::current().canonicalPath(), folder.path());
     }
 
     void valuesAreReadAsTheyWereWritten()
@@ -108,20 +163,80 @@ private slots:
     void settingsOfTheUserAreKept()
     {
         TemporaryWorkingFolder folder;
-        QVERIFY(folder.write("oxconfig.ini", "[Job_Path]\npath=D:/mine\n"));
-        QVERIFY(hostsettings::writeDefaults());
+        const QByteArray mine = "[Job_Path]\npath=D:\\\\mine\n";
+        QVERIFY(folder.write("oxconfig.ini", mine));
+        QVERIFY(hostsettings::enter(UserFolders::below(folder.path())).takenOver.isEmpty());
         QFile file("oxconfig.ini");
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), QByteArray("[Job_Path]\npath=D:/mine\n"));
+        QCOMPARE(file.readAll(), mine);
     }
 
     void slashesInTheUsersJobFolderAreMended()
     {
         TemporaryWorkingFolder folder;
         QVERIFY(folder.write("oxconfig.ini", "[Job_Path]\npath=D:/mine/jobs\n[Dbu]\nDbu=0.0005\n"));
-        hostsettings::mendJobFolder();
+        hostsettings::enter(UserFolders::below(folder.path()));
         QCOMPARE(setting("Job_Path/path"), QString("D:\\mine\\jobs"));
         QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
+    }
+
+    void foldersAreJudged_data()
+    {
+        QTest::addColumn<QString>("path"); // below a temporary folder
+        QTest::addColumn<int>("weight");
+        QTest::addColumn<QString>("said");
+        using Weight = FolderCheck::Weight;
+        QTest::newRow("there") << "there" << int(Weight::None) << "";
+        QTest::newRow("missing") << "a/b/c" << int(Weight::Note) << "will be made";
+        QTest::newRow("blank") << "my jobs" << int(Weight::Warning) << "an old job stays";
+        QTest::newRow("below a file") << "file/jobs" << int(Weight::Error) << "is no folder";
+        QTest::newRow("none") << "" << int(Weight::Error) << "need a folder";
+        if (QFileInfo("/proc/self").isDir()) // nobody writes there, root neither
+            QTest::newRow("read-only") << "/proc/jobs" << int(Weight::Error) << "read-only";
+    }
+    void foldersAreJudged()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, said);
+        TemporaryWorkingFolder folder;
+        QVERIFY(QDir().mkpath("there") && folder.write("file", ""));
+        const QString whole = path.isEmpty() || path[0] == '/' ? path : folder.filePath(path);
+        const FolderCheck check = FolderCheck::ofJobs(whole);
+        QTEST(int(check.weight), "weight");
+        QVERIFY2(check.text.contains(said), qPrintable(check.text));
+    }
+
+    void exportsInsideAJobAreWarnedAbout()
+    {
+        TemporaryWorkingFolder folder;
+        using Weight = FolderCheck::Weight;
+        QVERIFY(FolderCheck::ofExports("", folder.path()).weight == Weight::Note);
+        QVERIFY(FolderCheck::ofExports(folder.filePath("jobs/x"), folder.filePath("jobs")).weight ==
+                Weight::Warning);
+        QVERIFY(FolderCheck::ofExports(folder.filePath("jobs2"), folder.filePath("jobs")).weight ==
+                Weight::Note);
+        QVERIFY(FolderCheck::ofExports("relative", folder.path()).weight == Weight::Error);
+    }
+
+    void theDialogSaysAtTheFieldWhatStandsAgainstAFolder()
+    {
+        TemporaryWorkingFolder folder;
+        HostSettings values;
+        values.jobFolder = folder.path();
+        values.outputFolder = folder.filePath("out");
+        SettingsDialog dialog(values);
+        dialog.show();
+        auto *edit = dialog.findChild<QLineEdit *>("JobFolder");
+        auto *check = dialog.findChild<QLabel *>("JobFolderCheck");
+        QPushButton *ok = dialog.findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok);
+        QVERIFY(check->isHidden() && ok->isEnabled());
+        QTest::keyClicks(edit, "/a b");
+        QVERIFY2(check->isVisible() && check->text().contains("blank"), qPrintable(check->text()));
+        QVERIFY(ok->isEnabled());
+        edit->selectAll();
+        QTest::keyClicks(edit, "jobs");
+        QVERIFY2(check->text().contains("absolute"), qPrintable(check->text()));
+        QVERIFY(!ok->isEnabled());
     }
 
     void jobRootIsTheConfiguredFolderOrJob()
@@ -144,7 +259,8 @@ private slots:
                              "[Job_Path]\npath=mine\n[Export_Database]\npath=log/exports.sqlite\n"
                              "[Output_Path_Second]\npath=NC\n[Dbu]\nDbu=0.0005\n"));
         {
-            const RunFolder runFolder(folder.filePath("other jobs"));
+            const RunFolder runFolder(folder.filePath("other jobs"),
+                                      UserFolders::below(folder.filePath("none")));
             QVERIFY(QDir::current().canonicalPath() != folder.path());
             QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("other jobs")));
             QCOMPARE(setting("Export_Database/path"), folder.filePath("log/exports.sqlite"));
@@ -155,10 +271,20 @@ private slots:
         QCOMPARE(setting("Job_Path/path"), QString("mine"));
     }
 
+    void runFolderHasTheSettingsOfTheUserRatherThanOfTheWorkingFolder()
+    {
+        TemporaryWorkingFolder folder;
+        QVERIFY(folder.write("user/oxconfig.ini", "[Dbu]\nDbu=0.0005\n"));
+        QVERIFY(folder.write("oxconfig.ini", "[Dbu]\nDbu=0.25\n"));
+        const RunFolder runFolder("", UserFolders::below(folder.filePath("user")));
+        QCOMPARE(setting("Dbu/Dbu").toDouble(), 0.0005);
+        QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("job")));
+    }
+
     void runFolderWithoutSettingsOfTheUserHasTheJobFolder()
     {
         TemporaryWorkingFolder folder;
-        const RunFolder runFolder(folder.filePath("j"));
+        const RunFolder runFolder(folder.filePath("j"), UserFolders::below(folder.filePath("none")));
         QCOMPARE(setting("Job_Path/path"), platform::toHandedOver(folder.filePath("j")));
     }
 

@@ -7,11 +7,13 @@
 #include "workbench/logpane.h"
 #include "workbench/mainwindow.h"
 #include "workbench/messagebar.h"
+#include "workbench/windowmemory.h"
 #include "workbench/windowplacer.h"
 
 #include <QAction>
 #include <QDialog>
 #include <QDirIterator>
+#include <QDockWidget>
 #include <QLabel>
 #include <QListWidget>
 #include <QScreen>
@@ -213,6 +215,42 @@ private slots:
         QCOMPARE(layers->currentStep().toLower(), QString("panel"));
         QCOMPARE(QString::fromStdString(layers->currentLayer()->name), QString("GND"));
         QTRY_VERIFY_WITH_TIMEOUT(!window.isReadingLayer(), 20000);
+    }
+
+    void windowAndLastJobAreRemembered()
+    {
+        addJob("beacon");
+        addJob("other");
+        const QString file = folder.filePath("memory.ini");
+        {
+            WindowMemory memory(file);
+            MainWindow window(log);
+            window.remember(memory);
+            window.show();
+            window.resize(900, 640);
+            window.findChild<QDockWidget *>("LogDock")->hide();
+            window.openJob("beacon");
+            window.openJob("other");
+            QVERIFY(window.close());
+        }
+        WindowMemory memory(file);
+        MainWindow window(log);
+        window.remember(memory);
+        window.show();
+        QCOMPARE(window.size(), QSize(900, 640));
+        QVERIFY(!window.findChild<QDockWidget *>("LogDock")->isVisible());
+        QCOMPARE(memory.recentJobs(),
+                 (QStringList{folder.filePath("job/other"), folder.filePath("job/beacon")}));
+        window.openLastJob();
+        QCOMPARE(window.openJobName(), QString("other"));
+        QVERIFY(window.close());
+        // A job that is gone is not opened.
+        QVERIFY(QDir(folder.filePath("job/other")).removeRecursively());
+        MainWindow later(log);
+        later.remember(memory);
+        later.openLastJob();
+        QCOMPARE(later.openJobName(), QString());
+        QVERIFY(QFile::remove(file));
     }
 
     void resizeOfTheSettingsIsSeen()

@@ -2,6 +2,7 @@
 #include "convert/arguments.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -20,6 +21,8 @@ Converts ODB++ jobs to GDSII and Gerber files, and proves what has been written.
 Commands:
   export   Write layers of jobs as GDSII or Gerber files.
   verify   Compare written files with the layers of their jobs.
+  diff     Show what two jobs, or two files, have and do not have in common.
+  picture  Draw a layer or the whole board.
   info     Show what is in jobs.
 
 "camconvert COMMAND --help" describes a command, with examples.
@@ -53,6 +56,26 @@ Examples:
       Many jobs, one line of JSON for each.
 )";
 
+const char diffExamples[] = R"(
+Examples:
+  camconvert diff board_a.tgz board_b.tgz
+      Layer by layer: what came, what went, where.
+  camconvert diff board_a.tgz board_b.tgz --layers top --picture changes.png --width 4000
+      Green is added, red removed, grey both have.
+  camconvert diff top.gds top.gerber --json -
+      Two files of either format.
+)";
+
+const char pictureExamples[] = R"(
+Examples:
+  camconvert picture board.tgz --out board.png
+      The layers of the board over each other, at most 2000 pixels a side.
+  camconvert picture board.tgz --layer top --out top.svg
+      One layer, at its true size.
+  camconvert picture board.tgz --layer bottom --mirror --scale 40 --out bottom.png
+      Seen from below, 40 pixels a millimetre.
+)";
+
 const char infoExamples[] = R"(
 Examples:
   camconvert info board.tgz
@@ -66,7 +89,7 @@ public:
     // `operands`: each with its help.
     Parser(const char *command, const char *description,
            const std::vector<std::pair<const char *, const char *>> &operands)
-        : m_command(command)
+        : m_command(command), m_operand(QString(operands.front().first).remove("..."))
     {
         m_parser.setApplicationDescription(description);
         m_parser.addPositionalArgument(command, "", command);
@@ -97,7 +120,7 @@ public:
         if (!understood)
             result.error = m_parser.errorText();
         else if (operands().isEmpty())
-            result.error = QString("%1: expected at least one job").arg(m_command);
+            result.error = QString("%1: expected at least one %2").arg(m_command, m_operand);
         return result.error.isEmpty();
     }
 
@@ -126,7 +149,7 @@ public:
     }
 
 private:
-    QString m_command;
+    QString m_command, m_operand; // the first of its kind
     QCommandLineParser m_parser;
 };
 
@@ -147,14 +170,90 @@ QString patternFault(const QString &pattern)
 
 const std::pair<const char *, const char *> jobOperand("JOB...", "Archives (.tgz) and unpacked job folders.");
 
-void addLayerOptions(Parser &parser)
+void addChoiceOptions(Parser &parser)
 {
-    parser.option("format", "gds, gerber or both with a comma between. (Both otherwise.)", "formats");
     parser.option("step", "Step of the layers. (The job's first one otherwise.)", "name");
     parser.option("layers",
                   "all (that have a drawing), board (of those the layers of the board), or names with "
                   "commas between. (all otherwise.)",
                   "layers");
+}
+
+LayerChoice layerChoice(const Parser &parser, QString &error)
+{
+    LayerChoice choice;
+    const QStringList layers = parser.list("layers");
+    choice.onlyBoard = layers == QStringList("board");
+    if (!choice.onlyBoard && layers != QStringList("all"))
+        choice.names = layers;
+    if (parser.isSet("layers") && layers.isEmpty())
+        error = "--layers: expected all, board or names";
+    return choice;
+}
+
+// How much is done at once.
+void addWorkOptions(Parser &parser)
+{
+    parser.option("jobs", "How many layers at once. (One a core otherwise.)", "number");
+    parser.option("memory", "What the layers at work may take together, by estimate. (1000 otherwise.)",
+                  "megabytes");
+}
+
+void readWorkOptions(const Parser &parser, int &threads, double &megabytes, QString &error)
+{
+    double number = std::max(1u, std::thread::hardware_concurrency());
+    megabytes = 1000.0;
+    parser.number("jobs", number, error);
+    parser.number("memory", megabytes, error);
+    if (number < 1.0 || number > 1024.0 || number != std::floor(number))
+        error = "--jobs: expected a whole number from 1 to 1024";
+    if (!(megabytes > 0.0))
+        error = "--memory: expected a number above 0";
+    threads = static_cast<int>(number);
+}
+
+QString jsonFile(const Parser &parser, QString &error)
+{
+    if (parser.isSet("json") && parser.text("json").isEmpty())
+        error = "--json: expected a file, or -";
+    return parser.text("json");
+}
+
+void addSizeOptions(Parser &parser)
+{
+    parser.option("scale", "Pixels a millimetre.", "number");
+    parser.option("width", "Of the picture, in pixels. (2000 along the longer side otherwise.)", "pixels");
+}
+
+PictureSize pictureSize(const Parser &parser, QString &error)
+{
+    PictureSize size;
+    double width = 1.0;
+    size.pixelsPerMillimetre = 1.0;
+    parser.number("scale", size.pixelsPerMillimetre, error);
+    parser.number("width", width, error);
+    if (!(size.pixelsPerMillimetre > 0.0))
+        error = "--scale: expected a number above 0";
+    if (width < 1.0 || width > 1e5 || width != std::floor(width))
+        error = "--width: expected a whole number above 0";
+    if (parser.isSet("scale") && parser.isSet("width"))
+        error = "expected --scale or --width, not both";
+    if (!parser.isSet("scale"))
+        size.pixelsPerMillimetre = 0.0;
+    size.width = parser.isSet("width") ? static_cast<int>(width) : 0;
+    return size;
+}
+
+bool isPictureFile(const QString &file, bool mayBeSvg)
+{
+    return file.endsWith(".png", Qt::CaseInsensitive) ||
+           (mayBeSvg && file.endsWith(".svg", Qt::CaseInsensitive));
+}
+
+void addLayerOptions(Parser &parser)
+{
+    parser.option("format", "gds, gerber or both with a comma between. (Both otherwise.)", "formats");
+    addChoiceOptions(parser);
     parser.option("name",
                   "Names of the files below the folder, of {job}, {step}, {layer}, {type}, {row} and {ext}. "
                   "({job}/{layer}{ext} otherwise, all in lower case.)",
@@ -169,9 +268,7 @@ void addLayerOptions(Parser &parser)
     parser.option("dbu", "Database unit of GDSII files. (0.001 otherwise.)", "micrometres");
     parser.flag("profile", "With the step's profile.");
     parser.option("json", "Write a line of JSON for each job; - for the standard output.", "file");
-    parser.option("jobs", "How many layers at once. (One a core otherwise.)", "number");
-    parser.option("memory", "What the layers at work may take together, by estimate. (1000 otherwise.)",
-                  "megabytes");
+    addWorkOptions(parser);
 }
 
 void readLayerOptions(const Parser &parser, LayerArguments &values, QString &error)
@@ -191,12 +288,7 @@ void readLayerOptions(const Parser &parser, LayerArguments &values, QString &err
     if (values.formats.empty())
         error = "--format: expected gds or gerber";
     values.step = parser.text("step");
-    const QStringList layers = parser.list("layers");
-    values.onlyBoard = layers == QStringList("board");
-    if (!values.onlyBoard && layers != QStringList("all"))
-        values.layers = layers;
-    if (parser.isSet("layers") && layers.isEmpty())
-        error = "--layers: expected all, board or names";
+    values.layers = layerChoice(parser, error);
     values.namePattern = parser.isSet("name") ? parser.text("name") : QString("{job}/{layer}{ext}");
     if (const QString fault = patternFault(values.namePattern); !fault.isEmpty())
         error = QString("--name %1: %2").arg(values.namePattern, fault);
@@ -205,32 +297,23 @@ void readLayerOptions(const Parser &parser, LayerArguments &values, QString &err
     else if (values.jobs.size() > 1 && !values.namePattern.contains("{job}"))
         error = QString("--name %1: expected {job}, or several jobs have one name").arg(values.namePattern);
 
-    double micrometres = 0.0, threads = std::max(1u, std::thread::hardware_concurrency());
-    values.megabytes = 1000.0;
+    double micrometres = 0.0;
     parser.number("rotate", values.options.angle, error);
     parser.number("x-scale", values.options.xScale, error);
     parser.number("y-scale", values.options.yScale, error);
     parser.number("resize", micrometres, error);
     parser.number("dbu", values.options.dbu, error);
-    parser.number("jobs", threads, error);
-    parser.number("memory", values.megabytes, error);
     values.options.resize = micrometres * 1000.0;
     if (values.options.xScale == 0.0 || values.options.yScale == 0.0)
         error = "expected scales other than 0";
     if (!(values.options.dbu > 0.0))
         error = "--dbu: expected a number above 0";
-    if (threads < 1.0 || threads > 1024.0 || threads != std::floor(threads))
-        error = "--jobs: expected a whole number from 1 to 1024";
-    if (!(values.megabytes > 0.0))
-        error = "--memory: expected a number above 0";
-    values.threads = static_cast<int>(threads);
+    readWorkOptions(parser, values.threads, values.megabytes, error);
     values.options.mirror = parser.isSet("mirror");
     values.options.negative = parser.isSet("negate");
     values.options.profileOnTop = parser.isSet("profile");
     values.positive = parser.isSet("positive");
-    values.json = parser.text("json");
-    if (parser.isSet("json") && values.json.isEmpty())
-        error = "--json: expected a file, or -";
+    values.json = jsonFile(parser, error);
 }
 
 void parseExport(const QStringList &arguments, Arguments &result)
@@ -277,6 +360,82 @@ void parseVerify(const QStringList &arguments, Arguments &result)
     readLayerOptions(parser, values, result.error);
 }
 
+// A folder or an archive, rather than a written file.
+bool isJob(const QString &path)
+{
+    return QFileInfo(path).isDir() || path.endsWith(".tgz", Qt::CaseInsensitive) ||
+           path.endsWith(".tar.gz", Qt::CaseInsensitive);
+}
+
+void parseDiff(const QStringList &arguments, Arguments &result)
+{
+    Parser parser("diff",
+                  "Compares two jobs layer by layer, or two files: layers that came or went, area that was "
+                  "added and removed, and where. The exit code is 3 where there are differences.",
+                  {{"A", "The older one: an archive, a job folder, or a GDSII or Gerber file."},
+                   {"B", "The newer one, of the same kind."}});
+    addChoiceOptions(parser);
+    parser.option("picture",
+                  "Draw the layers that differ: green is added, red removed, grey common. With several "
+                  "layers \"-LAYER\" is put before the ending, which is .png.",
+                  "file");
+    addSizeOptions(parser);
+    parser.option("json", "Write a line of JSON; - for the standard output.", "file");
+    addWorkOptions(parser);
+    if (!parser.parse(arguments, diffExamples, result))
+        return;
+    DiffArguments &values = result.diff;
+    result.command = Arguments::Command::Diff;
+    const QStringList operands = parser.operands();
+    if (operands.size() != 2) {
+        result.error = "diff: expected two jobs or two files";
+        return;
+    }
+    values.first = operands[0];
+    values.second = operands[1];
+    values.areFiles = !isJob(values.first);
+    if (isJob(values.second) == values.areFiles)
+        result.error = "diff: expected two jobs or two files, found one of each";
+    values.step = parser.text("step");
+    values.layers = layerChoice(parser, result.error);
+    values.picture = parser.text("picture");
+    if (parser.isSet("picture") && !isPictureFile(values.picture, false))
+        result.error = QString("--picture %1: expected a name that ends in .png").arg(values.picture);
+    values.size = pictureSize(parser, result.error);
+    values.json = jsonFile(parser, result.error);
+    readWorkOptions(parser, values.threads, values.megabytes, result.error);
+}
+
+void parsePicture(const QStringList &arguments, Arguments &result)
+{
+    Parser parser("picture",
+                  "Draws layers of a job over each other, in the colours of the Export dialog's table.",
+                  {{"JOB", "An archive (.tgz) or an unpacked job folder."}});
+    parser.option("out", "The picture: a name that ends in .png or .svg.", "file");
+    parser.option("layer", "Layer to draw; several with commas between. (Those of the board otherwise.)",
+                  "name");
+    parser.option("step", "Step of the layers. (The job's first one otherwise.)", "name");
+    parser.flag("mirror", "Mirror, x to -x: as it is seen from below.");
+    addSizeOptions(parser);
+    if (!parser.parse(arguments, pictureExamples, result))
+        return;
+    PictureArguments &values = result.picture;
+    result.command = Arguments::Command::Picture;
+    values.job = parser.operands().first();
+    if (parser.operands().size() != 1)
+        result.error = "picture: expected one job";
+    values.file = parser.text("out");
+    if (!isPictureFile(values.file, true))
+        result.error = "expected --out, a file whose name ends in .png or .svg";
+    values.step = parser.text("step");
+    values.layers.names = parser.list("layer");
+    values.layers.onlyBoard = true;
+    if (parser.isSet("layer") && values.layers.names.isEmpty())
+        result.error = "--layer: expected a name";
+    values.mirror = parser.isSet("mirror");
+    values.size = pictureSize(parser, result.error);
+}
+
 void parseInfo(const QStringList &arguments, Arguments &result)
 {
     Parser parser("info",
@@ -300,6 +459,10 @@ Arguments Arguments::parse(const QStringList &arguments)
         parseExport(arguments, result);
     else if (command == "verify")
         parseVerify(arguments, result);
+    else if (command == "diff")
+        parseDiff(arguments, result);
+    else if (command == "picture")
+        parsePicture(arguments, result);
     else if (command == "info")
         parseInfo(arguments, result);
     else if (command == "--version")
@@ -307,9 +470,10 @@ Arguments Arguments::parse(const QStringList &arguments)
     else if (command == "--help" || command == "-h" || command == "help")
         result.text = programHelp;
     else if (command.isEmpty())
-        result.error = "expected a command: export, verify or info";
+        result.error = "expected a command: export, verify, diff, picture or info";
     else
-        result.error = QString("unknown command %1: expected export, verify or info").arg(command);
+        result.error =
+            QString("unknown command %1: expected export, verify, diff, picture or info").arg(command);
     return result;
 }
 

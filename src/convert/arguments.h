@@ -2,6 +2,8 @@
 #pragma once
 
 #include "cam/export/exportrequest.h"
+#include "convert/layerchoice.h"
+#include "convert/plot.h"
 
 #include <QString>
 #include <QStringList>
@@ -18,10 +20,9 @@ struct LayerArguments
 {
     QStringList jobs; // archives and job folders, as given
     std::vector<cam::FileFormat> formats;
-    QString folder;         // below which the files are
-    QString step;           // empty: the job's first one
-    QStringList layers;     // names; empty: all that have drawings
-    bool onlyBoard = false; // of those only the layers of the board
+    QString folder; // below which the files are
+    QString step;   // empty: the job's first one
+    LayerChoice layers;
     QString namePattern;
     cam::ExportOptions options; // but for file and report
     bool positive = false;
@@ -36,6 +37,29 @@ struct ExportArguments : LayerArguments
     bool verify = false; // read each file back and compare it with its layer
 };
 
+struct DiffArguments
+{
+    QString first, second;
+    bool areFiles = false; // GDSII or Gerber; else jobs
+    QString step;
+    LayerChoice layers;
+    QString picture; // file name; empty: none
+    PictureSize size;
+    QString json; // as above
+    int threads = 1;
+    double megabytes = 0.0;
+};
+
+struct PictureArguments
+{
+    QString job;
+    QString file; // ends in .png or .svg
+    QString step;
+    LayerChoice layers;
+    PictureSize size;
+    bool mirror = false;
+};
+
 struct InfoArguments
 {
     QStringList jobs;
@@ -44,12 +68,14 @@ struct InfoArguments
 
 struct Arguments
 {
-    enum class Command { Export, Verify, Info, ShowText };
+    enum class Command { Export, Verify, Diff, Picture, Info, ShowText };
     Command command = Command::ShowText;
     QString text;  // of ShowText: help or version
     QString error; // not empty: the command line is wrong, and nothing else counts
     ExportArguments exporting;
     LayerArguments verifying;
+    DiffArguments diff;
+    PictureArguments picture;
     InfoArguments info;
 
     // `arguments` as the program was given them, its own name first.

@@ -18,9 +18,12 @@ namespace {
 QByteArray textOf(const ExportArguments &arguments)
 {
     const cam::ExportOptions &options = arguments.options;
-    QStringList words{
-        arguments.step,        arguments.layers.join(','),           arguments.onlyBoard ? "board" : "all",
-        arguments.namePattern, arguments.positive ? "positive" : "", arguments.verify ? "verify" : ""};
+    QStringList words{arguments.step,
+                      arguments.layers.names.join(','),
+                      arguments.layers.onlyBoard ? "board" : "all",
+                      arguments.namePattern,
+                      arguments.positive ? "positive" : "",
+                      arguments.verify ? "verify" : ""};
     for (const cam::FileFormat format : arguments.formats)
         words << wordOf(format);
     for (const double number : {options.dbu, options.resize, options.angle, options.xScale, options.yScale})

@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <map>
@@ -13,22 +12,11 @@
 
 namespace convert {
 
-namespace fs = std::filesystem;
-
 namespace {
 
 double secondsSince(std::chrono::steady_clock::time_point start)
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-bool writeLines(const QString &path, const QByteArray &lines, Console &console)
-{
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(lines) == lines.size() && file.commit())
-        return true;
-    console.error(QString("%1: cannot be written: %2").arg(path, file.errorString()));
-    return false;
 }
 
 } // namespace
@@ -69,47 +57,16 @@ void JobRun::open()
     if (m_layers.empty())
         return finish();
     for (const LayerTask &layer : m_layers)
-        m_run.pool.add({0, estimatedMegabytes(layer.name), [this, &layer] { workOn(layer); }});
+        m_run.pool.add(
+            {0, estimatedMegabytes(m_source.folder(), layer.name), [this, &layer] { workOn(layer); }});
 }
 
 void JobRun::plan(const cam::Matrix &matrix)
 {
     const LayerArguments &arguments = m_run.arguments;
-    const std::string wanted = cam::lowerCase(arguments.step.toStdString());
-    QStringList steps;
-    for (const std::string &step : matrix.steps) {
-        steps << lowerCase(step);
-        if (m_report.step.isEmpty() && (wanted.empty() || cam::lowerCase(step) == wanted))
-            m_report.step = steps.back();
-    }
-    if (m_report.step.isEmpty())
-        throw std::runtime_error("expected a step" + (wanted.empty() ? "" : " " + wanted) + ", found " +
-                                 (steps.isEmpty() ? "none" : steps.join(", ").toStdString()));
-    for (const cam::MatrixLayer *layer : chosenLayers(matrix)) {
-        LayerTask task;
-        task.name = layer->name;
-        task.isNegative = layer->polarity == "NEGATIVE";
-        for (const cam::FileFormat format : arguments.formats) {
-            task.files.push_back(m_report.files.size());
-            FileReport file;
-            file.layer = lowerCase(layer->name);
-            file.format = wordOf(format);
-            file.file = fileName(m_report.step, *layer, format);
-            m_report.files.push_back(file);
-        }
-        m_layers.push_back(task);
-    }
-    refuseSharedNames();
-}
-
-// In the matrix's order. A layer that is not there is a file that failed.
-std::vector<const cam::MatrixLayer *> JobRun::chosenLayers(const cam::Matrix &matrix)
-{
-    const LayerArguments &arguments = m_run.arguments;
-    std::vector<const cam::MatrixLayer *> chosen;
-    for (const QString &name : arguments.layers) {
-        if (matrix.find(name.toStdString()))
-            continue;
+    m_report.step = chosenStep(matrix, arguments.step);
+    // A layer that is not there is a file that failed.
+    for (const QString &name : arguments.layers.missingIn(matrix)) {
         FileReport missing;
         missing.layer = name;
         missing.format = wordOf(arguments.formats.front());
@@ -117,16 +74,22 @@ std::vector<const cam::MatrixLayer *> JobRun::chosenLayers(const cam::Matrix &ma
         m_report.files.push_back(missing);
     }
     for (const cam::MatrixLayer &layer : matrix.layers) {
-        const bool isNamed =
-            std::any_of(arguments.layers.begin(), arguments.layers.end(), [&](const QString &name) {
-                return cam::lowerCase(name.toStdString()) == cam::lowerCase(layer.name);
-            });
-        const bool isMeant =
-            arguments.layers.isEmpty() && layer.hasFeatures() && (!arguments.onlyBoard || layer.isBoard());
-        if (isNamed || isMeant)
-            chosen.push_back(&layer);
+        if (!arguments.layers.isMeant(layer))
+            continue;
+        LayerTask task;
+        task.name = layer.name;
+        task.isNegative = layer.polarity == "NEGATIVE";
+        for (const cam::FileFormat format : arguments.formats) {
+            task.files.push_back(m_report.files.size());
+            FileReport file;
+            file.layer = lowerCase(layer.name);
+            file.format = wordOf(format);
+            file.file = fileName(m_report.step, layer, format);
+            m_report.files.push_back(file);
+        }
+        m_layers.push_back(task);
     }
-    return chosen;
+    refuseSharedNames();
 }
 
 QString JobRun::fileName(const QString &step, const cam::MatrixLayer &layer, cam::FileFormat format) const
@@ -182,27 +145,6 @@ void JobRun::refuseSharedNames()
     m_layers.erase(std::remove_if(m_layers.begin(), m_layers.end(),
                                   [](const LayerTask &layer) { return layer.files.empty(); }),
                    m_layers.end());
-}
-
-// An export takes about fifteen times its features' file, and more where that is packed or small.
-double JobRun::estimatedMegabytes(const std::string &layer) const
-{
-    double bytes = 0.0;
-    const auto steps = cam::findEntry(m_source.folder(), "steps");
-    std::error_code ignored;
-    for (fs::directory_iterator step(steps.value_or(fs::path()), ignored), end; step != end;
-         step.increment(ignored)) {
-        const auto layers = cam::findEntry(step->path(), "layers");
-        const auto folder = layers ? cam::findEntry(*layers, layer) : std::nullopt;
-        if (!folder)
-            continue;
-        for (const auto &[name, factor] :
-             {std::pair("features", 1.0), std::pair("features.Z", 4.0), std::pair("features.gz", 6.0)}) {
-            if (const auto file = cam::findEntry(*folder, name))
-                bytes += factor * double(fs::file_size(*file, ignored));
-        }
-    }
-    return 10.0 + 15.0 * bytes / 1e6;
 }
 
 QString JobRun::pathOf(const FileReport &file) const
@@ -318,8 +260,8 @@ ExitCode runJobs(const LayerArguments &arguments, Console &console, const std::a
         pool.add({jobRank, jobMegabytes, [job = jobs.back().get()] { job->start(); }});
     }
     pool.run();
-    if (!arguments.json.isEmpty() && arguments.json != "-" && !cancelled)
-        isDone = writeLines(arguments.json, lines, console) && isDone;
+    if (arguments.json != "-" && !cancelled)
+        isDone = writeJson(arguments.json, lines, console) && isDone;
     if (!isDone)
         return SomethingFailed;
     return isProven ? Done : NotProven;

@@ -68,9 +68,7 @@ private:
 
     void open();
     void plan(const cam::Matrix &matrix);
-    std::vector<const cam::MatrixLayer *> chosenLayers(const cam::Matrix &matrix);
     void refuseSharedNames();
-    double estimatedMegabytes(const std::string &layer) const;
     void workOn(const LayerTask &task);
     void layerDone();
     void finish();

@@ -1,6 +1,8 @@
 // camconvert: ODB++ jobs to GDSII and Gerber files, without a window.
+#include "convert/diffcommand.h"
 #include "convert/exportcommand.h"
 #include "convert/infocommand.h"
+#include "convert/picturecommand.h"
 #include "convert/verifycommand.h"
 #include "platform/termination.h"
 
@@ -22,6 +24,10 @@ convert::ExitCode run(const convert::Arguments &arguments, convert::Console &con
         return runExport(arguments.exporting, console, cancelled);
     case Arguments::Command::Verify:
         return runVerify(arguments.verifying, console, cancelled);
+    case Arguments::Command::Diff:
+        return runDiff(arguments.diff, console, cancelled);
+    case Arguments::Command::Picture:
+        return runPicture(arguments.picture, console, cancelled);
     case Arguments::Command::Info:
         return runInfo(arguments.info, console, cancelled);
     case Arguments::Command::ShowText:

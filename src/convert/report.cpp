@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QSaveFile>
 
 #include <algorithm>
 
@@ -118,6 +119,19 @@ JobReport reportFrom(const QJsonObject &json)
 QByteArray lineOf(const QJsonObject &object)
 {
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+bool writeJson(const QString &file, const QByteArray &lines, Console &console)
+{
+    if (file == "-")
+        console.json(lines.trimmed());
+    if (file.isEmpty() || file == "-")
+        return true;
+    QSaveFile written(file);
+    if (written.open(QIODevice::WriteOnly) && written.write(lines) == lines.size() && written.commit())
+        return true;
+    console.error(QString("%1: cannot be written: %2").arg(file, written.errorString()));
+    return false;
 }
 
 } // namespace convert

@@ -3,6 +3,7 @@
 
 #include "cam/export/exportrequest.h"
 #include "cam/verify/verification.h"
+#include "convert/console.h"
 
 #include <QJsonObject>
 #include <QString>
@@ -63,5 +64,9 @@ JobReport reportFrom(const QJsonObject &json);
 
 // An object as one line, UTF-8.
 QByteArray lineOf(const QJsonObject &object);
+
+// Writes what --json asks for: into a file, or to the standard output for "-"; nothing for an empty name.
+// False when the file cannot be written, which is said.
+bool writeJson(const QString &file, const QByteArray &lines, Console &console);
 
 } // namespace convert

@@ -34,7 +34,7 @@ Row rowOf(const FileReport &file)
                                    : QString("%1, %2")
                                          .arg(first[0].toDouble(), 0, 'f', 4)
                                          .arg(first[1].toDouble(), 0, 'f', 4))
-               << (places > 1 ? QString("and %1 more").arg(counted(places - 1, "place")) : QString());
+               << (places > 1 ? "and " + counted(places - 1, "more place") : QString());
 }
 
 // A line a file, then one for the job.

@@ -5,8 +5,12 @@
 #include "tests/convert/program.h"
 
 #include <QCryptographicHash>
+#include <QImage>
 #include <QRegularExpression>
 #include <QtTest>
+
+#include <array>
+#include <cmath>
 
 namespace {
 
@@ -44,9 +48,9 @@ QJsonObject fileNamed(const QJsonObject &report, const QString &name)
     return {};
 }
 
-QJsonObject schema()
+QJsonObject schema(const char *name = "camconvert.schema.json")
 {
-    QFile file(PROJECT_FOLDER "/docs/camconvert.schema.json");
+    QFile file(QString(PROJECT_FOLDER "/docs/") + name);
     return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
 }
 
@@ -82,12 +86,17 @@ private slots:
         const Program program;
         const Ran help = program.run({"--help"});
         QCOMPARE(help.code, 0);
-        for (const char *command : {"export", "verify", "info"}) {
+        for (const auto &[command, operand] : {std::pair("export", "JOB..."),
+                                               {"verify", "JOB... FOLDER"},
+                                               {"diff", "A B"},
+                                               {"picture", "JOB"},
+                                               {"info", "JOB..."}}) {
             QVERIFY(help.output.contains(QString("  ") + command));
             const Ran own = program.run({command, "--help"});
             QCOMPARE(own.code, 0);
-            QVERIFY2(own.output.contains(QString("Usage: camconvert %1 [options] JOB").arg(command)),
-                     qPrintable(own.output));
+            QVERIFY2(
+                own.output.contains(QString("Usage: camconvert %1 [options] %2\n").arg(command, operand)),
+                qPrintable(own.output));
             QVERIFY(own.output.contains("Examples:"));
         }
         QCOMPARE(program.run({"--version"}).output.trimmed(), QString("camconvert " PROGRAM_VERSION));
@@ -108,7 +117,7 @@ private slots:
         };
         const Program program;
         int options = 0;
-        for (const char *command : {"export", "verify", "info"}) {
+        for (const char *command : {"export", "verify", "diff", "picture", "info"}) {
             QVERIFY2(manual.contains(QString("camconvert %1\n").arg(command)), command);
             const QString help = program.run({command, "--help"}).output.section("Examples:", 0, 0);
             QRegularExpressionMatchIterator found =
@@ -135,7 +144,7 @@ private slots:
         QTest::newRow("unknown option") << "export x --out o --fast"
                                         << "fast";
         QTest::newRow("no job") << "export --out o"
-                                << "expected at least one job";
+                                << "expected at least one JOB";
         QTest::newRow("no folder") << "export x"
                                    << "expected --out";
         QTest::newRow("format") << "export x --out o --format gds,pdf"
@@ -166,8 +175,28 @@ private slots:
                                               << "both formats have one name";
         QTest::newRow("no folder to verify") << "verify x"
                                              << "expected a job, and the folder of its files";
+        QTest::newRow("one job to compare") << "diff a.tgz"
+                                            << "expected two jobs or two files";
+        QTest::newRow("a job and a file") << "diff a.tgz b.gds"
+                                          << "found one of each";
+        QTest::newRow("a drawn difference") << "diff a.tgz b.tgz --picture x.pdf"
+                                            << "expected a name that ends in .png";
+        QTest::newRow("a picture of nothing") << "picture --out x.png"
+                                              << "expected at least one JOB";
+        QTest::newRow("a picture of two") << "picture a b --out x.png"
+                                          << "expected one job";
+        QTest::newRow("a picture's name") << "picture a --out x.pdf"
+                                          << "a file whose name ends in .png or .svg";
+        QTest::newRow("a picture without a name") << "picture a"
+                                                  << "a file whose name ends in .png or .svg";
+        QTest::newRow("a picture's scale") << "picture a --out x.png --scale 0"
+                                           << "--scale: expected a number above 0";
+        QTest::newRow("a picture's width") << "picture a --out x.png --width 1.5"
+                                           << "--width: expected a whole number above 0";
+        QTest::newRow("a picture's size") << "picture a --out x.png --width 15 --scale 3"
+                                          << "not both";
         QTest::newRow("nothing to verify") << "verify"
-                                           << "expected at least one job";
+                                           << "expected at least one JOB";
         QTest::newRow("scale to verify with") << "verify x o --x-scale 0"
                                               << "expected scales other than 0";
         QTest::newRow("pattern for a job") << "export x y --out o --name {layer}{ext}"
@@ -578,6 +607,155 @@ private slots:
         QVERIFY(program.folder().write("o", "mine"));
         QVERIFY(program.run({"verify", job.filePath("board"), "o"})
                     .errors.contains("o: expected a folder, found a file"));
+    }
+
+    void diffTellsWhatCameAndWhatWent()
+    {
+        JobFolder before, after;
+        fill(before);
+        fill(after);
+        const QByteArray layer = "LAYER {\n ROW=%1\n CONTEXT=BOARD\n TYPE=%2\n NAME=%3\n POLARITY=%4\n}\n";
+        const auto matrix = [&layer](const std::vector<std::array<const char *, 4>> &rows) {
+            QString text = "STEP {\n COL=1\n NAME=PCB\n}\n";
+            for (const auto &row : rows)
+                text += QString(layer).arg(row[0], row[1], row[2], row[3]);
+            return text.toUtf8();
+        };
+        before.write("matrix/matrix", matrix({{"1", "SIGNAL", "TOP", "POSITIVE"},
+                                              {"2", "SIGNAL", "GND", "NEGATIVE"},
+                                              {"3", "SOLDER_MASK", "MASK", "POSITIVE"}}));
+        after.write("matrix/matrix", matrix({{"1", "SIGNAL", "top", "POSITIVE"},
+                                             {"2", "SIGNAL", "GND", "POSITIVE"},
+                                             {"3", "DRILL", "DRILL", "POSITIVE"}}));
+        // A square millimetre in the place of the pad of 0.5 mm by 0.3.
+        after.features("$0 r200\n$1 s1000\nL 1 1 4 5 0 P 0\nP 8 8 1 P 0 0\n", "top");
+        const Program program;
+        QVERIFY(program.folder().write("a.tgz", archiveOf(before)));
+        const QStringList command{"diff", "a.tgz", after.filePath("board"), "--picture", "changes.png"};
+        const Ran ran = program.run(command);
+        QVERIFY2(ran.code == 3, qPrintable(ran.output + ran.errors));
+        for (const char *row :
+             {"^ +top +different +0\\.\\d+ +1 +\\d+$",
+              "^ +gnd +different +0 +0 +0 +polarity NEGATIVE to POSITIVE$", "^ +mask +removed$",
+              "^ +drill +added$", "^top added at 8.0000, 8.0000 mm: 1000.0 um wide, 1 mm2$",
+              "^top removed at ", "^4 of 4 layers differ, "})
+            QVERIFY2(ran.output.contains(QRegularExpression(row, QRegularExpression::MultilineOption)),
+                     qPrintable(QString(row) + "\n" + ran.output));
+        for (const char *name : {"top", "gnd", "mask", "drill"})
+            QVERIFY2(!QImage(program.filePath(QString("changes-%1.png").arg(name))).isNull(), name);
+
+        const QJsonObject json = program.run(command + QStringList{"--json", "-"}).json();
+        const QJsonObject diffSchema = schema("camconvert.diff.schema.json");
+        QVERIFY(fits(json, diffSchema));
+        QCOMPARE(json["layers"].toArray().size(), 4);
+        const QJsonObject layerSchema =
+            diffSchema["properties"].toObject()["layers"].toObject()["items"].toObject();
+        for (const QJsonValue &value : json["layers"].toArray())
+            QVERIFY(fits(value.toObject(), layerSchema));
+        const QJsonObject top = json["layers"].toArray().first().toObject();
+        QCOMPARE(top["added"].toDouble(), 1.0);
+        const QJsonObject place = top["places"].toArray().first().toObject();
+        QCOMPARE(place["kind"].toString(), QString("added"));
+        QCOMPARE(place["at"].toArray(), (QJsonArray{8.0, 8.0}));
+        QCOMPARE(top["picture"].toString(), QString("./changes-top.png"));
+
+        QCOMPARE(program.run({"diff", "a.tgz", before.filePath("board")}).code, 0);
+        const Ran gone = program.run({"diff", "a.tgz", "b.tgz"});
+        QCOMPARE(gone.code, 1);
+        QVERIFY2(gone.errors.contains("error: b.tgz: "), qPrintable(gone.errors));
+        const Ran unknown = program.run({"diff", "a.tgz", "a.tgz", "--layers", "top,nosuchlayer"});
+        QCOMPARE(unknown.code, 1);
+        QVERIFY2(unknown.errors.contains("nosuchlayer: neither job has a layer of that name"),
+                 qPrintable(unknown.errors));
+        QCOMPARE(program.temporaryFiles(), QStringList());
+    }
+
+    void diffComparesFilesOfEitherFormat()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QCOMPARE(program.run({"export", job.filePath("board"), "--out", "o"}).code, 0);
+        const Ran same = program.run({"diff", "o/board/top.gds", "o/board/top.gerber"});
+        QVERIFY2(same.code == 0, qPrintable(same.output + same.errors));
+        QVERIFY2(same.output.contains("the files are the same, "), qPrintable(same.output));
+        const Ran other = program.run({"diff", "o/board/top.gds", "o/board/drill.gds", "--picture", "p.png"});
+        QCOMPARE(other.code, 3);
+        QVERIFY(!QImage(program.filePath("p.png")).isNull());
+        QVERIFY(program.folder().write("cut.gds", program.bytes("o/board/top.gds").chopped(4)));
+        const Ran cut = program.run({"diff", "o/board/top.gds", "cut.gds"});
+        QCOMPARE(cut.code, 1);
+        QVERIFY2(cut.errors.contains("cut.gds"), qPrintable(cut.errors));
+    }
+
+    // Ten pixels a millimetre, all of which are known.
+    void diffDrawsAddedGreenAndRemovedRed()
+    {
+        JobFolder before, after;
+        fill(before);
+        fill(after);
+        before.features("$0 s2000\nP 2 2 0 P 0 0\nP 6 2 0 P 0 0\n", "top");
+        after.features("$0 s2000\nP 2 2 0 P 0 0\nP 10 2 0 P 0 0\n", "top");
+        const Program program;
+        const Ran ran = program.run({"diff", before.filePath("board"), after.filePath("board"), "--layers",
+                                     "top", "--picture", "top.png", "--scale", "10"});
+        QVERIFY2(ran.code == 3, qPrintable(ran.errors));
+        const QImage picture(program.filePath("top.png"));
+        QCOMPARE(picture.size(), QSize(106, 26)); // 10 by 2 mm, and a margin of 0.3 mm
+        const auto at = [&picture](double x, double y) {
+            return picture.pixelColor(int((x - 0.7) * 10.0), int((3.3 - y) * 10.0));
+        };
+        QCOMPARE(at(2, 2), QColor(190, 190, 190));
+        QVERIFY(at(6, 2).red() > 200 && at(6, 2).green() < 50);
+        QVERIFY(at(10, 2).green() > 120 && at(10, 2).red() < 50);
+        QCOMPARE(at(4, 2), QColor(255, 255, 255));
+    }
+
+    void picturesHaveTheTablesColours()
+    {
+        JobFolder job;
+        fill(job);
+        job.features("$0 s4000\n$1 s1000\nP 4 4 0 P 0 0\nP 4 4 1 N 0 0\n", "top");
+        job.features("$0 s4000\nP 10 4 0 P 0 0\n", "mask");
+        const Program program;
+        const QString board = job.filePath("board");
+        QVERIFY(program.run({"picture", board, "--layer", "top", "--out", "top.png", "--scale", "10"}).code ==
+                0);
+        const QImage top(program.filePath("top.png"));
+        QCOMPARE(top.size(), QSize(42, 42)); // 4 by 4 mm, and a margin of 0.12 mm
+        QCOMPARE(top.pixelColor(8, 8), QColor(255, 215, 0));
+        QCOMPARE(top.pixelColor(21, 21), QColor(24, 28, 32)); // cleared
+        QCOMPARE(
+            program.run({"picture", board, "--layer", "MASK,top", "--out", "two.png", "--width", "200"}).code,
+            0);
+        const QImage two(program.filePath("two.png"));
+        QCOMPARE(two.width(), 200);
+        QVERIFY(two.pixelColor(20, 20).red() > 150);
+        QVERIFY(two.pixelColor(180, 20).red() < 50);
+        QCOMPARE(program
+                     .run({"picture", board, "--layer", "mask,top", "--mirror", "--out", "back.png",
+                           "--width", "200"})
+                     .code,
+                 0);
+        QCOMPARE(QImage(program.filePath("back.png")).pixelColor(180, 20), two.pixelColor(20, 20));
+        QCOMPARE(program.run({"picture", board, "--out", "all.svg"}).code, 0);
+        const QByteArray svg = program.bytes("all.svg");
+        QVERIFY2(svg.contains("<g fill=\"#ffd700\""), svg.constData());
+        QVERIFY(svg.contains("<g fill=\"#a9a9a9\"") && svg.contains("mm\" viewBox=\"0 0 ") &&
+                svg.endsWith("</svg>\n"));
+
+        const Ran huge = program.run({"picture", board, "--out", "huge.png", "--scale", "100000"});
+        QCOMPARE(huge.code, 1);
+        QVERIFY2(huge.errors.contains("pixels; expected at most"), qPrintable(huge.errors));
+        const Ran unknown = program.run({"picture", board, "--out", "x.png", "--layer", "nosuchlayer"});
+        QCOMPARE(unknown.code, 1);
+        QVERIFY2(unknown.errors.contains("board/pcb/nosuchlayer: the job has no layer of that name"),
+                 qPrintable(unknown.errors));
+        const Ran nowhere = program.run({"picture", board, "--out", "gone/x.png"});
+        QCOMPARE(nowhere.code, 1);
+        QVERIFY2(nowhere.errors.contains("x.png: cannot be written"), qPrintable(nowhere.errors));
+        QVERIFY(!QFileInfo::exists(program.filePath("huge.png")) &&
+                !QFileInfo::exists(program.filePath("x.png")));
     }
 
     void resumePassesOverWhatIsDone()

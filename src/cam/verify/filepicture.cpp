@@ -1,10 +1,13 @@
 #include "cam/verify/filepicture.h"
 
 #include "cam/base/error.h"
+#include "cam/gdsii/gdsreader.h"
+#include "cam/gerber/gerberreader.h"
 #include "cam/polygon/arrangement.h"
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <iterator>
 
 namespace cam::verify {
@@ -265,6 +268,29 @@ bool GdsPicture::take(std::uint32_t paint, std::vector<GridRing> &rings, bool ar
         }
     }
     return true;
+}
+
+// ---- Either
+
+bool isGds(const std::filesystem::path &file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw Error(file.u8string() + ": cannot be opened");
+    char bytes[4] = {};
+    stream.read(bytes, sizeof bytes);
+    // The record HEADER: six bytes, type 0, data type 2.
+    constexpr char header[4] = {0, 6, 0, 2};
+    return std::equal(std::begin(header), std::end(header), bytes);
+}
+
+std::unique_ptr<Picture> readPicture(const std::filesystem::path &file)
+{
+    // What stands on it is the step's profile, beside the layer.
+    constexpr std::uint16_t profileDatatype = 1;
+    if (isGds(file))
+        return std::make_unique<GdsPicture>(readGdsFile(file), profileDatatype, true);
+    return std::make_unique<GerberPicture>(readGerberFile(file), ArcCorners::Compass);
 }
 
 } // namespace cam::verify

@@ -6,6 +6,9 @@
 #include "cam/verify/corners.h"
 #include "cam/verify/picture.h"
 
+#include <filesystem>
+#include <memory>
+
 namespace cam::verify {
 
 class GerberPicture : public Picture
@@ -81,5 +84,11 @@ private:
     std::vector<Transform> m_maps; // to nanometres, copy by copy
     std::vector<Origin> m_origins; // by paint
 };
+
+// Whether a file is GDSII, by its first bytes; Gerber otherwise. Throws Error when it cannot be opened.
+bool isGds(const std::filesystem::path &file);
+
+// What a file shows, without the step's profile. Throws Error for what cannot be read.
+std::unique_ptr<Picture> readPicture(const std::filesystem::path &file);
 
 } // namespace cam::verify

@@ -80,7 +80,17 @@ private:
     void readCommands();
 
     // ---- words outside of "%"
+    struct Word
+    {
+        char letter;
+        std::string_view digits;
+    };
+    using Coordinates = std::array<std::optional<double>, 4>; // X, Y, I, J
+    // Of a comment: none.
+    std::vector<Word> wordsOf(std::string_view block);
     void takeBlock(std::string_view block);
+    // Without a number: what stood in the block before.
+    void takeOperation(std::optional<int> operation, const Coordinates &coordinates);
     void takeG(int code);
     void takeD(int code);
     void takeOperation(int code);
@@ -91,6 +101,9 @@ private:
     void takeFormat(std::string_view text);
     void takeUnit(std::string_view text);
     void takeApertureDefinition(std::string_view text);
+    ReadAperture definedAperture(std::string_view name, const std::vector<double> &sizes);
+    void checkSizes(std::string_view name, const std::vector<double> &sizes, std::size_t least,
+                    std::size_t most);
     void takePolarity(std::string_view text);
     void takeRepeat(std::string_view text);
     void takeBlockAperture(std::string_view text);
@@ -255,13 +268,8 @@ bool isDigit(char c)
 }
 
 // "G01X12Y34D01": G codes first, then coordinates, then a D or M code.
-void Reader::takeBlock(std::string_view block)
+std::vector<Reader::Word> Reader::wordsOf(std::string_view block)
 {
-    struct Word
-    {
-        char letter;
-        std::string_view digits;
-    };
     std::vector<Word> words;
     std::size_t at = 0;
     const auto skipBlanks = [&] {
@@ -279,16 +287,20 @@ void Reader::takeBlock(std::string_view block)
             ++at;
         words.push_back({letter, block.substr(first, at - first)});
         if (letter == 'G' && toInteger(words.back().digits) == 4)
-            return; // a comment
+            return {};
         if (words.back().digits.empty())
             fail("digits behind \"" + std::string(1, letter) + "\"");
     }
+    return words;
+}
 
-    std::array<std::optional<double>, 4> coordinates; // X, Y, I, J
+void Reader::takeBlock(std::string_view block)
+{
+    Coordinates coordinates;
     bool hasCoordinates = false;
     std::optional<int> operation, aperture;
     bool ends = false;
-    for (const Word &word : words) {
+    for (const Word &word : wordsOf(block)) {
         const std::size_t which = std::string_view("XYIJ").find(word.letter);
         if (which != std::string_view::npos) {
             if (coordinates[which])
@@ -313,43 +325,46 @@ void Reader::takeBlock(std::string_view block)
     }
     if (aperture)
         takeD(*aperture);
-    if (hasCoordinates || operation) {
-        if (!operation) {
-            // Older files leave out a D01 that stands in the block before.
-            if (m_lastOperation != 1)
-                fail("D01, D02 or D03 behind coordinates");
-            operation = 1;
-        }
-        const Point before = m_position;
-        if (coordinates[0]) {
-            m_position.x = *coordinates[0];
-            m_hasX = true;
-        }
-        if (coordinates[1]) {
-            m_position.y = *coordinates[1];
-            m_hasY = true;
-        }
-        if (!m_hasX || !m_hasY)
-            fail("both coordinates before the first operation");
-        m_lastOperation = *operation;
-        const Point end = m_position;
-        switch (*operation) {
-        case 1:
-            m_position = before;
-            drawTo(end, {coordinates[2].value_or(0.0), coordinates[3].value_or(0.0)});
-            m_position = end;
-            break;
-        case 2:
-            if (m_isInRegion)
-                beginContour(end);
-            break;
-        default:
-            flash(end);
-            break;
-        }
-    }
-    if (ends) {
+    if (hasCoordinates || operation)
+        takeOperation(operation, coordinates);
+    if (ends)
         m_isEnded = true;
+}
+
+void Reader::takeOperation(std::optional<int> operation, const Coordinates &coordinates)
+{
+    if (!operation) {
+        // Older files leave out a D01 that stands in the block before.
+        if (m_lastOperation != 1)
+            fail("D01, D02 or D03 behind coordinates");
+        operation = 1;
+    }
+    const Point before = m_position;
+    if (coordinates[0]) {
+        m_position.x = *coordinates[0];
+        m_hasX = true;
+    }
+    if (coordinates[1]) {
+        m_position.y = *coordinates[1];
+        m_hasY = true;
+    }
+    if (!m_hasX || !m_hasY)
+        fail("both coordinates before the first operation");
+    m_lastOperation = *operation;
+    const Point end = m_position;
+    switch (*operation) {
+    case 1:
+        m_position = before;
+        drawTo(end, {coordinates[2].value_or(0.0), coordinates[3].value_or(0.0)});
+        m_position = end;
+        break;
+    case 2:
+        if (m_isInRegion)
+            beginContour(end);
+        break;
+    default:
+        flash(end);
+        break;
     }
 }
 
@@ -404,7 +419,7 @@ double Reader::coordinate(std::string_view digits, char letter) const
     const bool isNegative = digits[0] == '-';
     if (!isDigit(digits[0]))
         digits.remove_prefix(1);
-    const auto all = static_cast<std::size_t>(format->whole + format->decimals);
+    const auto all = static_cast<std::size_t>(format->whole) + static_cast<std::size_t>(format->decimals);
     const std::size_t significant = digits.size() - std::min(digits.find_first_not_of('0'), digits.size());
     if (digits.empty() || (m_omitsTrailing ? digits.size() : significant) > all)
         fail("a coordinate of at most " + std::to_string(all) + " digits");
@@ -610,20 +625,16 @@ void Reader::takeApertureDefinition(std::string_view text)
     if (comma + 1 < text.size())
         sizes = numbers(text.substr(comma + 1), 'X');
 
+    if (!m_apertures.emplace(code, definedAperture(name, sizes)).second)
+        fail("each aperture once, not D" + std::to_string(code) + " again");
+}
+
+// `name` is one of the format's own shapes or of a macro; `sizes` are in the file's unit.
+ReadAperture Reader::definedAperture(std::string_view name, const std::vector<double> &sizes)
+{
     ReadAperture aperture;
     ShapeBuilder shape(m_image);
     const double unit = requireUnit();
-    const auto require = [&](std::size_t least, std::size_t most) {
-        if (sizes.size() < least || sizes.size() > most)
-            fail(std::to_string(least) + " to " + std::to_string(most) + " sizes of the aperture " +
-                 std::string(name));
-        for (std::size_t i = 0; i < sizes.size(); ++i) {
-            if (sizes[i] < 0.0 && !(name == "P" && i == 2))
-                fail("sizes of apertures that are not negative");
-            if (sizes[i] * unit > farthest)
-                fail("sizes of apertures below 100 metres");
-        }
-    };
     // The round hole, which is the last size.
     const auto hole = [&](std::size_t index) {
         if (sizes.size() <= index)
@@ -633,14 +644,14 @@ void Reader::takeApertureDefinition(std::string_view text)
         shape.circle({}, sizes[index] * unit);
     };
     if (name == "C") {
-        require(1, 2);
+        checkSizes(name, sizes, 1, 2);
         aperture.kind = ReadAperture::Circle;
         aperture.width = aperture.height = sizes[0] * unit;
         shape.beginPart(true);
         shape.circle({}, aperture.width);
         hole(1);
     } else if (name == "R" || name == "O") {
-        require(2, 3);
+        checkSizes(name, sizes, 2, 3);
         aperture.kind = name == "R" ? ReadAperture::Rectangle : ReadAperture::Other;
         aperture.width = sizes[0] * unit;
         aperture.height = sizes[1] * unit;
@@ -651,7 +662,7 @@ void Reader::takeApertureDefinition(std::string_view text)
             shape.obround(aperture.width, aperture.height);
         hole(2);
     } else if (name == "P") {
-        require(2, 4);
+        checkSizes(name, sizes, 2, 4);
         if (sizes[1] < 3.0 || sizes[1] > 12.0 || sizes[1] != std::floor(sizes[1]))
             fail("a polygon of 3 to 12 corners");
         shape.beginPart(true);
@@ -666,8 +677,21 @@ void Reader::takeApertureDefinition(std::string_view text)
             addPrimitive(shape, primitive, unit, m_file);
     }
     aperture.shape = shape.finish();
-    if (!m_apertures.emplace(code, std::move(aperture)).second)
-        fail("each aperture once, not D" + std::to_string(code) + " again");
+    return aperture;
+}
+
+void Reader::checkSizes(std::string_view name, const std::vector<double> &sizes, std::size_t least,
+                        std::size_t most)
+{
+    if (sizes.size() < least || sizes.size() > most)
+        fail(std::to_string(least) + " to " + std::to_string(most) + " sizes of the aperture " +
+             std::string(name));
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        if (sizes[i] < 0.0 && !(name == "P" && i == 2))
+            fail("sizes of apertures that are not negative");
+        if (sizes[i] * requireUnit() > farthest)
+            fail("sizes of apertures below 100 metres");
+    }
 }
 
 void Reader::takePolarity(std::string_view text)

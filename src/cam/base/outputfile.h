@@ -22,6 +22,8 @@ public:
     OutputFile(const OutputFile &) = delete;
     OutputFile &operator=(const OutputFile &) = delete;
 
+    // Puts bytes at the end of the file. Throws Error when they cannot be written (a full disk); a fault may
+    // show with a later call only, as they are buffered.
     void write(const char *bytes, std::size_t count)
     {
         if (count > m_buffer.size() - m_used)

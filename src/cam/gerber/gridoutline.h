@@ -30,7 +30,9 @@ struct GridOutline
 // whose ends lie at clearly different distances from its centre becomes short lines.
 GridOutline onGrid(const ContourView &contour, const Transform &map);
 
+// By the signed area, arcs included; false for an outline without area.
 bool runsCounterClockwise(const GridOutline &outline);
+// The same outline run the other way; it starts where it did.
 void reverse(GridOutline &outline);
 
 // Full circles as two halves: between two points of an outline an edge then is either a part or nothing.

@@ -47,6 +47,7 @@ inline double cross(Point a, Point b)
 {
     return a.x * b.y - a.y * b.x;
 }
+// Nanometres.
 double length(Point a);
 double distance(Point a, Point b);
 

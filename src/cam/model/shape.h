@@ -30,6 +30,7 @@ struct Shape
 
 // The dark area in square nanometres, of a shape whose islands do not overlap.
 double area(const Shape &shape);
+// The exact box around all contours, in nanometres; empty for a shape without any.
 Box extent(const Shape &shape);
 
 } // namespace cam

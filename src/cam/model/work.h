@@ -10,6 +10,7 @@ namespace cam {
 // A surface's cost is that of its edges.
 constexpr double edgesPerLine = 4.0;
 
+// In lines: what one of `features`, or all of them, cost.
 double workOf(const FeatureSet &features, const Feature &feature);
 double workOf(const FeatureSet &features);
 // Of a step with everything that is nested in it, copy by copy.

@@ -16,6 +16,7 @@ bool isPacked(std::string_view bytes);
 // messages. Throws Error for one that is damaged, cut off or followed by something else.
 std::string unpack(std::string_view packed, std::string_view member, const std::string &name);
 
+// The same of one form; `packed` begins with its mark.
 std::string unpackGzip(std::string_view packed, const std::string &name);
 std::string unpackCompress(std::string_view packed, const std::string &name);
 

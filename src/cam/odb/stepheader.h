@@ -11,9 +11,9 @@ namespace cam {
 
 struct StepHeaderRepeat
 {
-    std::string step; // lower case
-    Point at;         // of the child's datum, nanometres
-    double dx = 0.0, dy = 0.0;
+    std::string step;          // lower case
+    Point at;                  // of the child's datum, nanometres
+    double dx = 0.0, dy = 0.0; // between copies, nanometres
     int nx = 1, ny = 1;
     double angle = 0.0; // degrees, clockwise
     bool mirror = false;

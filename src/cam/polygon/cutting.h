@@ -12,6 +12,7 @@ struct BoxedRing
     GridBox box;
 };
 
+// `ring` with its box.
 BoxedRing boxed(GridRing &&ring);
 
 // The middle one of `positions`, which must not be empty, and come in any order.

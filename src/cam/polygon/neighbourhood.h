@@ -13,6 +13,7 @@ class Neighbourhood
 {
 public:
     explicit Neighbourhood(const std::vector<GridBox> &boxes);
+    // Whether `box` may meet one of the boxes, edges included.
     bool mayTouch(const GridBox &box) const;
 
 private:

@@ -33,12 +33,13 @@ DEPENDENCIES = {
     "cam/verify": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber"),
     "cam/database": ("cam/base",),
     "cam": (*INTERFACE, *CAM),
+    "drawing": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber"),
     "pluginmanger": INTERFACE,
     "run": (*INTERFACE, "platform"),
     "import": (*INTERFACE, "platform", "archive", "run"),
     "export": (*INTERFACE, "platform", "run"),
     "plugin": (*INTERFACE, "platform", "import", "export", "run"),
-    "workbench": (*INTERFACE, "platform", "pluginmanger", "cam", *CAM),
+    "workbench": (*INTERFACE, "platform", "pluginmanger", "drawing", "cam", *CAM),
     "convert": (*INTERFACE, "platform", "archive", "cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/export", "cam/verify"),
 }
 # What judges the writers shares points, polygons and the readers with them, and nothing of their ways of drawing.

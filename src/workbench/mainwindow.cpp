@@ -3,15 +3,18 @@
 #include "cam/jobroot.h"
 #include "pluginmanger/pluginhost.h"
 #include "run/orvexapi.h"
+#include "workbench/archivedrop.h"
 #include "workbench/exportdialog.h"
 #include "workbench/hostsettings.h"
 #include "workbench/importfolder.h"
+#include "workbench/jobcommands.h"
 #include "workbench/joblistpanel.h"
 #include "workbench/jobstore.h"
 #include "workbench/layerpanel.h"
 #include "workbench/logpane.h"
 #include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
+#include "workbench/recentjobs.h"
 #include "workbench/resultspane.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/view/graphicview.h"
@@ -86,6 +89,7 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent)
     setWindowTitle(tr("CAM Workbench"));
     buildPanels();
     buildMenus();
+    new ArchiveDrop(*this);
     connect(&m_log, &LogCollector::logged, m_logPane, &LogPane::append);
     connect(&m_messages, &HostMessages::jobFolderAnnounced, this, &MainWindow::setJobFolder);
     connect(&m_messages, &HostMessages::fileImported, this, &MainWindow::takeImportedFile);
@@ -148,6 +152,10 @@ void MainWindow::buildPanels()
         else
             openJob(name);
     });
+    connect(m_jobs, &JobListPanel::renameAsked, this, &MainWindow::renameJob);
+    connect(m_jobs, &JobListPanel::removeAsked, this, &MainWindow::removeJob);
+    connect(m_jobs, &JobListPanel::folderAsked, this,
+            [this](const QString &name) { JobCommands(this, m_jobRoot).show(name); });
     connect(m_layers, &LayerPanel::stepChosen, this, [this] {
         updateContext();
         showChosenLayer();
@@ -165,6 +173,14 @@ void MainWindow::buildMenus()
     m_toolBar->setMovable(false);
 
     QMenu *file = menuBar()->addMenu(tr("&File"));
+    m_importPlace = file->addSeparator();
+    auto *recent = new RecentJobs(file);
+    connect(recent, &QMenu::aboutToShow, this,
+            [this, recent] { recent->fill(m_memory->recentJobs(), m_jobRoot, jobNames()); });
+    connect(recent, &RecentJobs::jobChosen, this, &MainWindow::openJob);
+    file->addMenu(recent);
+    file->addActions(m_jobs->jobActions());
+    file->addSeparator();
     QAction *refresh = file->addAction(tr("&Refresh jobs"), this, [this] {
         refreshJobs();
         readOpenJobAgain();
@@ -217,6 +233,7 @@ void MainWindow::remember(WindowMemory &memory)
 {
     m_memory = &memory;
     m_memory->restoreWindow(*this);
+    m_jobs->restoreState(m_memory->state("jobs"));
     m_importFolder = new ImportFolder(*this, memory);
 }
 
@@ -251,6 +268,7 @@ void MainWindow::addPlugins()
                 continue;
             action->setParent(this); // plug-ins leave their actions to the host
             m_toolBar->addAction(action);
+            menuBar()->actions().first()->menu()->insertAction(m_importPlace, action);
             m_pluginActions << action;
         }
         if (plugin.name == "File_Process") {
@@ -263,6 +281,10 @@ void MainWindow::addPlugins()
     m_resize = hostsettings::resizeInNanometres(settings.resize, settings.resizeUnit);
     m_resizeStatus->setText(hostsettings::resizeText(settings.resize, settings.resizeUnit));
     m_resizeStatus->setVisible(settings.resize != 0.0);
+    if (m_importAction)
+        m_importAction->setShortcut(Qt::CTRL + Qt::Key_I);
+    if (m_exportAction)
+        m_exportAction->setShortcut(Qt::CTRL + Qt::Key_E);
     if (m_importAction)
         m_importAction->setStatusTip(tr("Take in ODB++ job archives, GDSII and Gerber files"));
     if (m_exportAction)
@@ -354,6 +376,31 @@ void MainWindow::openJob(const QString &name)
     updateContext();
     m_view->showText(tr("Choose a layer."));
     m_layers->chooseFirstCopper();
+}
+
+void MainWindow::renameJob(const QString &name)
+{
+    if (name == m_openJob)
+        m_view->stopReading(); // an open file keeps its folder's name, on Windows
+    const QString newName = JobCommands(this, m_jobRoot).rename(name);
+    if (newName.isEmpty())
+        return;
+    const bool wasOpen = name == m_openJob;
+    m_memory->removeRecentJob(m_jobRoot + "/" + name);
+    refreshJobs();
+    if (wasOpen)
+        openJob(newName);
+}
+
+void MainWindow::removeJob(const QString &name)
+{
+    if (name == m_openJob)
+        m_view->stopReading();
+    if (!JobCommands(this, m_jobRoot).remove(name))
+        return;
+    m_memory->removeRecentJob(m_jobRoot + "/" + name);
+    refreshJobs();
+    statusBar()->showMessage(tr("The job %1 is in the wastebasket.").arg(name), messageTime);
 }
 
 void MainWindow::takeImportedFile(const QString &path)
@@ -487,6 +534,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     m_memory->keepWindow(*this);
+    m_memory->setState("jobs", m_jobs->state());
     QMainWindow::closeEvent(event);
 }
 

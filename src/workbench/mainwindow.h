@@ -85,6 +85,8 @@ private:
     void showExportResults();
     void takeExportReport(const QString &folder, const QStringList &layers);
     void readOpenJobAgain();
+    void renameJob(const QString &name);
+    void removeJob(const QString &name);
     void updateContext();
     void showChosenLayer();
     // How an export would change the chosen layer: by the settings, and by the open Export dialog.
@@ -113,7 +115,8 @@ private:
     QString m_shownChange;            // of the layer in the view
     QLabel *m_resizeStatus = nullptr; // seen while exports change the size of features
     QLabel *m_placeStatus = nullptr;
-    QLabel *m_jobStatus = nullptr; // at the right end of the status bar
+    QLabel *m_jobStatus = nullptr;    // at the right end of the status bar
+    QAction *m_importPlace = nullptr; // plug-ins' actions stand before it in the menu
     QList<QAction *> m_pluginActions;
     QAction *m_importAction = nullptr;
     QAction *m_exportAction = nullptr;

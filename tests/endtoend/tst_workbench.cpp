@@ -19,6 +19,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
 #include <QProgressDialog>
 #include <QTableWidget>
 #include <QToolButton>
@@ -182,6 +183,27 @@ private slots:
         QCOMPARE(directory, folder.filePath("archives"));
         window->close();
         window.reset(); // before the memory
+    }
+
+    void archiveThatIsDroppedIsImported()
+    {
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs, false);
+        const QString archive = folder.filePath("dropped.tgz");
+        QVERIFY(QFile::copy(SAMPLE_ARCHIVE, archive));
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(archive)});
+        const QPoint place = window->rect().center();
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.get(), &enter);
+        QVERIFY(enter.isAccepted());
+        QSignalSpy imported(window.get(), &MainWindow::fileImported);
+        QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window.get(), &drop);
+        QVERIFY(drop.isAccepted());
+        QTRY_COMPARE_WITH_TIMEOUT(imported.count(), 1, 60000);
+        QCOMPARE(window->openJobName(), QString("dropped"));
+        QTRY_VERIFY(!QApplication::testAttribute(Qt::AA_DontUseNativeDialogs));
+        QVERIFY(QDir("job/dropped").removeRecursively());
     }
 
     void exportNeedsAnOpenJob()

@@ -15,10 +15,10 @@
 #include <QDirIterator>
 #include <QDockWidget>
 #include <QLabel>
-#include <QListWidget>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTableWidget>
+#include <QTreeWidget>
 #include <QWindow>
 #include <QtTest>
 
@@ -205,9 +205,9 @@ private slots:
                     action->trigger();
             }
         } else {
-            auto *list = window.findChild<QListWidget *>();
+            auto *list = window.findChild<QTreeWidget *>("Jobs");
             QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
-                              list->visualItemRect(list->item(0)).center());
+                              list->visualItemRect(list->topLevelItem(0)).center());
         }
         names.replaceInStrings("STACKUP", "RENAMED");
         for (int row = 0; row < layers->layerCount(); ++row)

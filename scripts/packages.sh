@@ -7,7 +7,7 @@ set -euo pipefail
 declare -A packages=(
     [build]="g++ ccache cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev
             libutfcpp-dev"
-    [run]="p7zip-full fonts-dejavu-core qtbase5-dev"
+    [run]="p7zip-full fonts-dejavu-core fonts-wqy-microhei qtbase5-dev"
     [test]="p7zip-full fonts-dejavu-core dpkg-dev file"
     [check]="clang-format python3"
     [crosscheck]="gerbv klayout"

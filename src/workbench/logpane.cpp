@@ -1,9 +1,18 @@
 #include "workbench/logpane.h"
 
-#include <QCheckBox>
+#include "workbench/logreading.h"
+#include "workbench/statuscolor.h"
+
+#include <QComboBox>
+#include <QEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
 #include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -11,6 +20,7 @@ namespace {
 
 const int maximumLines = 5000;
 
+// In the file and in bug reports the levels have these names, in every language.
 QString levelName(LogRecord::Level level)
 {
     switch (level) {
@@ -25,7 +35,7 @@ QString levelName(LogRecord::Level level)
     }
 }
 
-QColor levelColour(LogRecord::Level level, const QPalette &palette)
+QColor levelColor(LogRecord::Level level, const QPalette &palette)
 {
     switch (level) {
     case LogRecord::Debug:
@@ -33,49 +43,77 @@ QColor levelColour(LogRecord::Level level, const QPalette &palette)
     case LogRecord::Information:
         return palette.color(QPalette::Text);
     case LogRecord::Warning:
-        return QColor(176, 104, 0);
+        return statuscolor::warning(palette);
     default:
-        return QColor(192, 32, 32);
+        return statuscolor::failure(palette);
     }
 }
 
-QString lineOf(const LogRecord &record)
+bool isProblem(const LogRecord &record)
 {
-    QString line = QString("%1  %2  ")
-                       .arg(record.time.toString("hh:mm:ss.zzz"), levelName(record.level).leftJustified(7));
-    line += record.text;
-    if (!record.source.isEmpty())
-        line += "  [" + record.source + "]";
-    return line;
+    return record.level >= LogRecord::Warning;
+}
+
+// Columns line up in Chinese lines as well, where the system has such a font.
+QFont fixedFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    QFont::insertSubstitutions(font.family(),
+                               {"WenQuanYi Micro Hei Mono", "Noto Sans Mono CJK SC", "NSimSun"});
+    font.setStyleHint(QFont::Monospace);
+    return font;
+}
+
+QPlainTextEdit *newText(const char *name)
+{
+    auto *text = new QPlainTextEdit;
+    text->setObjectName(name);
+    text->setReadOnly(true);
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    text->setMaximumBlockCount(maximumLines);
+    text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    text->setFont(fixedFont());
+    text->setFrameShape(QFrame::NoFrame);
+    text->setTabChangesFocus(true);
+    return text;
 }
 
 } // namespace
 
 LogPane::LogPane(QWidget *parent)
-    : QWidget(parent), m_text(new QPlainTextEdit), m_showDebug(new QCheckBox(tr("Debug lines")))
+    : QWidget(parent), m_tabs(new QTabWidget), m_text(newText("LogText")),
+      m_problemText(newText("LogProblems")), m_levelLabel(new QLabel), m_level(new QComboBox),
+      m_filter(new QLineEdit), m_clear(new QToolButton)
 {
-    m_text->setReadOnly(true);
-    m_text->setMaximumBlockCount(maximumLines);
-    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
-    m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    m_text->setPlaceholderText(tr("Nothing has been logged yet."));
-    m_showDebug->setToolTip(tr("Also show what plug-ins write to the debug stream, from now on"));
+    m_level->setObjectName("LogLevel");
+    for (int level = LogRecord::Debug; level <= LogRecord::Error; ++level)
+        m_level->addItem(QString(), level);
+    m_level->setCurrentIndex(LogRecord::Information);
+    m_levelLabel->setBuddy(m_level);
+    m_filter->setObjectName("LogFilter");
+    m_filter->setClearButtonEnabled(true);
+    m_clear->setObjectName("LogClear");
+    m_clear->setAutoRaise(true);
+    connect(m_level, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &LogPane::rebuild);
+    connect(m_filter, &QLineEdit::textChanged, this, &LogPane::rebuild);
+    connect(m_clear, &QToolButton::clicked, this, &LogPane::clear);
 
-    auto *clearButton = new QToolButton;
-    clearButton->setText(tr("Clear"));
-    clearButton->setAutoRaise(true);
-    connect(clearButton, &QToolButton::clicked, this, &LogPane::clear);
-
-    auto *tools = new QHBoxLayout;
-    tools->setContentsMargins(6, 2, 6, 2);
-    tools->addWidget(m_showDebug);
-    tools->addStretch();
-    tools->addWidget(clearButton);
+    auto *tools = new QWidget;
+    auto *row = new QHBoxLayout(tools);
+    row->setContentsMargins(0, 0, 4, 2);
+    row->addWidget(m_levelLabel);
+    row->addWidget(m_level);
+    row->addWidget(m_filter, 1);
+    row->addWidget(m_clear);
+    m_filter->setMinimumWidth(160);
+    m_tabs->setDocumentMode(true);
+    m_tabs->addTab(m_text, QString());
+    m_tabs->addTab(m_problemText, QString());
+    m_tabs->setCornerWidget(tools);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(0);
-    layout->addLayout(tools);
-    layout->addWidget(m_text);
+    layout->addWidget(m_tabs);
+    retranslate();
 }
 
 QString LogPane::text() const
@@ -83,17 +121,104 @@ QString LogPane::text() const
     return m_text->toPlainText();
 }
 
+void LogPane::retranslate()
+{
+    m_tabs->setTabText(0, tr("All lines"));
+    m_text->setPlaceholderText(tr("Nothing has been logged yet."));
+    m_problemText->setPlaceholderText(tr("No warnings, no errors."));
+    m_levelLabel->setText(tr("From"));
+    const QString levels[] = {tr("debug"), tr("information"), tr("warnings"), tr("errors")};
+    for (int level = LogRecord::Debug; level <= LogRecord::Error; ++level)
+        m_level->setItemText(level, levels[level]);
+    m_level->setToolTip(tr("Show lines of this weight and more"));
+    m_filter->setPlaceholderText(tr("Only lines with ..."));
+    m_clear->setText(tr("Clear"));
+    m_clear->setToolTip(tr("Forget all lines and problems"));
+    rebuild();
+}
+
+void LogPane::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    else if (event->type() == QEvent::PaletteChange)
+        rebuild();
+    QWidget::changeEvent(event);
+}
+
+bool LogPane::isShown(const LogRecord &record) const
+{
+    const QString wanted = m_filter->text().trimmed();
+    return record.level >= m_level->currentIndex() &&
+           (wanted.isEmpty() || lineOf(record).contains(wanted, Qt::CaseInsensitive));
+}
+
+QString LogPane::lineOf(const LogRecord &record) const
+{
+    QString line = QString("%1  %2  ")
+                       .arg(record.time.toString("hh:mm:ss.zzz"), levelName(record.level).leftJustified(7));
+    line += record.text;
+    // Whoever has chosen Chinese reads it; whoever reads neither knows English sooner.
+    if (locale().language() != QLocale::Chinese) {
+        const QString english = englishReading(record.text);
+        if (!english.isEmpty())
+            line += "  |  " + english;
+    }
+    if (!record.source.isEmpty())
+        line += "  [" + record.source + "]";
+    return line;
+}
+
+// Who has scrolled up reads there; otherwise the newest line stays in sight.
+void LogPane::addLine(QPlainTextEdit *text, const LogRecord &record)
+{
+    QScrollBar *bar = text->verticalScrollBar();
+    const bool isAtEnd = bar->value() >= bar->maximum();
+    const int place = bar->value();
+    QTextCharFormat format;
+    format.setForeground(levelColor(record.level, palette()));
+    text->setCurrentCharFormat(format);
+    text->appendPlainText(lineOf(record));
+    bar->setValue(isAtEnd ? bar->maximum() : place);
+}
+
 void LogPane::append(const LogRecord &record)
 {
-    if (record.level == LogRecord::Debug && !m_showDebug->isChecked())
+    if (m_records.size() >= maximumLines)
+        m_records.removeFirst();
+    m_records << record;
+    if (isShown(record))
+        addLine(m_text, record);
+    if (!isProblem(record))
         return;
-    QTextCharFormat format;
-    format.setForeground(levelColour(record.level, palette()));
-    m_text->setCurrentCharFormat(format);
-    m_text->appendPlainText(lineOf(record));
+    addLine(m_problemText, record);
+    ++m_problems;
+    countProblems();
+}
+
+void LogPane::rebuild()
+{
+    m_text->clear();
+    m_problemText->clear();
+    for (const LogRecord &record : m_records) {
+        if (isShown(record))
+            addLine(m_text, record);
+        if (isProblem(record))
+            addLine(m_problemText, record);
+    }
+    for (QPlainTextEdit *text : {m_text, m_problemText})
+        text->verticalScrollBar()->setValue(text->verticalScrollBar()->maximum());
+    countProblems();
+}
+
+void LogPane::countProblems()
+{
+    m_tabs->setTabText(1, m_problems == 0 ? tr("Problems") : tr("Problems (%1)").arg(m_problems));
 }
 
 void LogPane::clear()
 {
-    m_text->clear();
+    m_records.clear();
+    m_problems = 0;
+    rebuild();
 }

@@ -106,6 +106,7 @@ Runs runsOf(const Picture &picture)
 class RingPicture : public Picture
 {
 public:
+    RingPicture() { m_arePaintsApart = false; }
     void add(GridRing ring)
     {
         Paint paint;

@@ -38,6 +38,9 @@ public:
 
     const std::vector<Paint> &paints() const { return m_paints; }
     bool isNegated() const { return m_isNegated; }
+    // Whether each paint covers what it covers whatever the others do. Otherwise the winding numbers of all
+    // rings sum up, and may be below 0.
+    bool arePaintsApart() const { return m_arePaintsApart; }
 
     // Appends the rings of a paint. Their winding numbers sum up to more than 0 where it covers the plane,
     // and to 0 elsewhere, never to less.
@@ -54,6 +57,7 @@ public:
 protected:
     std::vector<Paint> m_paints;
     bool m_isNegated = false;
+    bool m_arePaintsApart = true;
 };
 
 } // namespace cam::verify

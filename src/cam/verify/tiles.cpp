@@ -10,7 +10,7 @@ namespace cam::verify {
 namespace {
 
 constexpr std::size_t tileCorners = 1500; // of a tile at most, where it can be cut
-constexpr std::size_t largeCorners = 400; // what has more is cut along with the plane
+constexpr std::size_t fewCorners = 8;     // as many are not worth to be kept cut
 constexpr int deepest = 40;
 
 struct Item
@@ -57,8 +57,9 @@ public:
     void resolve(Piece piece, int depth, double from, double to);
 
 private:
-    void cutLarge(Piece &piece);
-    Piece half(const Piece &piece, const GridBox &box) const;
+    Piece part(const Piece &piece, const GridBox &box) const;
+    Item part(const Item &item, const GridBox &room) const;
+    void dropCovered(std::vector<Item> &items, const GridBox &room) const;
     void resolveWhole(const Piece &piece);
     std::vector<GridRing> areaOf(const Piece &piece, std::uint32_t picture);
 
@@ -78,7 +79,7 @@ void Resolver::resolve(Piece piece, int depth, double from, double to)
         wanted.add(box);
     if (wanted.high.x - wanted.low.x < piece.box.high.x - piece.box.low.x ||
         wanted.high.y - wanted.low.y < piece.box.high.y - piece.box.low.y)
-        piece = half(piece, common(piece.box, wanted));
+        piece = part(piece, common(piece.box, wanted));
     m_report(from);
     const std::int64_t width = piece.box.high.x - piece.box.low.x,
                        height = piece.box.high.y - piece.box.low.y;
@@ -87,32 +88,20 @@ void Resolver::resolve(Piece piece, int depth, double from, double to)
         corners += item.corners;
     if (corners <= tileCorners || depth == 0 || std::max(width, height) <= 2 * m_margin + 100)
         return resolveWhole(piece);
-    cutLarge(piece);
     GridBox low = piece.box, high = piece.box;
     if (width >= height)
         low.high.x = high.low.x = piece.box.low.x + width / 2;
     else
         low.high.y = high.low.y = piece.box.low.y + height / 2;
     const double middle = (from + to) / 2.0;
-    Piece part = half(piece, low);
-    Piece other = half(piece, high);
+    Piece first = part(piece, low);
+    Piece second = part(piece, high);
     piece = Piece();
-    resolve(std::move(part), depth - 1, from, middle);
-    resolve(std::move(other), depth - 1, middle, to);
+    resolve(std::move(first), depth - 1, from, middle);
+    resolve(std::move(second), depth - 1, middle, to);
 }
 
-// Draws what is large, once, to be cut from here on.
-void Resolver::cutLarge(Piece &piece)
-{
-    for (Item &item : piece.items) {
-        if (item.isCut || item.corners <= largeCorners)
-            continue;
-        m_pictures[item.picture]->rings(item.paint, item.rings);
-        item.isCut = true;
-    }
-}
-
-Piece Resolver::half(const Piece &piece, const GridBox &box) const
+Piece Resolver::part(const Piece &piece, const GridBox &box) const
 {
     Piece part;
     part.box = box;
@@ -132,24 +121,93 @@ Piece Resolver::half(const Piece &piece, const GridBox &box) const
     for (const Item &item : piece.items) {
         if (!item.box.touches(room))
             continue;
-        if (!item.isCut || room.contains(item.box)) {
-            part.items.push_back(item);
-            continue;
-        }
-        Item cut;
-        cut.picture = item.picture;
-        cut.paint = item.paint;
-        cut.isCut = true;
-        cut.rings = item.rings;
-        clip(cut.rings, room);
-        for (const GridRing &ring : cut.rings) {
-            cut.corners += ring.size();
-            cut.box.add(ring);
-        }
-        if (!cut.rings.empty())
-            part.items.push_back(std::move(cut));
+        part.items.push_back(this->part(item, room));
+        if (part.items.back().isCut && part.items.back().rings.empty())
+            part.items.pop_back();
     }
+    dropCovered(part.items, room);
     return part;
+}
+
+bool covers(const Item &item, const GridBox &room)
+{
+    if (item.rings.size() != 1 || item.rings[0].size() != 4)
+        return false;
+    const GridRing all = room.ring();
+    return std::is_permutation(all.begin(), all.end(), item.rings[0].begin()) &&
+           doubledArea(item.rings[0]) > 0.0;
+}
+
+// What covers the whole room leaves nothing to see of what its group has painted before, nor of what is
+// painted in the same colour before the next one of the other.
+void Resolver::dropCovered(std::vector<Item> &items, const GridBox &room) const
+{
+    struct Group
+    {
+        std::uint32_t picture = 0, number = 0;
+        bool isAllDark = false; // so far, from the first item on that is kept
+        std::size_t first = 0;  // those before it are covered
+    };
+    std::vector<Group> groups;
+    constexpr std::size_t noGroup = SIZE_MAX;
+    std::vector<std::size_t> groupOf(items.size(), noGroup);
+    std::vector<bool> isDropped(items.size(), false);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const Picture &picture = *m_pictures[items[i].picture];
+        if (!picture.arePaintsApart())
+            continue;
+        const Paint &paint = picture.paints()[items[i].paint];
+        // Usually that of the item before.
+        std::size_t number = groups.size();
+        while (number > 0 &&
+               (groups[number - 1].picture != items[i].picture || groups[number - 1].number != paint.group))
+            --number;
+        if (number == 0) {
+            groups.push_back({items[i].picture, paint.group, false, 0});
+            number = groups.size();
+        }
+        groupOf[i] = number - 1;
+        Group &group = groups[number - 1];
+        if (paint.dark && group.isAllDark) {
+            isDropped[i] = true;
+        } else if (covers(items[i], room)) {
+            group.isAllDark = paint.dark;
+            group.first = i;
+        } else {
+            group.isAllDark = false;
+        }
+    }
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (isDropped[i] || (groupOf[i] != noGroup && i < groups[groupOf[i]].first))
+            continue;
+        if (kept != i)
+            items[kept] = std::move(items[i]);
+        ++kept;
+    }
+    items.resize(kept);
+}
+
+// What crosses the border of the room is drawn and cut, once for everything within: where thousands of paints
+// lie over each other, few corners of each are left in a tile.
+Item Resolver::part(const Item &item, const GridBox &room) const
+{
+    if (room.contains(item.box) || item.corners <= fewCorners)
+        return item;
+    Item cut;
+    cut.picture = item.picture;
+    cut.paint = item.paint;
+    cut.isCut = true;
+    if (item.isCut)
+        cut.rings = item.rings;
+    else
+        m_pictures[item.picture]->rings(item.paint, cut.rings);
+    clip(cut.rings, room);
+    for (const GridRing &ring : cut.rings) {
+        cut.corners += ring.size();
+        cut.box.add(ring);
+    }
+    return cut;
 }
 
 void Resolver::resolveWhole(const Piece &piece)

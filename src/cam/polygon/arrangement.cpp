@@ -588,6 +588,11 @@ bool mayMeetItself(const GridRing &ring)
 
 } // namespace
 
+int sideOf(GridPoint from, GridPoint to, GridPoint p)
+{
+    return side(from, to, p);
+}
+
 bool crossesItself(const GridRing &ring)
 {
     constexpr double widestSliver = 4.0; // area by perimeter: half of the width

@@ -33,10 +33,6 @@ void addStroke(ContourPool &pool, Point from, const Edge &edge, double radius, A
 GridRing onGrid(const std::vector<Point> &corners, const Transform &map);
 GridRing reversed(GridRing ring);
 
-// Whether the winding numbers of `rings` are 0 or 1 everywhere, but for places too small to count.
-bool isClean(const std::vector<GridRing> &rings);
-enum class Cleanness : std::uint8_t { Unknown, Clean, Unclean };
-
 // Clean rings around everything around which `ring` runs.
 std::vector<GridRing> filled(const GridRing &ring);
 

@@ -3,6 +3,7 @@
 
 #include "cam/gdsii/gdsimage.h"
 #include "cam/gerber/gerberimage.h"
+#include "cam/verify/cleanness.h"
 #include "cam/verify/corners.h"
 #include "cam/verify/picture.h"
 

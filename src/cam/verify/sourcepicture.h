@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cam/model/exportoptions.h"
+#include "cam/verify/cleanness.h"
 #include "cam/verify/corners.h"
 #include "cam/verify/picture.h"
 

@@ -14,56 +14,122 @@ std::uint64_t mixed(std::uint64_t key)
     return key ^ key >> 32;
 }
 
+std::uint64_t keyOf(const DirectedEdge &edge)
+{
+    std::uint64_t key = 0;
+    for (const std::int64_t n : {edge.from.x, edge.from.y, edge.to.x, edge.to.y})
+        key = mixed(key + static_cast<std::uint64_t>(n));
+    return key;
+}
+
+// From its smaller end to its larger one.
+DirectedEdge inOrder(const DirectedEdge &edge)
+{
+    return edge.to < edge.from ? DirectedEdge{edge.to, edge.from, -edge.count} : edge;
+}
+
+// Sums edges of equal ends up. What is worked on at a time lies in one cell, and stays in the nearest cache.
+std::vector<DirectedEdge> sumsOf(const std::vector<DirectedEdge> &edges)
+{
+    constexpr std::size_t usualInCell = 512;
+    GridBox extent;
+    for (const DirectedEdge &edge : edges)
+        extent.add(edge.from);
+    const SquareGrid grid(extent, edges.size() / usualInCell + 1);
+    std::vector<std::uint32_t> firstIn(grid.cells() + 1, 0), cells(edges.size()), order(edges.size());
+    for (std::size_t i = 0; i < edges.size(); ++i) {
+        cells[i] = static_cast<std::uint32_t>(grid.cellOf(edges[i].from));
+        ++firstIn[cells[i] + 1];
+    }
+    for (std::size_t i = 0; i + 1 < firstIn.size(); ++i)
+        firstIn[i + 1] += firstIn[i];
+    std::vector<std::uint32_t> next(firstIn.begin(), firstIn.end() - 1);
+    for (std::uint32_t i = 0; i < edges.size(); ++i)
+        order[next[cells[i]]++] = i;
+
+    std::vector<DirectedEdge> left, sums;
+    std::vector<std::uint32_t> places; // one more than where in sums; 0: none
+    for (std::size_t cell = 0; cell < grid.cells(); ++cell) {
+        const std::size_t count = firstIn[cell + 1] - firstIn[cell];
+        std::size_t size = 16;
+        while (size < 2 * count)
+            size *= 2;
+        places.assign(size, 0);
+        sums.clear();
+        for (std::size_t i = firstIn[cell]; i < firstIn[cell + 1]; ++i) {
+            const DirectedEdge &edge = edges[order[i]];
+            std::size_t place = static_cast<std::size_t>(keyOf(edge)) & (size - 1);
+            while (places[place] != 0 &&
+                   (sums[places[place] - 1].from != edge.from || sums[places[place] - 1].to != edge.to))
+                place = (place + 1) & (size - 1);
+            if (places[place] == 0) {
+                sums.push_back(edge);
+                places[place] = static_cast<std::uint32_t>(sums.size());
+            } else {
+                sums[places[place] - 1].count += edge.count;
+            }
+        }
+        for (const DirectedEdge &sum : sums) {
+            if (sum.count != 0)
+                left.push_back(sum);
+        }
+    }
+    return left;
+}
+
 } // namespace
 
-CornerTable::CornerTable(std::int64_t tolerance) : m_tolerance(tolerance), m_shift(1)
+SquareGrid::SquareGrid(const GridBox &extent, std::size_t mostCells)
 {
-    while (std::int64_t(1) << m_shift < 2 * tolerance)
+    if (extent.isEmpty())
+        return;
+    m_low = extent.low;
+    const auto width = static_cast<std::uint64_t>(extent.high.x - extent.low.x);
+    const auto height = static_cast<std::uint64_t>(extent.high.y - extent.low.y);
+    while (((width >> m_shift) + 1) > mostCells / ((height >> m_shift) + 1))
         ++m_shift;
+    m_columns = static_cast<std::size_t>(width >> m_shift) + 1;
+    m_rows = static_cast<std::size_t>(height >> m_shift) + 1;
 }
 
-void CornerTable::clear()
+CornerIndex::CornerIndex(const std::vector<GridPoint> &corners, std::int64_t tolerance)
+    : m_tolerance(tolerance)
 {
-    m_corners.clear();
-    std::fill(m_cells.begin(), m_cells.end(), 0);
+    GridBox extent;
+    for (const GridPoint corner : corners)
+        extent.add(corner);
+    m_grid = SquareGrid(extent, 2 * corners.size() + 1);
+    m_firstIn.assign(m_grid.cells() + 1, 0);
+    for (const GridPoint corner : corners)
+        ++m_firstIn[m_grid.cellOf(corner) + 1];
+    for (std::size_t i = 0; i + 1 < m_firstIn.size(); ++i)
+        m_firstIn[i + 1] += m_firstIn[i];
+    m_corners.resize(corners.size());
+    std::vector<std::uint32_t> next(m_firstIn.begin(), m_firstIn.end() - 1);
+    for (const GridPoint corner : corners)
+        m_corners[next[m_grid.cellOf(corner)]++] = corner;
+    for (std::size_t i = 0; i + 1 < m_firstIn.size(); ++i)
+        std::sort(m_corners.begin() + m_firstIn[i], m_corners.begin() + m_firstIn[i + 1],
+                  [](GridPoint a, GridPoint b) { return a.y != b.y ? a.y < b.y : a.x < b.x; });
 }
 
-std::size_t CornerTable::cellOf(std::int64_t x, std::int64_t y) const
+GridPoint CornerIndex::snapped(GridPoint at) const
 {
-    const std::uint64_t key = static_cast<std::uint64_t>(x >> m_shift) * 0xD6E8FEB86659FD93u +
-                              static_cast<std::uint64_t>(y >> m_shift);
-    return static_cast<std::size_t>(mixed(key)) & (m_cells.size() - 1);
-}
-
-// 0 for none.
-std::uint32_t CornerTable::find(GridPoint at) const
-{
-    for (std::uint32_t n = m_cells[cellOf(at.x, at.y)]; n != 0; n = m_corners[n - 1].next) {
-        if (m_corners[n - 1].at == at)
-            return n;
-    }
-    return 0;
-}
-
-std::uint32_t CornerTable::nearest(GridPoint at) const
-{
-    std::uint32_t best = 0;
+    GridPoint best = at;
     std::int64_t bestFar = m_tolerance + 1;
-    const std::int64_t xs[2] = {at.x - m_tolerance, at.x + m_tolerance};
-    const std::int64_t ys[2] = {at.y - m_tolerance, at.y + m_tolerance};
-    std::size_t seen[4];
-    int count = 0;
-    for (const std::int64_t x : xs) {
-        for (const std::int64_t y : ys) {
-            const std::size_t cell = cellOf(x, y);
-            if (std::find(seen, seen + count, cell) != seen + count)
-                continue;
-            seen[count++] = cell;
-            for (std::uint32_t n = m_cells[cell]; n != 0; n = m_corners[n - 1].next) {
-                const GridPoint there = m_corners[n - 1].at;
-                const std::int64_t far = std::max(std::abs(there.x - at.x), std::abs(there.y - at.y));
-                if (far < bestFar || (far == bestFar && best != 0 && there < m_corners[best - 1].at)) {
-                    best = n;
+    const std::size_t firstColumn = m_grid.columnOf(at.x - m_tolerance),
+                      lastColumn = m_grid.columnOf(at.x + m_tolerance);
+    const std::size_t firstRow = m_grid.rowOf(at.y - m_tolerance), lastRow = m_grid.rowOf(at.y + m_tolerance);
+    for (std::size_t row = firstRow; row <= lastRow; ++row) {
+        for (std::size_t column = firstColumn; column <= lastColumn; ++column) {
+            const std::size_t cell = m_grid.cell(column, row);
+            const auto end = m_corners.begin() + m_firstIn[cell + 1];
+            auto corner = std::partition_point(m_corners.begin() + m_firstIn[cell], end,
+                                               [&](GridPoint p) { return p.y < at.y - m_tolerance; });
+            for (; corner != end && corner->y <= at.y + m_tolerance; ++corner) {
+                const std::int64_t far = std::max(std::abs(corner->x - at.x), std::abs(corner->y - at.y));
+                if (far < bestFar || (far == bestFar && far <= m_tolerance && *corner < best)) {
+                    best = *corner;
                     bestFar = far;
                 }
             }
@@ -72,100 +138,57 @@ std::uint32_t CornerTable::nearest(GridPoint at) const
     return best;
 }
 
-std::uint32_t CornerTable::number(GridPoint at, bool isSecond)
-{
-    if (m_corners.size() * 2 >= m_cells.size())
-        grow();
-    if (const std::uint32_t same = find(at))
-        return same;
-    if (isSecond) {
-        if (const std::uint32_t near = nearest(at))
-            return near;
-    }
-    const std::size_t cell = cellOf(at.x, at.y);
-    m_corners.push_back({at, m_cells[cell]});
-    m_cells[cell] = static_cast<std::uint32_t>(m_corners.size());
-    return m_cells[cell];
-}
-
-void CornerTable::grow()
-{
-    m_cells.assign(std::max<std::size_t>(1024, m_cells.size() * 4), 0);
-    for (std::size_t i = 0; i < m_corners.size(); ++i) {
-        const std::size_t cell = cellOf(m_corners[i].at.x, m_corners[i].at.y);
-        m_corners[i].next = m_cells[cell];
-        m_cells[cell] = static_cast<std::uint32_t>(i + 1);
-    }
-}
-
-void Chain::growSums()
-{
-    std::vector<Sum> before(std::max<std::size_t>(1024, m_sums.size() * 4));
-    before.swap(m_sums);
-    m_sumCount = 0;
-    for (const Sum &sum : before) {
-        if (sum.ends != 0 && sum.count != 0)
-            add(static_cast<std::uint32_t>(sum.ends >> 32), static_cast<std::uint32_t>(sum.ends), sum.count);
-    }
-}
-
-void Chain::add(std::uint32_t from, std::uint32_t to, std::int32_t count)
-{
-    if (from == to)
-        return;
-    if (to < from) {
-        std::swap(from, to);
-        count = -count;
-    }
-    if (m_sumCount * 2 >= m_sums.size())
-        growSums();
-    const std::uint64_t ends = static_cast<std::uint64_t>(from) << 32 | to;
-    std::size_t place = static_cast<std::size_t>(mixed(ends)) & (m_sums.size() - 1);
-    while (m_sums[place].ends != 0 && m_sums[place].ends != ends)
-        place = (place + 1) & (m_sums.size() - 1);
-    if (m_sums[place].ends == 0) {
-        m_sums[place].ends = ends;
-        ++m_sumCount;
-    }
-    m_sums[place].count += count;
-}
-
-void Chain::add(const GridRing &ring, bool isSecond)
+void Chain::addFirst(const GridRing &ring)
 {
     if (ring.size() < 2)
         return;
-    std::uint32_t from = m_corners.number(ring.back(), isSecond);
+    m_corners.insert(m_corners.end(), ring.begin(), ring.end());
+    GridPoint from = ring.back();
     for (const GridPoint p : ring) {
-        const std::uint32_t to = m_corners.number(p, isSecond);
-        add(from, to, isSecond ? -1 : 1);
-        from = to;
+        m_first.push_back({from, p, 1});
+        from = p;
+    }
+}
+
+void Chain::addSecond(const GridRing &ring)
+{
+    if (ring.size() < 2)
+        return;
+    GridPoint from = ring.back();
+    for (const GridPoint p : ring) {
+        m_second.push_back({from, p, -1});
+        from = p;
     }
 }
 
 void Chain::addFirst(const DirectedEdge &edge)
 {
-    const std::uint32_t from = m_corners.number(edge.from, false), to = m_corners.number(edge.to, false);
-    add(from, to, edge.count);
-}
-
-void Chain::addSecond(const DirectedEdge &edge)
-{
-    const std::uint32_t from = m_corners.number(edge.from, true), to = m_corners.number(edge.to, true);
-    add(from, to, edge.count);
+    m_corners.insert(m_corners.end(), {edge.from, edge.to});
+    m_first.push_back(edge);
 }
 
 std::vector<DirectedEdge> Chain::take()
 {
-    std::vector<DirectedEdge> left;
-    for (Sum &sum : m_sums) {
-        if (sum.count != 0)
-            left.push_back({m_corners[static_cast<std::uint32_t>(sum.ends >> 32)],
-                            m_corners[static_cast<std::uint32_t>(sum.ends)], sum.count});
-        sum = Sum();
+    std::vector<DirectedEdge> edges;
+    edges.swap(m_first);
+    for (DirectedEdge &edge : edges)
+        edge = inOrder(edge);
+    if (!m_second.empty()) {
+        const CornerIndex index(m_corners, m_tolerance);
+        edges.reserve(edges.size() + m_second.size());
+        // Along a ring an edge begins where the one before it ends.
+        GridPoint before, snapped = index.snapped(before);
+        for (const DirectedEdge &edge : m_second) {
+            const GridPoint from = edge.from == before ? snapped : index.snapped(edge.from);
+            before = edge.to;
+            snapped = index.snapped(edge.to);
+            if (from != snapped)
+                edges.push_back(inOrder({from, snapped, edge.count}));
+        }
+        m_second.clear();
     }
-    m_sumCount = 0;
     m_corners.clear();
-    return left;
+    return sumsOf(edges);
 }
 
 std::vector<GridRing> ringsOf(const std::vector<DirectedEdge> &edges)

@@ -9,39 +9,52 @@
 
 #include "cam/polygon/gridpolygon.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
 namespace cam::verify {
 
-// Numbers for corners.
-class CornerTable
+// Equal cells over an extent, each a power of two wide: a place's cell costs a shift.
+class SquareGrid
 {
 public:
-    // Corners of the second picture are taken for one of the first that is no farther than `tolerance`
-    // nanometres away along both axes.
-    explicit CornerTable(std::int64_t tolerance);
+    SquareGrid() = default;
+    SquareGrid(const GridBox &extent, std::size_t mostCells);
 
-    // From 1 on. All of the first picture's come before any of the second's.
-    std::uint32_t number(GridPoint at, bool isSecond);
-    GridPoint operator[](std::uint32_t number) const { return m_corners[number - 1].at; }
-    void clear();
+    std::size_t cells() const { return m_columns * m_rows; }
+    // What lies outside counts for the nearest one.
+    std::size_t columnOf(std::int64_t x) const { return indexOf(x - m_low.x, m_columns); }
+    std::size_t rowOf(std::int64_t y) const { return indexOf(y - m_low.y, m_rows); }
+    std::size_t cell(std::size_t column, std::size_t row) const { return row * m_columns + column; }
+    std::size_t cellOf(GridPoint p) const { return cell(columnOf(p.x), rowOf(p.y)); }
 
 private:
-    struct Corner
+    std::size_t indexOf(std::int64_t offset, std::size_t count) const
     {
-        GridPoint at;
-        std::uint32_t next = 0; // of the same cell
-    };
-    std::size_t cellOf(std::int64_t x, std::int64_t y) const;
-    std::uint32_t find(GridPoint at) const;
-    std::uint32_t nearest(GridPoint at) const;
-    void grow();
+        return offset < 0 ? 0 : std::min(static_cast<std::size_t>(offset >> m_shift), count - 1);
+    }
 
+    GridPoint m_low;
+    int m_shift = 3;
+    std::size_t m_columns = 1, m_rows = 1;
+};
+
+// The corners that others are taken for: those of the first picture.
+class CornerIndex
+{
+public:
+    CornerIndex(const std::vector<GridPoint> &corners, std::int64_t tolerance);
+
+    // The nearest of the corners that is no farther than the tolerance away along both axes, or `at` itself.
+    // It depends on the place alone, so that rings stay closed.
+    GridPoint snapped(GridPoint at) const;
+
+private:
+    SquareGrid m_grid;
     std::int64_t m_tolerance;
-    int m_shift; // cells are two to this power wide: a corner's neighbours lie in at most four
-    std::vector<Corner> m_corners;
-    std::vector<std::uint32_t> m_cells;
+    std::vector<std::uint32_t> m_firstIn; // by cell, one more than cells: where in m_corners
+    std::vector<GridPoint> m_corners;     // cell by cell, from below
 };
 
 struct DirectedEdge
@@ -53,30 +66,22 @@ struct DirectedEdge
 class Chain
 {
 public:
-    explicit Chain(std::int64_t tolerance) : m_corners(tolerance) {}
+    // Corners of the second picture are taken for one of the first that is no farther than `tolerance`
+    // nanometres away along both axes.
+    explicit Chain(std::int64_t tolerance) : m_tolerance(tolerance) {}
 
-    // All of the first picture's before any of the second's.
-    void addFirst(const GridRing &ring) { add(ring, false); }
-    void addSecond(const GridRing &ring) { add(ring, true); }
+    void addFirst(const GridRing &ring);
+    void addSecond(const GridRing &ring);
     void addFirst(const DirectedEdge &edge);
-    void addSecond(const DirectedEdge &edge);
+    void addSecond(const DirectedEdge &edge) { m_second.push_back(edge); }
 
     // What is left, and the chain empty again.
     std::vector<DirectedEdge> take();
 
 private:
-    struct Sum
-    {
-        std::uint64_t ends = 0; // of corners, the smaller number in the upper half; 0: unused
-        std::int32_t count = 0;
-    };
-    void add(const GridRing &ring, bool isSecond);
-    void add(std::uint32_t from, std::uint32_t to, std::int32_t count);
-    void growSums();
-
-    CornerTable m_corners;
-    std::vector<Sum> m_sums;
-    std::size_t m_sumCount = 0;
+    std::int64_t m_tolerance;
+    std::vector<GridPoint> m_corners; // of the first picture
+    std::vector<DirectedEdge> m_first, m_second;
 };
 
 // Closed rings whose edges are `edges`, as often as these count.

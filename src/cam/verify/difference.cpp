@@ -27,7 +27,7 @@ constexpr double leastRadius = 200.0;
 // Around tiles: what is found at their border is as wide as it is.
 constexpr std::int64_t margin = 1000;
 
-constexpr std::int64_t sameCorner = 4; // see CornerTable
+constexpr std::int64_t sameCorner = 4; // see CornerIndex
 
 constexpr double squareMillimetre = 1e12; // in square nanometres
 
@@ -226,14 +226,6 @@ Comparison Comparer::compare()
             }
         }
         compareRuns(dark[0], dark[1], 0.0, chainShare);
-    }
-    {
-        size_t n = 0, c = 0;
-        for (auto &r : m_left)
-            for (auto &x : r) {
-                ++n;
-                c += x.size();
-            }
     }
     judgeLeft();
     compareExactly();
@@ -529,14 +521,13 @@ void Comparer::compareTile(const Tile &tile)
     const std::vector<GridRing> &first = tile.areas[0];
     std::vector<GridRing> second = tile.areas[1];
     // Corners that mean the same become the same: edges that run along each other would cross many times.
-    CornerTable table(sameCorner);
-    for (const GridRing &ring : first) {
-        for (const GridPoint p : ring)
-            table.number(p, false);
-    }
+    std::vector<GridPoint> corners;
+    for (const GridRing &ring : first)
+        corners.insert(corners.end(), ring.begin(), ring.end());
+    const CornerIndex index(corners, sameCorner);
     for (GridRing &ring : second) {
         for (GridPoint &p : ring)
-            p = table[table.number(p, true)];
+            p = index.snapped(p);
     }
     const std::vector<GridRing> missing = combined(BooleanOperation::Difference, first, second);
     const std::vector<GridRing> extra = combined(BooleanOperation::Difference, second, first);

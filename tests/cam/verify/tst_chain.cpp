@@ -58,7 +58,7 @@ double areaOf(const std::vector<DirectedEdge> &edges)
 
 } // namespace
 
-class TestChain : public QObject
+class tst_Chain : public QObject
 {
     Q_OBJECT
 
@@ -71,7 +71,7 @@ private slots:
     void cornersAreTakenForTheNearest();
 };
 
-void TestChain::nothingIsLeftOfTheSame()
+void tst_Chain::nothingIsLeftOfTheSame()
 {
     const std::vector<GridRing> rings = squares(5000);
     QVERIFY(leftOf(rings, rings).empty());
@@ -88,7 +88,7 @@ void TestChain::nothingIsLeftOfTheSame()
     QVERIFY(chain.take().empty());
 }
 
-void TestChain::whatDiffersIsLeft()
+void tst_Chain::whatDiffersIsLeft()
 {
     const std::vector<GridRing> rings = squares(5000);
     std::vector<GridRing> other = shaken(rings, 2);
@@ -104,7 +104,7 @@ void TestChain::whatDiffersIsLeft()
 }
 
 // One square against its pieces, whose corners on the cuts are no corners of it.
-void TestChain::cutsVanish()
+void tst_Chain::cutsVanish()
 {
     const GridRing whole = {{0, 0}, {4000, 0}, {8000, 0}, {8000, 8000}, {4000, 8000}, {0, 8000}};
     const std::vector<GridRing> pieces = {{{0, 0}, {4000, 0}, {4000, 8000}, {0, 8000}},
@@ -114,7 +114,7 @@ void TestChain::cutsVanish()
 }
 
 // Corners that are taken for others are so for all edges that they have.
-void TestChain::ringsStayClosed()
+void tst_Chain::ringsStayClosed()
 {
     for (unsigned seed = 0; seed < 20; ++seed) {
         std::mt19937 random(seed);
@@ -141,7 +141,7 @@ void TestChain::ringsStayClosed()
     }
 }
 
-void TestChain::edgesCountAsOftenAsTheyRun()
+void tst_Chain::edgesCountAsOftenAsTheyRun()
 {
     const GridRing square = squares(1)[0];
     GridRing reversed(square.rbegin(), square.rend());
@@ -153,7 +153,7 @@ void TestChain::edgesCountAsOftenAsTheyRun()
     QCOMPARE(ringsOf(twice).size(), std::size_t(2));
 }
 
-void TestChain::cornersAreTakenForTheNearest()
+void tst_Chain::cornersAreTakenForTheNearest()
 {
     std::mt19937 random(3);
     std::uniform_int_distribution<std::int64_t> place(-400, 400);
@@ -178,5 +178,5 @@ void TestChain::cornersAreTakenForTheNearest()
     QCOMPARE(CornerIndex({}, tolerance).snapped({-5, 7}), (GridPoint{-5, 7}));
 }
 
-QTEST_APPLESS_MAIN(TestChain)
+QTEST_APPLESS_MAIN(tst_Chain)
 #include "tst_chain.moc"

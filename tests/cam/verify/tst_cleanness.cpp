@@ -46,7 +46,7 @@ bool isCleanBySweep(const Rings &rings)
 
 } // namespace
 
-class TestCleanness : public QObject
+class tst_Cleanness : public QObject
 {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ private slots:
     void holdsForLinkedHoles();
 };
 
-void TestCleanness::isToldApart_data()
+void tst_Cleanness::isToldApart_data()
 {
     QTest::addColumn<Rings>("rings");
     QTest::addColumn<bool>("isClean");
@@ -128,7 +128,7 @@ void TestCleanness::isToldApart_data()
         << false;
 }
 
-void TestCleanness::isToldApart()
+void tst_Cleanness::isToldApart()
 {
     QFETCH(const Rings, rings);
     QFETCH(const bool, isClean);
@@ -144,7 +144,7 @@ void TestCleanness::isToldApart()
 }
 
 // Islands and holes of many corners at random places: some clean, some not.
-void TestCleanness::agreesWithTheSweep()
+void tst_Cleanness::agreesWithTheSweep()
 {
     int clean = 0;
     for (unsigned seed = 0; seed < 300; ++seed) {
@@ -167,7 +167,7 @@ void TestCleanness::agreesWithTheSweep()
 }
 
 // As surfaces stand in files: one ring around everything, along slits, which may be cut in turn.
-void TestCleanness::holdsForLinkedHoles()
+void tst_Cleanness::holdsForLinkedHoles()
 {
     std::mt19937 random(1);
     std::vector<GridRing> holes;
@@ -185,5 +185,5 @@ void TestCleanness::holdsForLinkedHoles()
     QVERIFY(!cam::verify::isClean({part, rectangle(45000, 5000, 6000, 6000)}));
 }
 
-QTEST_APPLESS_MAIN(TestCleanness)
+QTEST_APPLESS_MAIN(tst_Cleanness)
 #include "tst_cleanness.moc"

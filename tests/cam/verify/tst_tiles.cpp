@@ -65,7 +65,7 @@ double areaByTiles(Picture &picture, std::vector<GridBox> where)
 
 } // namespace
 
-class TestTiles : public QObject
+class tst_Tiles : public QObject
 {
     Q_OBJECT
 
@@ -75,7 +75,7 @@ private slots:
     void drawPaintsFewTimes();
 };
 
-void TestTiles::coverThePicture()
+void tst_Tiles::coverThePicture()
 {
     Discs picture;
     std::mt19937 random(1);
@@ -89,7 +89,7 @@ void TestTiles::coverThePicture()
              qPrintable(QString::number(byTiles / whole, 'g', 12)));
 }
 
-void TestTiles::coverWhatIsAskedFor()
+void tst_Tiles::coverWhatIsAskedFor()
 {
     Discs picture;
     for (int i = 0; i < 100; ++i)
@@ -101,7 +101,7 @@ void TestTiles::coverWhatIsAskedFor()
 }
 
 // Strokes of a filled drawing lie over each other by the thousand: tiles cannot part them.
-void TestTiles::drawPaintsFewTimes()
+void tst_Tiles::drawPaintsFewTimes()
 {
     Discs picture;
     std::mt19937 random(2);
@@ -113,5 +113,5 @@ void TestTiles::drawPaintsFewTimes()
     QVERIFY2(picture.drawn <= 4 * count, qPrintable(QString("%1 drawn").arg(picture.drawn)));
 }
 
-QTEST_APPLESS_MAIN(TestTiles)
+QTEST_APPLESS_MAIN(tst_Tiles)
 #include "tst_tiles.moc"

@@ -15,39 +15,6 @@ namespace {
 
 enum Column { Check = 0, Layer = 1, Rotate = 2, Mirror = 3, XScale = 4, YScale = 5, Negate = 6, Time = 7 };
 
-template <class Widget>
-Widget *withText(const QWidget *window, const QString &text)
-{
-    for (Widget *widget : window->findChildren<Widget *>()) {
-        if (widget->text().compare(text, Qt::CaseInsensitive) == 0)
-            return widget;
-    }
-    return nullptr;
-}
-
-QRect placeIn(const QWidget *window, const QWidget *widget)
-{
-    return QRect(widget->mapTo(window, QPoint(0, 0)), widget->size());
-}
-
-// The first line edit to the right of `label` in its row.
-QLineEdit *editBeside(const QWidget *window, const QWidget *label)
-{
-    if (!label)
-        return nullptr;
-    const QRect from = placeIn(window, label);
-    QLineEdit *nearest = nullptr;
-    for (QLineEdit *edit : window->findChildren<QLineEdit *>()) {
-        const QRect place = placeIn(window, edit);
-        const bool sameRow = place.top() <= from.center().y() && from.center().y() <= place.bottom();
-        if (!edit->isVisible() || !sameRow || place.left() < from.right())
-            continue;
-        if (!nearest || place.left() < placeIn(window, nearest).left())
-            nearest = edit;
-    }
-    return nearest;
-}
-
 void pressKey(QWidget *widget, Qt::Key key)
 {
     QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
@@ -71,11 +38,12 @@ ExportDialog::ExportDialog(QWidget *window) : m_window(window)
 {
     if (!window)
         return;
-    m_pathButton = withText<QPushButton>(window, "Path");
-    m_ok = withText<QPushButton>(window, "OK");
-    m_cancel = withText<QPushButton>(window, "cancel");
-    m_path = editBeside(window, m_pathButton);
-    m_secondFolder = editBeside(window, withText<QLabel>(window, "Second Dir:"));
+    // By name: the words on them are in the user's language.
+    m_pathButton = window->findChild<QPushButton *>("PathButton");
+    m_ok = window->findChild<QPushButton *>("OKButton");
+    m_cancel = window->findChild<QPushButton *>("CancelButton");
+    m_path = window->findChild<QLineEdit *>("PathLineEdit");
+    m_secondFolder = window->findChild<QLineEdit *>("SecondDirLineEdit");
     for (QComboBox *box : window->findChildren<QComboBox *>()) {
         if (box->findText(export_format::gds) >= 0)
             m_format = box;
@@ -94,8 +62,8 @@ QString ExportDialog::problem() const
     };
     expect(m_ok, "the button \"OK\"");
     expect(m_cancel, "the button \"cancel\"");
-    expect(m_path, "the field beside \"Path\"");
-    expect(m_secondFolder, "the field beside \"Second Dir:\"");
+    expect(m_path, "the field of the path");
+    expect(m_secondFolder, "the field of the second folder");
     expect(m_format, "the format box with \".gds\"");
     expect(m_table, "the layer table");
     return missing.isEmpty() ? QString() : "the Export dialog lacks " + missing.join(", ");
@@ -117,6 +85,13 @@ void ExportDialog::enterPath(const QString &path)
 QString ExportDialog::secondFolder() const
 {
     return m_secondFolder->text();
+}
+
+void ExportDialog::enterSecondFolder(const QString &name)
+{
+    m_secondFolder->setFocus();
+    m_secondFolder->selectAll();
+    m_secondFolder->insert(name);
 }
 
 bool ExportDialog::chooseFormat(const QString &format)
@@ -167,13 +142,35 @@ LayerChange ExportDialog::change(int row) const
         const double value = text(column).toDouble();
         return value != 0.0 ? value : 1.0;
     };
+    const auto isYes = [this, row](int column) {
+        const auto *box = qobject_cast<const QComboBox *>(m_table->cellWidget(row, column));
+        return box && box->currentIndex() == 1; // of No and Yes, in the user's language
+    };
     LayerChange change;
     change.angle = text(Rotate).toDouble();
-    change.mirror = text(Mirror) == "Yes";
+    change.mirror = isYes(Mirror);
     change.xScale = scale(XScale);
     change.yScale = scale(YScale);
-    change.negate = text(Negate) == "Yes";
+    change.negate = isYes(Negate);
     return change;
+}
+
+bool ExportDialog::setRow(int row, const LayerChange &change)
+{
+    m_table->item(row, Check)->setData(Qt::EditRole, true);
+    const auto choose = [this, row](int column, int index) {
+        if (auto *box = qobject_cast<QComboBox *>(m_table->cellWidget(row, column)))
+            box->setCurrentIndex(index);
+    };
+    const auto *rotate = qobject_cast<const QComboBox *>(m_table->cellWidget(row, Rotate));
+    choose(Rotate, rotate ? rotate->findText(QString::number(change.angle)) : 0);
+    choose(Mirror, change.mirror ? 1 : 0); // of No and Yes
+    choose(Negate, change.negate ? 1 : 0);
+    m_table->item(row, XScale)->setText(QString::number(change.xScale, 'g', 10));
+    m_table->item(row, YScale)->setText(QString::number(change.yScale, 'g', 10));
+    const LayerChange chosen = this->change(row);
+    return chosen.angle == change.angle && chosen.mirror == change.mirror && chosen.xScale == change.xScale &&
+           chosen.yScale == change.yScale && chosen.negate == change.negate;
 }
 
 QString ExportDialog::time(int row) const

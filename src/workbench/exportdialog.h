@@ -1,5 +1,5 @@
-// A plug-in's Export dialog as a person sees it: its fields are found by the words beside them and worked
-// through the widgets.
+// A plug-in's Export dialog as a person sees it: its fields are found by their names and worked through
+// the widgets.
 #pragma once
 
 #include <QPointer>
@@ -35,6 +35,7 @@ public:
     QString path() const;
     void enterPath(const QString &path);
     QString secondFolder() const;
+    void enterSecondFolder(const QString &name);
     bool chooseFormat(const QString &format);
 
     // Opens the table's context menu; the menu runs until somebody chooses from it.
@@ -44,6 +45,8 @@ public:
     QString layer(int row) const;
     // What the row's fields ask of the layer; a field that makes no sense asks for nothing.
     LayerChange change(int row) const;
+    // Checks the row and chooses `change` in its fields. Returns whether they all have it then.
+    bool setRow(int row, const LayerChange &change);
     // The Time cell's text, such as "12s"; empty when there is none.
     QString time(int row) const;
 

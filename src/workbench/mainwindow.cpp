@@ -5,6 +5,8 @@
 #include "run/orvexapi.h"
 #include "workbench/archivedrop.h"
 #include "workbench/exportdialog.h"
+#include "workbench/exportrepeat.h"
+#include "workbench/historypane.h"
 #include "workbench/hostsettings.h"
 #include "workbench/importfolder.h"
 #include "workbench/jobcommands.h"
@@ -96,6 +98,7 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent)
     connect(&m_messages, &HostMessages::exportReported, this, &MainWindow::takeExportReport);
     connect(&m_messages, &HostMessages::contextRequested, &m_exports, &ExportWatch::watchDialog);
     connect(&m_exports, &ExportWatch::looked, this, [this] {
+        fillRepeatedExport();
         if (m_asExported->isChecked() && m_layers->currentLayer() &&
             changeText(chosenOptions()) != m_shownChange)
             showChosenLayer();
@@ -136,6 +139,9 @@ void MainWindow::buildPanels()
     addDockWidget(Qt::BottomDockWidgetArea, log);
     m_resultsDock = dock(tr("Export results"), "ResultsDock", m_results);
     tabifyDockWidget(log, m_resultsDock);
+    m_history = new HistoryPane;
+    tabifyDockWidget(log, dock(tr("History"), "HistoryDock", m_history));
+    connect(m_history, &HistoryPane::repeatAsked, this, &MainWindow::repeatExport);
     log->raise();
     connect(m_messageBar, &MessageBar::detailsAsked, this, [this] {
         m_resultsDock->show();
@@ -281,6 +287,7 @@ void MainWindow::addPlugins()
     m_resize = hostsettings::resizeInNanometres(settings.resize, settings.resizeUnit);
     m_resizeStatus->setText(hostsettings::resizeText(settings.resize, settings.resizeUnit));
     m_resizeStatus->setVisible(settings.resize != 0.0);
+    m_history->setRecord(settings.exportDatabase);
     if (m_importAction)
         m_importAction->setShortcut(Qt::CTRL + Qt::Key_I);
     if (m_exportAction)
@@ -463,6 +470,7 @@ void MainWindow::showExportResults()
     m_results->showResults(results);
     m_resultsDock->show();
     m_resultsDock->raise();
+    m_history->refresh();
     const QString summary = results.summary();
     for (const LayerResult &result : results.layers) {
         if (result.state == LayerResult::State::Cancelled)
@@ -470,6 +478,40 @@ void MainWindow::showExportResults()
     }
     m_messageBar->show(results.isComplete() ? MessageBar::Kind::Good : MessageBar::Kind::Failure, summary,
                        results.folder(), true);
+}
+
+void MainWindow::repeatExport(const PastExport &past)
+{
+    QString job;
+    for (const QString &name : jobNames()) {
+        if (name.compare(past.job, Qt::CaseInsensitive) == 0)
+            job = name;
+    }
+    if (job.isEmpty() || !m_exportAction) {
+        tellFailure(tr("There is no job %1 any more.").arg(past.job));
+        return;
+    }
+    if (job != m_openJob)
+        openJob(job);
+    if (!chooseStep(past.step)) {
+        tellFailure(tr("The job %1 has no step %2 any more.").arg(job, past.step));
+        return;
+    }
+    m_repeated = past;
+    pressButton(m_exportAction);
+}
+
+// The dialog opens when the plug-in has been given the job, later than the button is pressed.
+void MainWindow::fillRepeatedExport()
+{
+    ExportDialog dialog = ExportDialog::find();
+    if (m_repeated.layers.isEmpty() || !dialog.window() || !dialog.problem().isEmpty())
+        return;
+    const PastExport past = m_repeated;
+    m_repeated = PastExport();
+    const QStringList notes = ExportRepeat::fill(dialog, past, m_resize);
+    if (!notes.isEmpty())
+        tell(notes.join(' '));
 }
 
 void MainWindow::updateContext()

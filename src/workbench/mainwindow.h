@@ -1,6 +1,7 @@
 // The workbench: the plug-ins' toolbar, the jobs, the layers of the open job, and the log.
 #pragma once
 
+#include "workbench/exporthistory.h"
 #include "workbench/exportwatch.h"
 #include "workbench/hostmessages.h"
 
@@ -9,6 +10,7 @@
 #include <memory>
 
 class GraphicView;
+class HistoryPane;
 class ImportFolder;
 class JobListPanel;
 class LayerPanel;
@@ -87,6 +89,8 @@ private:
     void readOpenJobAgain();
     void renameJob(const QString &name);
     void removeJob(const QString &name);
+    void repeatExport(const PastExport &past);
+    void fillRepeatedExport();
     void updateContext();
     void showChosenLayer();
     // How an export would change the chosen layer: by the settings, and by the open Export dialog.
@@ -107,6 +111,8 @@ private:
     GraphicView *m_view = nullptr;
     LogPane *m_logPane = nullptr;
     ResultsPane *m_results = nullptr;
+    HistoryPane *m_history = nullptr;
+    PastExport m_repeated; // waits for its Export dialog to open; without layers nothing does
     QDockWidget *m_resultsDock = nullptr;
     MessageBar *m_messageBar = nullptr;
     QToolBar *m_toolBar = nullptr;

@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDirIterator>
+#include <QDockWidget>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
@@ -352,6 +353,65 @@ private slots:
                  qPrintable(messageBar()->text()));
         QVERIFY(messageBar()->isFailure());
         QCOMPARE(redRows(), cancelled);
+    }
+
+    void recordedExportIsLoadedIntoANewDialog()
+    {
+        HostSettings values;
+        values.jobFolder = folder.filePath("job");
+        values.exportDatabase = folder.filePath("exports.sqlite");
+        QVERIFY(hostsettings::write(values));
+        cleanup();
+        init();
+        QDockWidget *dock = window->findChild<QDockWidget *>("HistoryDock");
+        dock->raise();
+        auto *list = window->findChild<QTreeWidget *>("ExportHistory");
+        QTRY_VERIFY(list->isVisible());
+        QCOMPARE(list->topLevelItemCount(), 0);
+        {
+            ExportDialog dialog = openDialog(".gerber");
+            auto *table = dialog.window()->findChild<QTableWidget *>();
+            for (int row = 0; row < dialog.rowCount(); ++row) {
+                const QModelIndex check = table->model()->index(row, 0);
+                if (dialog.layer(row) != "TOP") {
+                    QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier,
+                                      table->visualRect(check).center());
+                    continue;
+                }
+                qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText("270");
+                qobject_cast<QComboBox *>(table->cellWidget(row, 3))->setCurrentText("Yes");
+                table->item(row, 4)->setText("1.5");
+            }
+            QVERIFY(dialog.pressOk());
+            QTRY_VERIFY(!window->exports().isRunning());
+            closeExportDialogs();
+        }
+        dock->raise();
+        QTRY_COMPARE(list->topLevelItemCount(), 1);
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Down);
+        window->findChild<QAction *>("RepeatExport")->trigger();
+        QTRY_COMPARE(exportDialogs().size(), 1);
+        ExportDialog dialog = ExportDialog::find();
+        const auto top = [&dialog] {
+            int row = 0;
+            while (dialog.layer(row) != "TOP")
+                ++row;
+            return row;
+        };
+        QTRY_VERIFY(dialog.isChecked(top()));
+        const LayerChange change = dialog.change(top());
+        QCOMPARE(change.angle, 270.0);
+        QVERIFY(change.mirror && !change.negate);
+        QCOMPARE(change.xScale, 1.5);
+        QCOMPARE(change.yScale, 1.0);
+        int checked = 0;
+        for (int row = 0; row < dialog.rowCount(); ++row)
+            checked += dialog.isChecked(row) ? 1 : 0;
+        QCOMPARE(checked, 1);
+        QCOMPARE(dialog.path().replace('\\', '/'), folder.filePath("out"));
+        QCOMPARE(dialog.secondFolder(), QString("OX"));
+        QVERIFY(QFile::remove("oxconfig.ini") && QFile::remove("exports.sqlite"));
     }
 
     // The layer TOP is the one that is shown when the job has been opened.

@@ -33,11 +33,10 @@ using Statement = std::unique_ptr<sqlite3_stmt, FinishStatement>;
     throw Error(path + ": " + (database ? sqlite3_errmsg(database) : "no memory for the database"));
 }
 
-Database open(const std::string &path)
+Database open(const std::string &path, int mode)
 {
     sqlite3 *opened = nullptr;
-    const int result =
-        sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    const int result = sqlite3_open_v2(path.c_str(), &opened, mode, nullptr);
     Database database(opened);
     if (result != SQLITE_OK)
         fail(path, database.get());
@@ -86,6 +85,44 @@ private:
     int m_place = 0;
 };
 
+// Takes the columns of a row, one after the other.
+class Columns
+{
+public:
+    explicit Columns(sqlite3_stmt *statement) : m_statement(statement) {}
+    Columns &operator>>(std::string &text)
+    {
+        const auto *bytes = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, m_place));
+        const int size = sqlite3_column_bytes(m_statement, m_place++);
+        text = bytes ? std::string(bytes, static_cast<size_t>(size)) : std::string();
+        return *this;
+    }
+    Columns &operator>>(double &number)
+    {
+        number = sqlite3_column_double(m_statement, m_place++);
+        return *this;
+    }
+    Columns &operator>>(bool &flag)
+    {
+        flag = sqlite3_column_int(m_statement, m_place++) != 0;
+        return *this;
+    }
+
+private:
+    sqlite3_stmt *m_statement;
+    int m_place = 0;
+};
+
+bool hasTable(const std::string &path, sqlite3 *database)
+{
+    const Statement find =
+        prepare(path, database, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'exports'");
+    const int result = sqlite3_step(find.get());
+    if (result != SQLITE_ROW && result != SQLITE_DONE)
+        fail(path, database);
+    return result == SQLITE_ROW;
+}
+
 } // namespace
 
 void saveExport(const std::string &path, const ExportRecord &record)
@@ -95,7 +132,7 @@ void saveExport(const std::string &path, const ExportRecord &record)
     if (local.has_parent_path())
         fs::create_directories(local.parent_path(), ignored);
     const std::string file = local.u8string();
-    const Database database = open(file);
+    const Database database = open(file, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     const Statement create = prepare(
         file, database.get(),
         "CREATE TABLE IF NOT EXISTS exports (id INTEGER PRIMARY KEY, time TEXT DEFAULT CURRENT_TIMESTAMP, "
@@ -113,6 +150,38 @@ void saveExport(const std::string &path, const ExportRecord &record)
                          << record.isRotate << record.isScale << record.isProfileTop << record.angle
                          << record.axis << record.xScale << record.yScale;
     run(file, database.get(), insert.get());
+}
+
+std::vector<SavedExport> readExports(const std::string &path, int most)
+{
+    const fs::path local = resolveIgnoringCase(path);
+    std::error_code ignored; // what cannot be looked at is not there
+    if (!fs::exists(local, ignored))
+        return {};
+    const std::string file = local.u8string();
+    const Database database = open(file, SQLITE_OPEN_READONLY);
+    if (!hasTable(file, database.get()))
+        return {};
+    const Statement select =
+        prepare(file, database.get(),
+                "SELECT time, job, step, layer, format, file, dbu, resize, negative, mirror, "
+                "rotate, scale, profile, angle, axis, x_scale, y_scale FROM exports ORDER BY id "
+                "DESC LIMIT ?");
+    sqlite3_bind_int(select.get(), 1, most);
+    std::vector<SavedExport> rows;
+    int result = sqlite3_step(select.get());
+    for (; result == SQLITE_ROW; result = sqlite3_step(select.get())) {
+        SavedExport row;
+        ExportRecord &record = row.record;
+        Columns(select.get()) >> row.time >> record.job >> record.step >> record.layer >> record.format >>
+            record.file >> record.dbu >> record.resize >> record.isNegative >> record.isMirror >>
+            record.isRotate >> record.isScale >> record.isProfileTop >> record.angle >> record.axis >>
+            record.xScale >> record.yScale;
+        rows.push_back(std::move(row));
+    }
+    if (result != SQLITE_DONE)
+        fail(file, database.get());
+    return rows;
 }
 
 } // namespace cam

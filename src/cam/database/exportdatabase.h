@@ -24,4 +24,14 @@ struct ExportRecord
 // the database's own message when that fails.
 void saveExport(const std::string &path, const ExportRecord &record);
 
+struct SavedExport
+{
+    std::string time; // "YYYY-MM-DD hh:mm:ss", UTC
+    ExportRecord record;
+};
+
+// The newest `most` rows of the database file `path`, the newest first; none when there is no such file or no
+// table in it yet. Throws Error with the database's own message when the file cannot be read.
+std::vector<SavedExport> readExports(const std::string &path, int most);
+
 } // namespace cam

@@ -6,15 +6,15 @@ set -euo pipefail
 
 declare -A packages=(
     [build]="g++ ccache cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev
-            libutfcpp-dev"
+            libutfcpp-dev qttools5-dev-tools qttranslations5-l10n"
     [run]="p7zip-full fonts-dejavu-core fonts-wqy-microhei qtbase5-dev"
     [test]="p7zip-full fonts-dejavu-core dpkg-dev file"
-    [check]="clang-format python3"
+    [check]="clang-format python3 qttools5-dev-tools"
     [crosscheck]="gerbv klayout"
     [bench]="gerbv klayout libarchive-tools"
     [fuzz]="clang libclang-rt-dev"
     [windows]="libutfcpp-dev g++ make cmake ninja-build perl tcl xz-utils g++-mingw-w64-x86-64-posix libz-mingw-w64-dev
-               wine wine64 xvfb xauth unzip fonts-dejavu-core"
+               qttools5-dev-tools qttranslations5-l10n wine wine64 xvfb xauth unzip fonts-dejavu-core"
 )
 
 wanted=()

@@ -43,19 +43,18 @@ QString ExportResults::folder() const
 QString ExportResults::summary() const
 {
     using State = LayerResult::State;
-    const auto text = [](const char *source) { return QCoreApplication::translate("ExportResults", source); };
     if (layers.isEmpty())
-        return text("Nothing was exported: no layer was chosen.");
+        return tr("Nothing was exported: no layer was chosen.");
     const int written = count(State::Written) + count(State::Empty);
-    QStringList parts{text("%1 of %2 layers of %3 were written").arg(written).arg(layers.size()).arg(job)};
+    QStringList parts{tr("%1 of %2 layers of %3 were written").arg(written).arg(layers.size()).arg(job)};
     const auto add = [&parts](int number, const QString &what) {
         if (number > 0)
             parts << what.arg(number);
     };
-    add(count(State::Empty), text("%1 of them empty"));
-    add(count(State::Failed), text("%1 failed"));
-    add(count(State::Cancelled), text("%1 cancelled"));
-    add(count(State::Missing), text("%1 not exported, the log says why"));
+    add(count(State::Empty), tr("%1 of them empty"));
+    add(count(State::Failed), tr("%1 failed"));
+    add(count(State::Cancelled), tr("%1 cancelled"));
+    add(count(State::Missing), tr("%1 not exported, the log says why"));
     return parts.join(", ") + ".";
 }
 

@@ -4,6 +4,7 @@
 
 #include "cam/exportobserver.h"
 
+#include <QCoreApplication>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -27,6 +28,9 @@ struct LayerResult
 
 struct ExportResults
 {
+    Q_DECLARE_TR_FUNCTIONS(ExportResults)
+
+public:
     QString job;
     QVector<LayerResult> layers; // in the dialog's order
 

@@ -6,6 +6,7 @@
 #include "workbench/batch/batchrun.h"
 #include "workbench/commandline.h"
 #include "workbench/hostsettings.h"
+#include "workbench/languages.h"
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
 #include "workbench/windowmemory.h"
@@ -112,10 +113,16 @@ int runProgram(QApplication &application, const CommandLine &options)
     std::unique_ptr<WindowMemory> memory(new WindowMemory); // a batch remembers nothing
     if (!options.batch)
         memory.reset(new WindowMemory(QDir(folders.settings).filePath("workbench.ini")));
+    std::unique_ptr<Languages> languages; // a batch speaks English
+    if (!options.batch) {
+        languages.reset(new Languages);
+        languages->choose(memory->language());
+    }
     auto window = std::make_unique<MainWindow>(log);
     if (!options.batch) {
         window->keepToScreen();
         window->remember(*memory);
+        window->offerLanguages(*languages);
     }
     window->show();
     PluginHost::instance().loadFolder(pluginFolder());

@@ -12,6 +12,7 @@
 #include "workbench/jobcommands.h"
 #include "workbench/joblistpanel.h"
 #include "workbench/jobstore.h"
+#include "workbench/languagemenu.h"
 #include "workbench/layerpanel.h"
 #include "workbench/logpane.h"
 #include "workbench/messagebar.h"
@@ -69,7 +70,8 @@ QString changeText(const cam::ExportOptions &options)
     const QLocale locale;
     QStringList parts;
     if (options.resize != 0.0)
-        parts << MainWindow::tr(options.resize > 0.0 ? "grown by %1 \u00b5m" : "shrunk by %1 \u00b5m")
+        parts << (options.resize > 0.0 ? MainWindow::tr("grown by %1 \u00b5m")
+                                       : MainWindow::tr("shrunk by %1 \u00b5m"))
                      .arg(locale.toString(std::fabs(options.resize) / 1000.0, 'g', 10));
     if (options.negative)
         parts << MainWindow::tr("negated");
@@ -202,6 +204,7 @@ void MainWindow::buildMenus()
     quit->setShortcut(QKeySequence::Quit);
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
+    view->setObjectName("ViewMenu");
     QAction *fit = view->addAction(tr("&Fit layer"), m_view, &GraphicView::fit);
     fit->setShortcut(Qt::Key_F);
     m_asExported = view->addAction(tr("As &exported"), this, &MainWindow::showChosenLayer);
@@ -241,6 +244,24 @@ void MainWindow::remember(WindowMemory &memory)
     m_memory->restoreWindow(*this);
     m_jobs->restoreState(m_memory->state("jobs"));
     m_importFolder = new ImportFolder(*this, memory);
+}
+
+void MainWindow::offerLanguages(Languages &languages)
+{
+    auto *menu = new LanguageMenu(languages, *m_memory, this);
+    for (QAction *action : menuBar()->actions()) {
+        if (action->menu() && action->menu()->objectName() == "ViewMenu")
+            action->menu()->addMenu(menu);
+    }
+}
+
+void MainWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        updateContext();
+        showResize();
+    }
+    QMainWindow::changeEvent(event);
 }
 
 void MainWindow::openLastJob()
@@ -285,8 +306,7 @@ void MainWindow::addPlugins()
     // Plug-ins have read the settings now, and keep what they read.
     const HostSettings settings = hostsettings::read();
     m_resize = hostsettings::resizeInNanometres(settings.resize, settings.resizeUnit);
-    m_resizeStatus->setText(hostsettings::resizeText(settings.resize, settings.resizeUnit));
-    m_resizeStatus->setVisible(settings.resize != 0.0);
+    showResize();
     m_history->setRecord(settings.exportDatabase);
     if (m_importAction)
         m_importAction->setShortcut(Qt::CTRL + Qt::Key_I);
@@ -301,6 +321,12 @@ void MainWindow::addPlugins()
                                  ? tr("No plug-in is loaded; the log says why.")
                                  : tr("Ready"),
                              messageTime);
+}
+
+void MainWindow::showResize()
+{
+    m_resizeStatus->setText(hostsettings::resizeText(m_resize, QString()));
+    m_resizeStatus->setVisible(m_resize != 0.0);
 }
 
 void MainWindow::pressButton(QAction *action)

@@ -13,6 +13,7 @@ class GraphicView;
 class HistoryPane;
 class ImportFolder;
 class JobListPanel;
+class Languages;
 class LayerPanel;
 class LogCollector;
 class LogPane;
@@ -41,6 +42,8 @@ public:
 
     // Restores what `memory`, which outlives this window, has kept, and has it keep what comes.
     void remember(WindowMemory &memory);
+    // Has the user choose among `languages`, which outlive this window. After remember().
+    void offerLanguages(Languages &languages);
     // The job that was open when the window was closed, where there still is one.
     void openLastJob();
     // Says it above the view; what has failed stays until it is dismissed.
@@ -77,6 +80,7 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     void buildPanels();
@@ -98,6 +102,7 @@ private:
     void editSettings();
     // Has plug-ins read the settings, which they do once in their lives.
     void restartPlugins();
+    void showResize();
     void showAbout();
 
     LogCollector &m_log;

@@ -1,6 +1,5 @@
 #include "workbench/recentjobs.h"
 
-#include <QEvent>
 #include <QFileInfo>
 
 RecentJobs::RecentJobs(QWidget *parent) : QMenu(tr("Recent &jobs"), parent)
@@ -22,11 +21,4 @@ void RecentJobs::fill(const QStringList &folders, const QString &root, const QSt
     }
     if (isEmpty())
         addAction(tr("No job has been opened yet"))->setEnabled(false);
-}
-
-void RecentJobs::changeEvent(QEvent *event)
-{
-    if (event->type() == QEvent::LanguageChange)
-        setTitle(tr("Recent &jobs"));
-    QMenu::changeEvent(event);
 }

@@ -16,7 +16,4 @@ public:
 
 signals:
     void jobChosen(const QString &name);
-
-protected:
-    void changeEvent(QEvent *event) override;
 };

@@ -3,7 +3,7 @@
 # compares them; pictures that gerbv and KLayout make of them are compared with the source.
 #
 #   scripts/crosscheck.sh [--full] [--job NAME] [--transform NAME] [--layer NAME] [TEST ARGUMENT...]
-#       --full        pictures of all of the boards (hours), not of one window a layer and transform
+#       --full        pictures of all of the boards (minutes a job and transform), not of one window a layer and transform
 #       --job         only this sample or archive, without its ending
 #       --transform   only this: "as it is", "rotated by 90", "mirrored", "scaled by 1.25 and 2", "negated",
 #                     "mirrored, rotated by 30, negated"

@@ -45,5 +45,6 @@ for line in open(pictures):
         view = show(file, -pixel / 2)
         shown = file
     box = pya.DBox(left, bottom, left + int(width) * pixel, bottom + int(height) * pixel)
-    view.save_image_with_options(png, int(width), int(height), 0, 1, 1.0, box, False)
+    # One bit a pixel: most of the time of a picture in colors goes into packing it.
+    view.save_image_with_options(png, int(width), int(height), 0, 1, 1.0, box, True)
 application.exit(0)

@@ -16,14 +16,14 @@ namespace {
 constexpr double inch = 25.4e6; // nanometres
 // The programs draw so many pixels for one, in both directions: gerbv moves the ends of strokes, and rounds
 // their widths, to whole pixels of its own; KLayout darkens half of one around every shape.
-constexpr int finer = 4;
+constexpr int finer = 2;
 constexpr double drawnPixel = pixel / finer;
 constexpr int timeout = 2 * 60 * 60 * 1000; // milliseconds; KLayout draws all pictures of a board at once
 
-Complaints run(const QString &program, const QStringList &arguments)
+Complaints run(const QString &program, const QStringList &arguments,
+               QProcessEnvironment environment = QProcessEnvironment::systemEnvironment())
 {
     QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::MergedChannels);
@@ -51,6 +51,16 @@ Window drawnWindow(const Picture &picture)
     return window;
 }
 
+// With gerbvpicture.cpp in it.
+QProcessEnvironment gerbvEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LD_PRELOAD", GERBV_PICTURE);
+    environment.insert("GLIBC_TUNABLES", "glibc.malloc.hugetlb=1"); // a picture takes 150 MB
+    environment.insert("GERBV_PICTURE_FINER", QString::number(finer));
+    return environment;
+}
+
 // Inches to a fortieth of a pixel: gerbv takes 20 characters for both coordinates of an origin.
 QString inches(double nanometres)
 {
@@ -68,9 +78,11 @@ Complaints drawGerber(const std::vector<Picture> &pictures)
         const double hair = drawnPixel / 10.0;
         const QString origin = inches(window.left) + 'x' + inches(window.bottom);
         const QString size = inches(window.width * pixel + hair) + 'x' + inches(window.height * pixel + hair);
-        const QString said = run("gerbv", {"-a", "-x", "png", "-D", QString::number(inch / drawnPixel), "-B",
-                                           "0", "-b", "#ffffff", "-f", "#000000ff", "-O", origin, "-W", size,
-                                           "-o", picture.png, picture.file});
+        const QString said =
+            run("gerbv",
+                {"-a", "-x", "png", "-D", QString::number(inch / drawnPixel), "-B", "0", "-b", "#ffffff",
+                 "-f", "#000000ff", "-O", origin, "-W", size, "-o", picture.image, picture.file},
+                gerbvEnvironment());
         if (!said.isEmpty())
             complaints += picture.file + ": " + said + '\n';
     }
@@ -85,7 +97,7 @@ Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile
     for (const Picture &picture : pictures) {
         const Window window = drawnWindow(picture);
         const QStringList fields = {picture.file,
-                                    picture.png,
+                                    picture.image,
                                     QString::number(window.width * finer),
                                     QString::number(window.height * finer),
                                     QString::number(window.left / 1000.0, 'f', 3),
@@ -124,23 +136,27 @@ QStringList compareFormats(const std::vector<FormatPair> &pairs, const QString &
 
 Bitmap read(const Picture &picture)
 {
-    const QImage image = QImage(picture.png).convertToFormat(QImage::Format_Grayscale8);
+    const QImage image = QImage(picture.image).convertToFormat(QImage::Format_Grayscale8);
     const Window drawn = drawnWindow(picture);
-    if (image.width() != drawn.width * finer || image.height() != drawn.height * finer)
+    // gerbv's picture comes averaged, KLayout's as it was drawn.
+    const int share = picture.image.endsWith(".pgm") ? 1 : finer;
+    if (image.width() != drawn.width * share || image.height() != drawn.height * share)
         return {};
     const Window &window = picture.window;
-    const int margin = picture.margin * finer; // in drawn pixels, the same at the top and at the bottom
+    const int margin = picture.margin * share; // in the image's pixels, the same at the top and at the bottom
     Bitmap bitmap(window.width, window.height);
-    std::vector<int> brightness(static_cast<std::size_t>(window.width)); // sums over finer x finer pixels
+    std::vector<int> brightness(static_cast<std::size_t>(window.width)); // sums over share x share pixels
     for (int y = 0; y < window.height; ++y) {
         std::fill(brightness.begin(), brightness.end(), 0);
-        for (int i = 0; i < finer; ++i) {
-            const uchar *row = image.constScanLine(margin + (window.height - 1 - y) * finer + i) + margin;
-            for (int x = 0; x < window.width * finer; ++x)
-                brightness[static_cast<std::size_t>(x / finer)] += row[x];
+        for (int i = 0; i < share; ++i) {
+            const uchar *row = image.constScanLine(margin + (window.height - 1 - y) * share + i) + margin;
+            for (int x = 0; x < window.width; ++x) {
+                for (int j = 0; j < share; ++j)
+                    brightness[static_cast<std::size_t>(x)] += row[x * share + j];
+            }
         }
         for (int x = 0; x < window.width; ++x) {
-            if (brightness[static_cast<std::size_t>(x)] < 128 * finer * finer)
+            if (brightness[static_cast<std::size_t>(x)] < 128 * share * share)
                 bitmap.set(x, y);
         }
     }

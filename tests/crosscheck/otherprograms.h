@@ -17,7 +17,7 @@ struct Picture
 {
     QString file;
     Window window;
-    QString png;
+    QString image;  // its file: PGM of gerbv, PNG of KLayout
     int margin = 0; // pixels drawn around the window, and left out when the picture is read
 };
 
@@ -29,12 +29,14 @@ using Complaints = QString;
 // one would show as pixels off an edge.
 constexpr int gerbvMargin = 50;
 
-// A picture each with gerbv, antialiased: without that it flattens curves by one and a half pixels.
+// A picture each with gerbv, antialiased: without that it flattens curves by one and a half pixels. Drawn
+// finer, and averaged to the window's pixels by gerbvpicture.cpp.
 Complaints drawGerber(const std::vector<Picture> &pictures);
-// All pictures with one run of KLayout. `listFile`: where the list of pictures for its script is put.
+// All pictures, finer than their windows, with one run of KLayout. `listFile`: where the list of pictures for
+// its script is put.
 Complaints drawGds(const std::vector<Picture> &pictures, const QString &listFile);
 
-// Reads a picture, which is finer than its window; dark pixels are the ones nearer to black. An empty bitmap
+// Reads a picture; dark pixels are the ones nearer to black. An empty bitmap
 // when it cannot be read or has another size.
 Bitmap read(const Picture &picture);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace crosscheck {
 
@@ -34,6 +35,17 @@ public:
     {
         m_firstRow = m_window.height;
         m_lastRow = -1;
+    }
+
+    // Whether a stroke along `path` whose symbol reaches so far from it may show.
+    bool mayShow(const Polygon &path, double reach) const
+    {
+        cam::Box box;
+        for (const Point at : path)
+            box.add(at);
+        const Point low = toPixels(box.low - Point{reach, reach}),
+                    high = toPixels(box.high + Point{reach, reach});
+        return low.x <= m_window.width && high.x >= 0.0 && low.y <= m_window.height && high.y >= 0.0;
     }
 
     // Fills what polygons go around counter-clockwise, more often than clockwise, into the mask.
@@ -170,10 +182,12 @@ Polygon convexHull(Polygon points)
 class Drawing
 {
 public:
-    // `shift`: of the edges of dark features; see Canvas::end().
-    Drawing(const cam::LayerImage &image, const cam::ExportOptions &options, const Window &window, int shift)
+    // `shift`: of the edges of dark features; see Canvas::end(). `forExtent`: draws what is outside of the
+    // window, too, for extent() and base().
+    Drawing(const cam::LayerImage &image, const cam::ExportOptions &options, const Window &window, int shift,
+            bool forExtent = false)
         : m_image(image), m_canvas(window), m_export(cam::exportTransform(options, image.datum)),
-          m_shift(shift)
+          m_shift(shift), m_forExtent(forExtent)
     {
     }
 
@@ -293,23 +307,45 @@ private:
         finish(result, dark);
     }
 
-    // A convex symbol moved along a path of straight pieces.
-    void sweep(std::uint32_t pen, const Polygon &path, const Transform &map)
+    // The outline of a convex symbol.
+    const Polygon &penOutline(std::uint32_t pen)
     {
+        const auto known = m_pens.find(pen);
+        if (known != m_pens.end())
+            return known->second;
         const cam::Symbol &symbol = m_image.symbols[pen];
         if (!symbol.standard)
             throw cam::Error("a line drawn with the job's own symbol " + symbol.name);
         const cam::Shape shape = cam::shapeOf(*symbol.standard);
-        if (shape.contours.isEmpty())
-            return;
-        const Polygon outline = polygonOf(shape.contours[0], Transform());
         if (shape.contours.size() > 1)
             throw cam::Error("a line drawn with the symbol " + symbol.name);
+        Polygon outline;
+        if (!shape.contours.isEmpty())
+            outline = polygonOf(shape.contours[0], Transform());
+        return m_pens.emplace(pen, std::move(outline)).first->second;
+    }
+
+    // A convex symbol moved along a path of straight pieces.
+    void sweep(std::uint32_t pen, const Polygon &path, const Transform &map)
+    {
+        const Polygon &outline = penOutline(pen);
+        if (outline.empty())
+            return;
+        double reach = 0.0;
+        for (const Point corner : outline)
+            reach = std::max(reach, cam::length(map.linear(corner)));
+        Polygon placed;
+        for (const Point at : path)
+            placed.push_back(map(at));
+        if (!m_forExtent && !m_canvas.mayShow(placed, reach + 2.0 * pixel))
+            return;
         for (std::size_t i = 0; i + 1 < path.size(); ++i) {
+            if (!m_forExtent && !m_canvas.mayShow({placed[i], placed[i + 1]}, reach + 2.0 * pixel))
+                continue;
             Polygon ends;
             for (const Point corner : outline) {
-                ends.push_back(map(path[i] + corner));
-                ends.push_back(map(path[i + 1] + corner));
+                ends.push_back(placed[i] + map.linear(corner));
+                ends.push_back(placed[i + 1] + map.linear(corner));
             }
             m_canvas.fill({convexHull(std::move(ends))});
         }
@@ -319,6 +355,8 @@ private:
     Canvas m_canvas;
     Transform m_export;
     int m_shift;
+    bool m_forExtent;
+    std::map<std::uint32_t, Polygon> m_pens;
 };
 
 } // namespace
@@ -332,7 +370,7 @@ Bitmap rasterize(const cam::LayerImage &image, const cam::ExportOptions &options
     // What is taken from the base shrinks where the result grows.
     Drawing taken(image, options, window, -shift);
     const Bitmap layer = taken.layer();
-    Drawing base(image, options, window, shift);
+    Drawing base(image, options, window, shift, image.profile.isEmpty());
     if (image.profile.isEmpty())
         base.layer(); // for its extent
     return base.base().without(layer);
@@ -340,7 +378,7 @@ Bitmap rasterize(const cam::LayerImage &image, const cam::ExportOptions &options
 
 cam::Box outputExtent(const cam::LayerImage &image, const cam::ExportOptions &options)
 {
-    Drawing drawing(image, options, Window{0.0, 0.0, 64, 1}, 0);
+    Drawing drawing(image, options, Window{0.0, 0.0, 64, 1}, 0, true);
     drawing.layer();
     if (options.negative)
         drawing.base();

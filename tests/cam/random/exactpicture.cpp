@@ -105,6 +105,18 @@ double distanceToEdge(Point from, const Edge &edge, Point at)
                                        : cam::distanceToArc(from, edge, at);
 }
 
+// How many chords stay within `tolerance` of an edge.
+int stepsOf(Point from, const Edge &edge, double tolerance)
+{
+    if (edge.kind == EdgeKind::Line)
+        return 1;
+    const double radius = std::max(cam::distance(from, edge.center), 8.0 * tolerance);
+    const double sweep = std::fabs(cam::sweptDegrees(from, edge)) * halfTurn / 180.0;
+    return static_cast<int>(sweep / (2.0 * std::sqrt(2.0 * tolerance / radius))) + 1;
+}
+
+constexpr double outlineTolerance = 5.0; // nanometres
+
 } // namespace
 
 // ---- the kinds of figures
@@ -116,6 +128,8 @@ public:
     virtual Hit at(Point at, double near) const = 0;
     virtual Box room() const = 0;
     virtual void edgePoints(const Transform &map, const PointTaker &take) const = 0;
+    // Points as close to each other as it takes for their box to be the figure's.
+    virtual void outline(const Transform &map, const PointTaker &take) const = 0;
 };
 
 // A round pen along a line or an arc.
@@ -147,6 +161,23 @@ public:
                 take(map(on.at + ahead * m_radius));
                 take(map(on.at - ahead * m_radius));
             }
+        }
+    }
+    void outline(const Transform &map, const PointTaker &take) const override
+    {
+        if (!(m_radius > 0.0))
+            return;
+        const Point spoke{m_radius, 0.0};
+        const int steps = stepsOf(m_from, m_edge, outlineTolerance);
+        for (int i = 0; i <= steps; ++i) {
+            const cam::EdgePoint on = cam::pointOf(m_from, m_edge, static_cast<double>(i) / steps);
+            take(map(on.at + on.left * m_radius));
+            take(map(on.at - on.left * m_radius));
+        }
+        for (const Point end : {m_from, m_edge.end}) {
+            constexpr int count = 2000;
+            for (int i = 0; i < count; ++i)
+                take(map(end + clockwise(360.0 * i / count)(spoke)));
         }
     }
 
@@ -214,17 +245,17 @@ public:
                 take(map(m_path[i] + corner));
         }
     }
-
-private:
-    static int stepsOf(Point from, const Edge &edge, double tolerance)
+    void outline(const Transform &map, const PointTaker &take) const override
     {
-        if (edge.kind == EdgeKind::Line)
-            return 1;
-        const double radius = std::max(cam::distance(from, edge.center), 8.0 * tolerance);
-        const double sweep = std::fabs(cam::sweptDegrees(from, edge)) * halfTurn / 180.0;
-        return static_cast<int>(sweep / (2.0 * std::sqrt(2.0 * tolerance / radius))) + 1;
+        for (const Point at : m_path) {
+            for (const std::vector<Point> &polygon : m_polygons) {
+                for (const Point corner : polygon)
+                    take(map(at + corner));
+            }
+        }
     }
 
+private:
     bool covers(Point at) const
     {
         for (std::size_t i = 0; i + 1 < m_path.size(); ++i) {
@@ -284,6 +315,8 @@ public:
             }
             m_boxes.push_back(box);
         }
+        if (m_move != 0.0)
+            findBorder();
     }
 
     Hit at(Point outside, double outsideNear) const override
@@ -297,9 +330,9 @@ public:
         // A corner may reach twice as far as the edges are moved.
         if (hasCornerWithin(at, 2.0 * std::fabs(move) + near))
             return {covered, false};
-        const double reach = std::fabs(move);
-        const bool isReached = hasEdgeWithin(at, reach);
-        if (isReached != hasEdgeWithin(at, reach + near) || isReached != hasEdgeWithin(at, reach - near))
+        const double reach = std::fabs(move), far = distanceToBorder(at);
+        const bool isReached = far <= reach;
+        if (std::fabs(far - reach) <= near)
             return {covered, false};
         return {move > 0.0 ? covered || isReached : covered && !isReached, true};
     }
@@ -336,6 +369,25 @@ public:
             }
         }
     }
+    void outline(const Transform &outer, const PointTaker &take) const override
+    {
+        const Transform map = m_map.then(outer);
+        for (std::size_t i = 0; i < m_contours.size(); ++i) {
+            Point from = m_contours[i].start;
+            for (const Edge &edge : m_contours[i]) {
+                const int steps = stepsOf(from, edge, outlineTolerance);
+                for (int j = 0; j <= steps; ++j) {
+                    const Point at = cam::pointOf(from, edge, static_cast<double>(j) / steps).at;
+                    take(map(at));
+                    for (const double turn : {0.0, 90.0, 180.0, 270.0}) {
+                        if (m_move > 0.0) // as far as a corner may reach
+                            take(map(at + clockwise(turn)(Point{2.0 * m_move, 0.0})));
+                    }
+                }
+                from = edge.end;
+            }
+        }
+    }
 
 private:
     // Islands count 1, holes -1.
@@ -358,22 +410,75 @@ private:
     }
     bool hasCornerWithin(Point at, double near) const
     {
+        return std::any_of(m_border.begin(), m_border.end(), [&](const Side &side) {
+            return cam::distance(side.from, at) <= near || cam::distance(side.edge.end, at) <= near;
+        });
+    }
+    double distanceToBorder(Point at) const
+    {
+        double least = 1e300;
+        for (const Side &side : m_border)
+            least = std::min(least, distanceToEdge(side.from, side.edge, at));
+        return least;
+    }
+
+    // Where contours touch each other or themselves, an edge has the same colour on both sides: it is none of
+    // the picture. All edges are divided where others end on them.
+    void findBorder()
+    {
+        std::vector<Point> ends;
         for (std::size_t i = 0; i < m_contours.size(); ++i) {
-            if (!contains(m_boxes[i], at, near))
-                continue;
+            for (const Edge &edge : m_contours[i])
+                ends.push_back(edge.end);
+        }
+        for (std::size_t i = 0; i < m_contours.size(); ++i) {
+            Point from = m_contours[i].start;
             for (const Edge &edge : m_contours[i]) {
-                if (cam::distance(edge.end, at) <= near)
-                    return true;
+                addBorder(from, edge, ends);
+                from = edge.end;
             }
         }
-        return false;
     }
+    void addBorder(Point from, const Edge &edge, const std::vector<Point> &ends)
+    {
+        constexpr double onEdge = 1.0, beside = 20.0; // nanometres
+        std::vector<double> cuts{0.0, 1.0};
+        for (const Point end : ends) {
+            if (end != from && end != edge.end && distanceToEdge(from, edge, end) <= onEdge)
+                cuts.push_back(shareOf(from, edge, end));
+        }
+        std::sort(cuts.begin(), cuts.end());
+        for (std::size_t i = 0; i + 1 < cuts.size(); ++i) {
+            if (cuts[i + 1] - cuts[i] < 1e-6)
+                continue;
+            const cam::EdgePoint middle = cam::pointOf(from, edge, (cuts[i] + cuts[i + 1]) / 2.0);
+            if (covers(middle.at + middle.left * beside) == covers(middle.at - middle.left * beside))
+                continue;
+            Edge piece = edge;
+            piece.end = cuts[i + 1] == 1.0 ? edge.end : cam::pointOf(from, edge, cuts[i + 1]).at;
+            m_border.push_back({cuts[i] == 0.0 ? from : cam::pointOf(from, edge, cuts[i]).at, piece});
+        }
+    }
+    // Where a point of an edge lies on its way.
+    static double shareOf(Point from, const Edge &edge, Point at)
+    {
+        if (edge.kind != EdgeKind::Line)
+            return cam::sweptDegrees(from, {at, edge.center, edge.kind}) / cam::sweptDegrees(from, edge);
+        return cam::distance(from, at) / cam::distance(from, edge.end);
+    }
+
+    struct Side
+    {
+        Point from;
+        Edge edge;
+    };
 
     Transform m_map, m_back;
     double m_stretch;
     double m_move;
     cam::ContourPool m_contours;
     std::vector<Box> m_boxes;
+    std::vector<Side> m_border; // of what moves
 };
 
 // A pen that is a symbol of the job's own: each of its pads is swept.
@@ -409,6 +514,11 @@ public:
         for (const SweptFigure &pad : m_pads)
             pad.edgePoints(map, take);
     }
+    void outline(const Transform &map, const PointTaker &take) const override
+    {
+        for (const SweptFigure &pad : m_pads)
+            pad.outline(map, take);
+    }
 
 private:
     std::vector<SweptFigure> m_pads;
@@ -440,6 +550,10 @@ public:
     {
         m_drawing.edgePoints(m_map.then(map), take);
     }
+    void outline(const Transform &map, const PointTaker &take) const override
+    {
+        m_drawing.outline(m_map.then(map), take);
+    }
 
 private:
     const Drawing &m_drawing;
@@ -457,13 +571,51 @@ ExactPicture::ExactPicture(const cam::LayerImage &image, const cam::ExportOption
         drawing(step.features, options.resize);
     if (!options.negative)
         return;
-    if (image.profile.isEmpty())
-        throw std::invalid_argument("a negated layer needs a profile");
+    if (image.profile.isEmpty()) {
+        findExtent();
+        return;
+    }
     m_profile = std::make_unique<ContourFigure>(image.profile, 0, image.profile.size(), Transform());
     m_profileBox = larger(m_profile->room(), 1e6);
 }
 
 ExactPicture::~ExactPicture() = default;
+
+// Whether the outlines of the positive features say how far the layer is dark.
+bool ExactPicture::isExtentCertain() const
+{
+    const auto isCertain = [this](const cam::FeatureSet &set) {
+        return set.negativeCount == 0 && (m_options.resize == 0.0 || set.surfaces.empty());
+    };
+    return std::all_of(m_image.steps.begin(), m_image.steps.end(),
+                       [&](const cam::StepImage &step) { return isCertain(step.features); }) &&
+           std::all_of(m_image.symbols.begin(), m_image.symbols.end(), [&](const cam::Symbol &symbol) {
+               return !symbol.features || isCertain(*symbol.features);
+           });
+}
+
+void ExactPicture::findExtent()
+{
+    std::vector<Point> outline;
+    stepDrawings(m_image.top(), m_toOutput, [&outline](const Drawing &drawing, const Transform &map) {
+        drawing.outline(map, [&outline](Point at) { outline.push_back(at); });
+    });
+    for (const Point at : outline)
+        m_mostExtent.add(at);
+    m_leastExtent = m_mostExtent;
+    if (isExtentCertain())
+        return;
+    m_leastExtent = Box();
+    constexpr std::size_t most = 20000; // points that are looked at
+    for (std::size_t i = 0; i < outline.size(); i += outline.size() / most + 1) {
+        for (const double turn : {45.0, 135.0, 225.0, 315.0}) {
+            const Point beside = outline[i] + clockwise(turn)(Point{500.0, 0.0});
+            const Hit hit = stepAt(m_image.top(), m_toSource(beside), 0.0);
+            if (hit.isCertain && hit.covered)
+                m_leastExtent.add(beside);
+        }
+    }
+}
 
 const ExactPicture::Drawing &ExactPicture::drawing(const cam::FeatureSet &features, double growth)
 {
@@ -559,6 +711,14 @@ ExactPicture::Hit ExactPicture::Drawing::at(Point at, double near) const
     return result;
 }
 
+void ExactPicture::Drawing::outline(const Transform &map, const PointTaker &take) const
+{
+    for (const Item &item : items) {
+        if (item.positive)
+            item.figure->outline(map, take);
+    }
+}
+
 void ExactPicture::Drawing::edgePoints(const Transform &map, const PointTaker &take) const
 {
     for (const Item &item : items)
@@ -584,14 +744,14 @@ ExactPicture::Hit ExactPicture::stepAt(const cam::StepImage &step, Point at, dou
     return result;
 }
 
-void ExactPicture::stepEdgePoints(const cam::StepImage &step, const Transform &map,
-                                  const PointTaker &take) const
+void ExactPicture::stepDrawings(const cam::StepImage &step, const Transform &map,
+                                const DrawingTaker &take) const
 {
-    m_drawings.at({&step.features, m_options.resize})->edgePoints(map, take);
+    take(*m_drawings.at({&step.features, m_options.resize}), map);
     for (const cam::StepRepeat &repeat : step.repeats) {
         for (std::uint32_t row = 0; row < repeat.ny; ++row) {
             for (std::uint32_t column = 0; column < repeat.nx; ++column)
-                stepEdgePoints(m_image.steps[repeat.step], copyMap(repeat, column, row).then(map), take);
+                stepDrawings(m_image.steps[repeat.step], copyMap(repeat, column, row).then(map), take);
         }
     }
 }
@@ -601,13 +761,16 @@ ExactPicture::Reading ExactPicture::at(Point output, double outputNear) const
     const Point at = m_toSource(output);
     const double near = outputNear / m_leastStretch;
     Hit base{true, true};
-    if (m_options.negative) {
+    if (m_options.negative && !m_profile) {
+        base.covered = contains(m_leastExtent, output, -outputNear);
+        base.isCertain = base.covered || !contains(m_mostExtent, output, outputNear);
+    } else if (m_options.negative) {
         base = contains(m_profileBox, at) ? m_profile->at(at, near) : Hit{};
-        if (!base.isCertain)
-            return {false, false};
-        if (!base.covered)
-            return {};
     }
+    if (!base.isCertain)
+        return {false, false};
+    if (!base.covered)
+        return {};
     const Hit layer = stepAt(m_image.top(), at, near);
     return {m_options.negative ? !layer.covered : layer.covered, layer.isCertain};
 }
@@ -616,7 +779,8 @@ std::vector<Point> ExactPicture::edgePoints() const
 {
     std::vector<Point> points;
     const PointTaker take = [&points](Point at) { points.push_back(at); };
-    stepEdgePoints(m_image.top(), m_toOutput, take);
+    stepDrawings(m_image.top(), m_toOutput,
+                 [&take](const Drawing &drawing, const Transform &map) { drawing.edgePoints(map, take); });
     if (m_profile)
         m_profile->edgePoints(m_toOutput, take);
     return points;

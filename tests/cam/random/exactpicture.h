@@ -16,8 +16,7 @@ namespace testing {
 class ExactPicture
 {
 public:
-    // The image that `options` make of `image`, which must outlive the picture. A negated layer needs a
-    // profile.
+    // The image that `options` make of `image`, which must outlive the picture.
     ExactPicture(const cam::LayerImage &image, const cam::ExportOptions &options);
     ~ExactPicture();
 
@@ -25,7 +24,8 @@ public:
     {
         bool dark = false;
         // Whether no edge of a feature lies within `near` of the point, so that the colour is beyond doubt.
-        // Corners of surfaces that grow or shrink are in doubt as far as they may reach.
+        // Corners of surfaces that grow or shrink are in doubt as far as they may reach, and so is what a
+        // layer without a profile is negated from, where only clear features say how far it is dark.
         bool isCertain = true;
     };
     // `at` in output coordinates; `near` in nanometres of the output.
@@ -60,14 +60,19 @@ private:
 
         Hit at(cam::Point at, double near) const;
         void edgePoints(const cam::Transform &map, const PointTaker &take) const;
+        void outline(const cam::Transform &map, const PointTaker &take) const;
     };
 
+    void findExtent();
+    bool isExtentCertain() const;
     const Drawing &drawing(const cam::FeatureSet &features, double growth);
     std::unique_ptr<Figure> figure(const cam::FeatureSet &features, const cam::Feature &feature,
                                    double growth);
     std::vector<cam::Shape> shapesOf(const cam::FeatureSet &features, double growth) const;
     Hit stepAt(const cam::StepImage &step, cam::Point at, double near) const;
-    void stepEdgePoints(const cam::StepImage &step, const cam::Transform &map, const PointTaker &take) const;
+    using DrawingTaker = std::function<void(const Drawing &, const cam::Transform &map)>;
+    // The drawings of a step and of all its copies, and how they come into the output.
+    void stepDrawings(const cam::StepImage &step, const cam::Transform &map, const DrawingTaker &take) const;
 
     const cam::LayerImage &m_image;
     const cam::ExportOptions &m_options;
@@ -76,6 +81,8 @@ private:
     std::map<std::pair<const cam::FeatureSet *, double>, std::unique_ptr<Drawing>> m_drawings;
     std::unique_ptr<Figure> m_profile;
     cam::Box m_profileBox;
+    // Without a profile: boxes around what is dark, of the output; the true one lies between them.
+    cam::Box m_leastExtent, m_mostExtent;
 };
 
 } // namespace testing

@@ -37,7 +37,8 @@ public:
         for (int level = 0; level < levels; ++level)
             addStep(level, level + 1 == levels);
         image.datum = image.top().datum;
-        addProfile();
+        if (!m_job.options.negative || !oneIn(3))
+            addProfile();
         return std::move(m_job);
     }
 
@@ -79,7 +80,6 @@ private:
     {
         return oneIn(oneNegativeIn) ? cam::Polarity::Negative : cam::Polarity::Positive;
     }
-    double resize() const { return m_job.options.resize; }
 
     // ---- symbols
 
@@ -312,9 +312,8 @@ private:
         case 4: {
             const double step = m_isInch ? 2540.0 * any(10, 40) : 10000.0 * any(3, 10);
             const int cells = any(4, 12);
-            addRandomSurface(features, m_random, position(reach), step * reach / 4e6 + 0.0, cells,
-                             std::size_t(any(1, 8)), polarity(oneNegativeIn) == cam::Polarity::Positive,
-                             resize() == 0.0);
+            addRandomSurface(features, m_random, position(reach), step * reach / 4e6, cells,
+                             std::size_t(any(1, 8)), polarity(oneNegativeIn) == cam::Polarity::Positive);
             return;
         }
         default: {
@@ -369,7 +368,7 @@ private:
             repeat.step = std::uint32_t(any(0, level - 1));
             repeat.at = position(4e6);
             repeat.childDatum = image.steps[repeat.step].datum;
-            repeat.angle = oneIn(4) ? 45.0 : 90.0 * any(0, 3);
+            repeat.angle = oneIn(4) ? 15.25 * (1 + m_job.seed % 7) : 90.0 * any(0, 3);
             repeat.mirror = oneIn(3);
             repeat.nx = std::uint32_t(any(1, 3));
             repeat.ny = std::uint32_t(any(1, 2));
@@ -614,7 +613,8 @@ void writeJob(const RandomJob &job, const std::function<void(const QString &, co
     matrix += "LAYER {\n ROW=1\n CONTEXT=BOARD\n TYPE=SIGNAL\n NAME=TOP\n POLARITY=POSITIVE\n}\n";
     write("matrix/matrix", matrix);
     write("misc/info", "JOB_NAME=job\nUNITS=MM\n");
-    write("steps/" + QString::fromStdString(job.image.top().name) + "/profile", writer.profile());
+    if (!job.image.profile.isEmpty())
+        write("steps/" + QString::fromStdString(job.image.top().name) + "/profile", writer.profile());
     for (const cam::Symbol &symbol : job.image.symbols) {
         if (symbol.features)
             write("symbols/" + QString::fromStdString(symbol.name) + "/features",
@@ -625,16 +625,17 @@ void writeJob(const RandomJob &job, const std::function<void(const QString &, co
 QString description(const RandomJob &job)
 {
     const cam::ExportOptions &options = job.options;
-    QString text = QString("seed %1, resize %2, negative %3, scale %4 %5, mirror %6, angle %7\n")
+    QString text = QString("seed %1, resize %2, negative %3%8, scale %4 %5, mirror %6, angle %7\n")
                        .arg(job.seed)
                        .arg(options.resize)
                        .arg(options.negative)
                        .arg(options.xScale)
                        .arg(options.yScale)
                        .arg(options.mirror)
-                       .arg(options.angle);
+                       .arg(options.angle)
+                       .arg(job.image.profile.isEmpty() ? " without a profile" : "");
     writeJob(job, [&text](const QString &file, const QByteArray &bytes) {
-        if (!file.startsWith("m") && (!file.endsWith("profile")))
+        if (!file.startsWith("m") && !file.endsWith("profile"))
             text += file + ":\n" + bytes;
     });
     return text;

@@ -19,8 +19,8 @@ struct Cells
 class SurfaceMaker
 {
 public:
-    SurfaceMaker(std::mt19937 &random, Point corner, double step, std::size_t most, bool mayTouch)
-        : m_random(random), m_corner(corner), m_step(step), m_most(most), m_mayTouch(mayTouch)
+    SurfaceMaker(std::mt19937 &random, Point corner, double step, std::size_t most, bool meetsItself)
+        : m_random(random), m_corner(corner), m_step(step), m_most(most), m_lastForm(meetsItself ? 9 : 7)
     {
     }
 
@@ -54,18 +54,13 @@ private:
                 place(high, isHole);
             return;
         }
-        if (!m_mayTouch) {
-            cells = {cells.left + 1, cells.bottom + 1, cells.right - 1, cells.top - 1};
-            if (cells.width() < 1 || cells.height() < 1)
-                return;
-        }
         // Often without any distance to what is around and beside it.
         if (!oneIn(3))
             cells = {any(cells.left, cells.left + cells.width() / 3),
                      any(cells.bottom, cells.bottom + cells.height() / 3),
                      any(cells.right - cells.width() / 3, cells.right),
                      any(cells.top - cells.height() / 3, cells.top)};
-        const int form = any(0, 7);
+        const int form = any(0, m_lastForm);
         m_contours.push_back(contour(cells, isHole, form));
         const Cells inner = innerOf(cells, form);
         if (!oneIn(4))
@@ -94,6 +89,8 @@ private:
                        : Cells{0, 0, 0, 0};
         }
         case 6: // half of it, as a triangle: nothing
+        case 8: // what touches itself
+        case 9:
             return {0, 0, 0, 0};
         default:
             return c;
@@ -158,6 +155,27 @@ private:
             add(l, b);
             add(r, b);
             add(r, t);
+        } else if (form == 8 && cut >= 3) { // a frame, cut open from the hole to the left
+            add(l, b);
+            add(r, b);
+            add(r, t);
+            add(l, t);
+            add(l, b + 1);
+            add(l + 1, b + 1);
+            add(l + 1, t - 1);
+            add(r - 1, t - 1);
+            add(r - 1, b + 1);
+            add(l + 1, b + 1);
+            add(l, b + 1);
+        } else if (form == 9 && cut >= 2) { // two boxes with a corner in common
+            add(l, b);
+            add(l + 1, b);
+            add(l + 1, b + 1);
+            add(r, b + 1);
+            add(r, t);
+            add(l + 1, t);
+            add(l + 1, b + 1);
+            add(l, b + 1);
         } else {
             add(l, b);
             add(r, b);
@@ -189,17 +207,17 @@ private:
     Point m_corner;
     double m_step;
     std::size_t m_most;
-    bool m_mayTouch;
+    int m_lastForm;
     std::vector<cam::ContourPool> m_contours; // of one contour each, each parent before its children
 };
 
 } // namespace
 
 void addRandomSurface(cam::FeatureSet &features, std::mt19937 &random, Point corner, double step, int cells,
-                      std::size_t mostContours, bool positive, bool mayTouch)
+                      std::size_t mostContours, bool positive, bool meetsItself)
 {
     std::vector<cam::ContourPool> contours =
-        SurfaceMaker(random, corner, step, mostContours, mayTouch).contours(cells);
+        SurfaceMaker(random, corner, step, mostContours, meetsItself).contours(cells);
     const int order = std::uniform_int_distribution<int>(0, 2)(random);
     const auto isHole = [](const cam::ContourPool &pool) { return pool[0].isHole; };
     if (order > 0) {

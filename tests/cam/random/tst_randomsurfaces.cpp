@@ -101,7 +101,7 @@ void tst_RandomSurfaces::areWrittenTruly()
     const TemporaryWorkingFolder folder;
     std::mt19937 random(seed);
     cam::FeatureSet features;
-    addRandomSurface(features, random, at(0, 0), 100.0 * micrometre, 10, 4 + seed % 20);
+    addRandomSurface(features, random, at(0, 0), 100.0 * micrometre, 10, 4 + seed % 20, true, seed % 2 == 0);
     cam::ExportOptions options;
     options.dbu = dbu;
     options.mirror = seed % 3 == 1;

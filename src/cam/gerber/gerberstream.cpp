@@ -1,9 +1,12 @@
 // Records leave out what the reader knows already.
 #include "cam/gerber/gerberstream.h"
 
+#include "cam/base/error.h"
+
 #include <charconv>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 namespace cam {
 
@@ -175,8 +178,24 @@ void GerberStream::interpolate(Interpolation kind)
                                                     : "G03*\n");
 }
 
+namespace {
+
+// The format has room for ten metres, but some readers count nanometres in 32 bits.
+void expectToFit(GridPoint at)
+{
+    constexpr std::int64_t farthest = std::numeric_limits<std::int32_t>::max();
+    for (const std::int64_t coordinate : {at.x, at.y}) {
+        if (coordinate > farthest || coordinate < -farthest)
+            throw Error("A coordinate of " + millimetres(coordinate) +
+                        " mm does not fit into a Gerber file: expected 2147 mm at most");
+    }
+}
+
+} // namespace
+
 void GerberStream::coordinates(GridPoint at)
 {
+    expectToFit(at);
     const bool known = m_isPlaced;
     const bool sameX = known && m_at.x == at.x;
     const bool sameY = known && m_at.y == at.y;

@@ -23,6 +23,10 @@ bool isHalfOrMore(Point from, const Edge &arc)
     return arc.kind == EdgeKind::ArcCounterClockwise ? side <= 0.0 : side >= 0.0;
 }
 
+// Nanometres. The centres of larger arcs may lie farther away than readers can count, which some do in 32
+// bits: they are written as the corners that GDSII files have.
+constexpr double largestRadius = 1e9;
+
 class OutlineBuilder
 {
 public:
@@ -45,7 +49,7 @@ public:
     {
         const GridPoint to = rounded(m_map(edge.end));
         const GridPoint center = rounded(m_map(edge.center));
-        if (!hasOneRadius(from, edge))
+        if (!hasOneRadius(from, edge) || distance(from, edge.center) * m_map.scale() > largestRadius)
             return flattened(from, edge);
         if (center == m_at || center == to || (to == m_at && !isHalfOrMore(from, edge)))
             return line(edge.end);

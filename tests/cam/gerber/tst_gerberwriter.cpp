@@ -801,7 +801,7 @@ void tst_GerberWriter::progressMovesInSmallSteps()
         panel.name = "panel";
         cam::StepRepeat repeat;
         repeat.nx = repeat.ny = 20;
-        repeat.dx = repeat.dy = 5e9;
+        repeat.dx = repeat.dy = 1e8;
         panel.repeats.push_back(repeat);
         image.steps.push_back(std::move(panel));
     }

@@ -7,6 +7,7 @@
 #include "cam/odb/fields.h"
 #include "cam/odb/textfile.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace cam {
@@ -44,6 +45,7 @@ struct SymbolEntry
 {
     std::string name;
     SymbolUnit unit = SymbolUnit::Mils;
+    bool hasOwnUnit = false; // stated behind its name
     enum { Unlisted, Listed, Known, Unsupported } state = Unlisted;
     std::uint32_t index = 0;
 };
@@ -83,7 +85,8 @@ private:
 
     const std::string &m_file;
     const FeaturesContext &m_context;
-    double m_unit = 0.0; // nanometres
+    double m_unit = 0.0;    // nanometres
+    bool m_hasUnit = false; // stated by the file
     SymbolUnit m_symbolUnit = SymbolUnit::Mils;
     std::vector<SymbolEntry> m_symbols; // by the file's own numbers
     FeaturesFile m_result;
@@ -92,14 +95,17 @@ private:
     bool m_isInContour = false;
     Surface m_surface;
     Polarity m_surfacePolarity = Polarity::Positive;
+    bool m_hasIsland = false;
 };
 
 void Reader::setUnit(LengthUnit unit)
 {
     m_unit = nanometresPer(unit);
     m_symbolUnit = unit == LengthUnit::Inch ? SymbolUnit::Mils : SymbolUnit::Micrometres;
-    for (SymbolEntry &entry : m_symbols)
-        entry.unit = m_symbolUnit;
+    for (SymbolEntry &entry : m_symbols) {
+        if (!entry.hasOwnUnit)
+            entry.unit = m_symbolUnit;
+    }
 }
 
 FeaturesFile Reader::read(LineReader &lines)
@@ -121,20 +127,24 @@ FeaturesFile Reader::read(LineReader &lines)
     }
     if (m_isInSurface)
         throw FormatError(m_file, line.number, "SE, the end of the last surface, before the end of the file");
+    if (!m_hasUnit && m_unit != nanometresPer(LengthUnit::Inch) && !m_result.features.order.empty())
+        ++m_result.readings["files that state no unit: in millimetres, as misc/info says"];
     return std::move(m_result);
 }
 
 void Reader::readLine(const TextLine &line)
 {
+    const std::string_view text =
+        line.text.substr(std::min(line.text.find_first_not_of(" \t"), line.text.size()));
     // Attributes and the identifier stand behind ";".
-    const bool isText = !line.text.empty() && (line.text[0] == 'T' || line.text[0] == 'B');
-    const std::string_view record = isText ? line.text : line.text.substr(0, line.text.find(';'));
+    const bool isText = !text.empty() && (text[0] == 'T' || text[0] == 'B');
+    const std::string_view record = isText ? text : text.substr(0, text.find(';'));
     if (m_isInSurface)
         return readSurfaceLine({record, line.number});
 
-    const bool isRecord = record.size() > 1 && record[1] == ' ';
+    const bool isRecord = record.size() > 1 && (record[1] == ' ' || record[1] == '\t');
     if (!isRecord)
-        return readHeaderLine(line);
+        return readHeaderLine({text, line.number});
     Fields fields(record.substr(2), line.number, m_file);
     switch (record[0]) {
     case 'L':
@@ -171,10 +181,11 @@ void Reader::readHeaderLine(const TextLine &line)
     default:
         break;
     }
-    constexpr std::string_view unitsKey = "UNITS=";
-    if (word.substr(0, unitsKey.size()) == unitsKey)
-        return readUnits(line, line.text.substr(line.text.find('=') + 1));
-    if (word == "U")
+    const std::string key = lowerCase(word.substr(0, word.find('=')));
+    const std::size_t equals = line.text.find('=');
+    if (key == "units" && equals != std::string_view::npos)
+        return readUnits(line, line.text.substr(equals + 1));
+    if (key == "u")
         return readUnits(line, fields.word());
     if (word == "F" || word.substr(0, 3) == "ID=") // the number of features, the layer's identifier
         return;
@@ -184,13 +195,14 @@ void Reader::readHeaderLine(const TextLine &line)
 void Reader::readUnits(const TextLine &line, std::string_view word)
 {
     Fields fields(word, line.number, m_file);
-    const std::string unit = lowerCase(fields.word());
-    if (unit == "inch")
-        setUnit(LengthUnit::Inch);
-    else if (unit == "mm")
-        setUnit(LengthUnit::Millimetre);
-    else
+    const std::string name = lowerCase(fields.word());
+    if (name != "inch" && name != "mm")
         fields.fail("INCH or MM");
+    const LengthUnit unit = name == "mm" ? LengthUnit::Millimetre : LengthUnit::Inch;
+    if (nanometresPer(unit) != m_unit && !m_result.features.order.empty())
+        fields.fail("the unit before the first feature");
+    m_hasUnit = true;
+    setUnit(unit);
 }
 
 // "$number name" with "I" or "M" behind it where the symbol's unit is not the file's.
@@ -213,6 +225,7 @@ void Reader::readSymbolName(const TextLine &line)
     }
     SymbolEntry &entry = m_symbols[index];
     entry.name = lowerCase(name);
+    entry.hasOwnUnit = suffix == "I" || suffix == "M";
     entry.unit = suffix == "I" ? SymbolUnit::Mils : suffix == "M" ? SymbolUnit::Micrometres : m_symbolUnit;
     entry.state = SymbolEntry::Listed;
 }
@@ -309,20 +322,23 @@ void Reader::readArcRecord(Fields &fields)
         m_result.features.add(arc, polarity);
 }
 
+// Whether no more than the version of a text and the attributes follows.
+bool isBehindText(std::string_view rest)
+{
+    const std::size_t end = rest.find_first_not_of(" \t0123456789");
+    return end == std::string_view::npos || rest[end] == ';';
+}
+
 // The text between two quotes; without quotes, everything up to the attributes.
 std::string_view quotedText(Fields &fields)
 {
     const std::string_view rest = fields.rest();
     if (rest.empty() || rest[0] != '\'')
         return rest.substr(0, rest.find(';'));
-    // The text may hold quotes itself: the closing one is the last before the version or the attributes.
-    const std::size_t attributes = rest.rfind(';');
+    // The text may hold quotes and semicolons itself.
     std::size_t close = rest.rfind('\'');
-    if (attributes != std::string_view::npos) {
-        const std::size_t before = rest.rfind('\'', attributes);
-        if (before != std::string_view::npos && before > 0)
-            close = before;
-    }
+    while (close > 0 && !isBehindText(rest.substr(close + 1)))
+        close = rest.rfind('\'', close - 1);
     if (close == 0)
         fields.fail("a quote at the end of the text");
     return rest.substr(1, close - 1);
@@ -366,7 +382,11 @@ void Reader::drawText(const Font &font, std::string_view text, const Transform &
 {
     const Point scale = {characterSize.x / font.xSize, characterSize.y / font.ySize};
     double x = font.offset * scale.x;
+    if (text.substr(0, 2) == "$$")
+        ++m_result.simplified["text " + std::string(text) + " as it stands in the file"];
     for (const char c : text) {
+        if (c != ' ' && font.characters[static_cast<unsigned char>(c)].empty())
+            ++m_result.simplified["character that the font lacks as a blank"];
         for (const FontStroke &stroke : font.characters[static_cast<unsigned char>(c)]) {
             const bool isNegative = stroke.isNegative != (polarity == Polarity::Negative);
             Line line;
@@ -426,6 +446,7 @@ void Reader::readSurfaceRecord(Fields &fields)
     m_surfacePolarity = parsePolarity(fields);
     m_surface.firstContour = static_cast<std::uint32_t>(m_result.features.contours.size());
     m_surface.contourCount = 0;
+    m_hasIsland = false;
     m_isInSurface = true;
 }
 
@@ -445,20 +466,19 @@ void Reader::readSurfaceLine(const TextLine &line)
         const Point end = readPoint(fields, "a number for the end of the arc");
         const Point center = readPoint(fields, "a number for the centre of the arc");
         contours.arcTo(end, center, fields.letter('Y', 'N', "the arc's direction, Y (clockwise) or N"));
-
     } else if (keyword == "OB") {
         const Point start = readPoint(fields, "a number for the start of the contour");
         const bool isHole = fields.letter('H', 'I', "the contour's kind, I (island) or H (hole)");
-        if (isHole && m_surface.contourCount == 0)
-            fields.fail("an island before the surface's first hole");
         contours.begin(start, isHole);
-
+        m_hasIsland = m_hasIsland || !isHole;
         m_isInContour = true;
     } else if (keyword == "OE") {
         contours.end();
         ++m_surface.contourCount;
         m_isInContour = false;
     } else if (keyword == "SE") {
+        if (m_surface.contourCount > 0 && !m_hasIsland)
+            fields.fail("an island in a surface that has holes");
         m_result.features.add(m_surface, m_surfacePolarity);
         m_isInSurface = false;
     } else {

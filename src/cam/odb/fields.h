@@ -47,13 +47,14 @@ public:
         return *value;
     }
 
-    // One of the two letters `yes` and `no`; true for `yes`.
+    // One of the two capitals `yes` and `no`, or their small letters; true for `yes`.
     bool letter(char yes, char no, const char *what)
     {
         const std::string_view field = word();
-        if (field.size() != 1 || (field[0] != yes && field[0] != no))
+        const char letter = field.size() == 1 ? capital(field[0]) : '\0';
+        if (letter != yes && letter != no)
             fail(what);
-        return field[0] == yes;
+        return letter == yes;
     }
 
     bool atEnd()
@@ -72,6 +73,7 @@ public:
     [[noreturn]] void fail(const char *expected) const { throw FormatError(m_file, m_number, expected); }
 
 private:
+    static char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
     static bool isBlank(char c) { return c == ' ' || c == '\t'; }
     void skipBlanks()
     {

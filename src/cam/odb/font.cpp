@@ -40,10 +40,8 @@ Font parseFont(std::string_view text, const std::string &file)
         } else if (keyword == "OFFSET") {
             font.offset = fields.number("a number for OFFSET");
         } else if (keyword == "CHAR") {
-            const std::string_view name = fields.word();
-            if (name.empty())
-                fields.fail("a character after CHAR");
-            character = &font.characters[static_cast<unsigned char>(name[0])];
+            const std::string_view name = fields.word(); // of a blank nothing
+            character = &font.characters[static_cast<unsigned char>(name.empty() ? ' ' : name[0])];
             character->clear();
         } else if (keyword == "LINE") {
             if (!character)

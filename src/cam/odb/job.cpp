@@ -29,9 +29,10 @@ std::optional<fs::path> findFolder(const fs::path &parent, std::string_view fold
 class LayerReader
 {
 public:
-    LayerReader(const fs::path &job, const MatrixLayer &layer, ReadingNotes &notes,
+    // `unit` holds in files that state none.
+    LayerReader(const fs::path &job, const MatrixLayer &layer, LengthUnit unit, ReadingNotes &notes,
                 const std::function<void(double)> &report)
-        : m_job(job), m_layer(layer), m_notes(notes), m_report(report)
+        : m_job(job), m_layer(layer), m_unit(unit), m_notes(notes), m_report(report)
     {
         m_image.layer = lowerCase(layer.name);
     }
@@ -52,6 +53,7 @@ private:
 
     const fs::path &m_job;
     const MatrixLayer &m_layer;
+    LengthUnit m_unit;
     ReadingNotes &m_notes;
     const std::function<void(double)> &m_report;
     double m_furthest = 0.0; // what was reported last
@@ -115,7 +117,7 @@ std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
     StepHeader header;
     if (TextFile::exists(*folder, "stephdr")) {
         const TextFile file(*folder, "stephdr");
-        header = parseStepHeader(file.text(), file.name());
+        header = parseStepHeader(file.text(), file.name(), m_unit);
     }
     for (const StepHeaderRepeat &repeat : header.repeats) {
         StepRepeat placed;
@@ -136,7 +138,7 @@ std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
         m_image.datum = header.datum;
         if (TextFile::exists(*folder, "profile")) {
             const TextFile file(*folder, "profile");
-            m_image.profile = readContours(file.text(), file.name());
+            m_image.profile = readContours(file.text(), file.name(), m_unit);
         }
     }
     m_openSteps.pop_back();
@@ -161,7 +163,7 @@ FeatureSet LayerReader::readStepFeatures(const fs::path &stepFolder)
         return {};
     }
     LineFile file(*folder, "features");
-    return takeFeatures(readFeatures(file.lines(), file.name(), context()));
+    return takeFeatures(readFeatures(file.lines(), file.name(), context(), m_unit));
 }
 
 // The holes are drawn without it: a damaged one costs what a file says about them, not the layer.
@@ -243,7 +245,7 @@ std::unique_ptr<FeatureSet> LayerReader::readOwnSymbol(const std::string &name)
     FeaturesContext context = this->context();
     context.report = [](double) {};
     auto features =
-        std::make_unique<FeatureSet>(takeFeatures(readFeatures(file.text(), file.name(), context)));
+        std::make_unique<FeatureSet>(takeFeatures(readFeatures(file.text(), file.name(), context, m_unit)));
     m_openSymbols.erase(name);
     return features;
 }
@@ -310,14 +312,19 @@ void describe(LayerImage &image, const Matrix &matrix, const MatrixLayer &layer)
         describeSpan(image, matrix, layer);
 }
 
-// SAVE_DATE, or CREATION_DATE, as "yyyymmdd.hhmmss"; a date of another form counts as none.
-void readSaveDate(const fs::path &job, std::int16_t (&saved)[6])
+// misc/info; empty where the job has none.
+StructuredText readInfo(const fs::path &job)
 {
     const auto folder = findEntry(job, "misc");
     if (!folder || !TextFile::exists(*folder, "info"))
-        return;
+        return {};
     const TextFile file(*folder, "info");
-    const StructuredText info = parseStructuredText(file.text(), file.name());
+    return parseStructuredText(file.text(), file.name());
+}
+
+// SAVE_DATE, or CREATION_DATE, as "yyyymmdd.hhmmss"; a date of another form counts as none.
+void readSaveDate(const StructuredText &info, std::int16_t (&saved)[6])
+{
     const std::string date = info.top.value("SAVE_DATE", info.top.value("CREATION_DATE"));
     constexpr std::string_view form = "yyyymmdd.hhmmss";
     if (date.size() != form.size() || date[8] != '.')
@@ -355,10 +362,12 @@ LayerImage Job::readLayer(const std::string &step, const std::string &layer, Rea
     const MatrixLayer *row = m_matrix.find(layer);
     if (!row)
         throw Error(m_folder.u8string() + ": expected a layer " + lowerCase(layer) + " in the matrix");
-    LayerImage image = LayerReader(m_folder, *row, notes, report).read(step);
+    const StructuredText info = readInfo(m_folder);
+    const LengthUnit unit = info.units().value_or(LengthUnit::Inch);
+    LayerImage image = LayerReader(m_folder, *row, unit, notes, report).read(step);
     image.job = m_name;
     describe(image, m_matrix, *row);
-    readSaveDate(m_folder, image.saved);
+    readSaveDate(info, image.saved);
     return image;
 }
 

@@ -2,23 +2,11 @@
 
 #include "cam/base/error.h"
 #include "cam/base/paths.h"
-#include "cam/model/shape.h"
 #include "cam/odb/structuredtext.h"
 
 namespace cam {
 
 namespace {
-
-LengthUnit parseUnits(const StructuredText &text)
-{
-    const StructuredField *field = text.top.find("UNITS");
-    const std::string unit = field ? lowerCase(field->value) : std::string();
-    if (unit.empty() || unit == "inch")
-        return LengthUnit::Inch;
-    if (unit == "mm")
-        return LengthUnit::Millimetre;
-    throw FormatError(text.file, field->line, "INCH or MM for UNITS");
-}
 
 bool parseYesNo(const StructuredText &text, const StructuredBlock &block, std::string_view key)
 {
@@ -56,10 +44,10 @@ StepHeaderRepeat parseRepeat(const StructuredText &text, const StructuredBlock &
 
 } // namespace
 
-StepHeader parseStepHeader(std::string_view text, const std::string &file)
+StepHeader parseStepHeader(std::string_view text, const std::string &file, LengthUnit defaultUnit)
 {
     const StructuredText parsed = parseStructuredText(text, file);
-    const double unit = nanometresPer(parseUnits(parsed));
+    const double unit = nanometresPer(parsed.units().value_or(defaultUnit));
     StepHeader header;
     header.datum =
         Point{parsed.number(parsed.top, "X_DATUM", 0.0), parsed.number(parsed.top, "Y_DATUM", 0.0)} * unit;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cam/model/point.h"
+#include "cam/model/shape.h"
 
 #include <string>
 #include <string_view>
@@ -25,8 +26,9 @@ struct StepHeader
     std::vector<StepHeaderRepeat> repeats;
 };
 
-// A file that states no UNITS is in inches. Throws FormatError for what is no step header, and for flipped
-// steps.
-StepHeader parseStepHeader(std::string_view text, const std::string &file);
+// `defaultUnit` holds where the file states none. Throws FormatError for what is no step header, and for
+// flipped steps.
+StepHeader parseStepHeader(std::string_view text, const std::string &file,
+                           LengthUnit defaultUnit = LengthUnit::Inch);
 
 } // namespace cam

@@ -69,6 +69,17 @@ int StructuredText::integer(const StructuredBlock &block, std::string_view key, 
     return *value;
 }
 
+std::optional<LengthUnit> StructuredText::units() const
+{
+    const StructuredField *field = top.find("UNITS");
+    const std::string unit = field ? upperCase(field->value) : std::string();
+    if (unit.empty())
+        return std::nullopt;
+    if (unit != "INCH" && unit != "MM")
+        throw FormatError(file, field->line, "INCH or MM for UNITS");
+    return unit == "MM" ? LengthUnit::Millimetre : LengthUnit::Inch;
+}
+
 StructuredText parseStructuredText(std::string_view text, const std::string &file)
 {
     StructuredText result;

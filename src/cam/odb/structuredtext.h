@@ -1,6 +1,9 @@
 // The "KEY=VALUE" and "NAME { ... }" files of a job: matrix, stephdr, misc/info.
 #pragma once
 
+#include "cam/model/shape.h"
+
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +39,8 @@ struct StructuredText
     // else.
     double number(const StructuredBlock &block, std::string_view key, double otherwise) const;
     int integer(const StructuredBlock &block, std::string_view key, int otherwise) const;
+    // What UNITS says; nothing where it is missing or empty. Throws FormatError for other units.
+    std::optional<LengthUnit> units() const;
 };
 
 // Throws FormatError for braces that do not match and lines that are neither field, brace nor comment ("#").

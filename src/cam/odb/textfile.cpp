@@ -81,6 +81,9 @@ bool LineReader::next(TextLine &line)
     if (length > 0 && begin[length - 1] == '\r')
         --length;
     line = {std::string_view(begin, length), ++m_number};
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF"; // of UTF-8, as some editors put it first
+    if (m_number == 1 && line.text.substr(0, byteOrderMark.size()) == byteOrderMark)
+        line.text.remove_prefix(byteOrderMark.size());
     return true;
 }
 

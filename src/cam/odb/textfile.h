@@ -18,7 +18,7 @@ struct TextLine
     std::size_t number = 0;
 };
 
-// Walks the lines of a text; ends may be "\n" or "\r\n".
+// Walks the lines of a text; ends may be "\n" or "\r\n". A byte order mark in front is no part of it.
 class LineReader
 {
 public:

@@ -269,8 +269,8 @@ private slots:
                                   << "f:2: expected a position or size below 100 metres";
         QTest::newRow("direction") << QByteArray("$0 r1\nA 0 0 1 1 0 0 0 P 0 X\n")
                                    << "f:2: expected the arc's direction, Y (clockwise) or N";
-        QTest::newRow("hole first") << QByteArray("S P 0\nOB 0 0 H\n")
-                                    << "f:2: expected an island before the surface's first hole";
+        QTest::newRow("holes only") << QByteArray("S P 0\nOB 0 0 H\nOE\nSE\n")
+                                    << "f:4: expected an island in a surface that has holes";
         QTest::newRow("edge outside")
             << QByteArray("S P 0\nOS 0 0\n") << "f:2: expected OB or SE between contours";
         QTest::newRow("contour in contour")

@@ -326,7 +326,7 @@ private slots:
     {
         JobFolder folder;
         folder.features("$0 s-1\n$1 s-2\nP 1 1 0 P 0 0\nP 2 1 1 P 0 0\n");
-        folder.write("symbols/s-1/features", "$0 r5\nP 0 0 0 P 0 0\n");
+        folder.write("symbols/s-1/features", "UNITS=MM\n$0 r5\nP 0 0 0 P 0 0\n");
         ReadingNotes notes;
         const LayerImage image = Job(folder.path()).readLayer("pcb", "top", notes);
         const FeatureSet &top = image.top().features;

@@ -189,18 +189,26 @@ void Arrangement::split()
     }
 }
 
-// Sorts them, too.
+// Sorts them, too: those that are not new are in order already.
 void Arrangement::uniteEqual()
 {
     m_places.clear();
-    for (std::uint32_t i = 0; i < m_segments.size(); ++i)
-        m_places.push_back({m_segments[i].a.x, i});
-    std::sort(m_places.begin(), m_places.end(), [this](const Place &p, const Place &q) {
+    for (const bool areNew : {false, true}) {
+        for (std::uint32_t i = 0; i < m_segments.size(); ++i) {
+            if (m_segments[i].isNew == areNew)
+                m_places.push_back({m_segments[i].a.x, i});
+        }
+    }
+    const auto firstNew = std::find_if(m_places.begin(), m_places.end(),
+                                       [this](const Place &p) { return m_segments[p.index].isNew; });
+    const auto isBefore = [this](const Place &p, const Place &q) {
         if (p.x != q.x)
             return p.x < q.x;
         const Segment &s = m_segments[p.index], &t = m_segments[q.index];
         return s.a.y != t.a.y ? s.a.y < t.a.y : s.b < t.b;
-    });
+    };
+    std::sort(firstNew, m_places.end(), isBefore);
+    std::inplace_merge(m_places.begin(), firstNew, m_places.end(), isBefore);
     std::vector<Segment> united;
     united.reserve(m_segments.size());
     const auto dropNothing = [&united] {
@@ -223,37 +231,41 @@ void Arrangement::uniteEqual()
     m_segments.swap(united);
 }
 
-// Every two segments of which one is new, and whose boxes meet.
+// Every two segments of which one is new, and whose boxes meet. After the first time few are new: those that
+// are not look at these only.
 void Arrangement::findCuts()
 {
     struct Active
     {
         std::int64_t low, high, right;
         std::uint32_t segment;
-        bool isNew;
     };
     m_cuts.clear();
-    std::vector<Active> active;
+    std::vector<Active> newOnes, others;
     for (std::uint32_t i = 0; i < m_segments.size(); ++i) {
-        const Segment &segment = m_segments[i];
+        Segment &segment = m_segments[i];
         const Active here = {std::min(segment.a.y, segment.b.y), std::max(segment.a.y, segment.b.y),
-                             segment.b.x, i, segment.isNew};
-        std::size_t kept = 0;
-        for (std::size_t j = 0; j < active.size(); ++j) {
-            const Active &other = active[j];
-            if (other.right < segment.a.x)
-                continue;
-            if (kept != j)
-                active[kept] = other;
-            ++kept;
-            if (other.low <= here.high && here.low <= other.high && (here.isNew || other.isNew))
-                meet(i, other.segment);
-        }
-        active.resize(kept);
-        active.push_back(here);
-    }
-    for (Segment &segment : m_segments)
+                             segment.b.x, i};
+        const auto meetAll = [&](std::vector<Active> &active) {
+            std::size_t kept = 0;
+            for (std::size_t j = 0; j < active.size(); ++j) {
+                const Active other = active[j];
+                if (other.right < segment.a.x)
+                    continue;
+                if (kept != j)
+                    active[kept] = other;
+                ++kept;
+                if (other.low <= here.high && here.low <= other.high)
+                    meet(i, other.segment);
+            }
+            active.resize(kept);
+        };
+        meetAll(newOnes);
+        if (segment.isNew)
+            meetAll(others);
+        (segment.isNew ? newOnes : others).push_back(here);
         segment.isNew = false;
+    }
 }
 
 void Arrangement::meet(std::uint32_t i, std::uint32_t j)

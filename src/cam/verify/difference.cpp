@@ -518,19 +518,19 @@ void Comparer::compareExactly()
 
 void Comparer::compareTile(const Tile &tile)
 {
-    const std::vector<GridRing> &first = tile.areas[0];
-    std::vector<GridRing> second = tile.areas[1];
-    // Corners that mean the same become the same: edges that run along each other would cross many times.
-    std::vector<GridPoint> corners;
-    for (const GridRing &ring : first)
-        corners.insert(corners.end(), ring.begin(), ring.end());
-    const CornerIndex index(corners, sameCorner);
-    for (GridRing &ring : second) {
-        for (GridPoint &p : ring)
-            p = index.snapped(p);
-    }
-    const std::vector<GridRing> missing = combined(BooleanOperation::Difference, first, second);
-    const std::vector<GridRing> extra = combined(BooleanOperation::Difference, second, first);
+    // Each by itself first: where edges of both run along each other within a nanometre they would cross many
+    // times, and every crossing, rounded, makes others. What both have then vanishes, usually everything.
+    Chain chain(sameCorner);
+    for (const GridRing &ring : combined(BooleanOperation::Union, tile.areas[0], {}))
+        chain.addFirst(ring);
+    for (const GridRing &ring : combined(BooleanOperation::Union, tile.areas[1], {}))
+        chain.addSecond(ring);
+    std::vector<GridRing> left = ringsOf(chain.take());
+    if (left.empty())
+        return;
+    const std::vector<GridRing> missing = combined(BooleanOperation::Union, left, {});
+    std::transform(left.begin(), left.end(), left.begin(), reversed);
+    const std::vector<GridRing> extra = combined(BooleanOperation::Union, left, {});
     bool isFound = false;
     const auto judge = [&](const std::vector<GridRing> &rings, std::vector<GridRing> &found) {
         forEachIsland(rings, [&](std::vector<GridRing> island) {

@@ -39,7 +39,7 @@ DEPENDENCIES = {
     "import": (*INTERFACE, "platform", "archive", "run"),
     "export": (*INTERFACE, "platform", "run"),
     "plugin": (*INTERFACE, "platform", "import", "export", "run"),
-    "workbench": (*INTERFACE, "platform", "pluginmanger", "drawing", "cam", *CAM),
+    "workbench": (*INTERFACE, "platform", "pluginmanger", "drawing", "cam", *CAM, "cam/verify"),
     "convert": (*INTERFACE, "platform", "archive", "cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/export", "cam/verify"),
 }
 # What judges the writers shares points, polygons and the readers with them, and nothing of their ways of drawing.

@@ -105,7 +105,11 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent)
             changeText(chosenOptions()) != m_shownChange)
             showChosenLayer();
     });
-    connect(&m_exports, &ExportWatch::started, this, [this] { m_results->showResults(m_exports.results()); });
+    connect(&m_exports, &ExportWatch::started, this, [this] {
+        m_verifier.stop();
+        m_results->showResults(m_exports.results());
+    });
+    connect(&m_verifier, &ExportVerifier::changed, this, &MainWindow::showProofs);
     connect(&m_exports, &ExportWatch::changed, this, [this] { m_results->showResults(m_exports.results()); });
     connect(&m_exports, &ExportWatch::ended, this, &MainWindow::showExportResults);
     connect(&m_messages, &HostMessages::exportRefused, this, [this] {
@@ -504,6 +508,17 @@ void MainWindow::showExportResults()
     }
     m_messageBar->show(results.isComplete() ? MessageBar::Kind::Good : MessageBar::Kind::Failure, summary,
                        results.folder(), true);
+    if (m_verifies)
+        m_verifier.start(results);
+    showProofs();
+}
+
+void MainWindow::showProofs()
+{
+    m_results->showProofs(m_verifier);
+    if (!m_verifier.isRunning() && !m_verifier.unproven().isEmpty())
+        m_messageBar->show(MessageBar::Kind::Failure, m_verifier.summary(), m_exports.results().folder(),
+                           true);
 }
 
 void MainWindow::repeatExport(const PastExport &past)

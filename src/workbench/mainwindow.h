@@ -2,6 +2,7 @@
 #pragma once
 
 #include "workbench/exporthistory.h"
+#include "workbench/exportverifier.h"
 #include "workbench/exportwatch.h"
 #include "workbench/hostmessages.h"
 
@@ -66,6 +67,10 @@ public:
     bool chooseStep(const QString &step);
     // What became of the last export.
     const ExportWatch &exports() const { return m_exports; }
+    // What the comparison of its files with their layers has found.
+    const ExportVerifier &verifier() const { return m_verifier; }
+    // Exports are not compared with their layers any more, for whom nobody reads what is found.
+    void doNotVerify() { m_verifies = false; }
     // Whether a layer is being read for the view.
     bool isReadingLayer() const;
 
@@ -89,6 +94,7 @@ private:
     void takeImportedFile(const QString &path);
     void takeLayerFile(const QFileInfo &file);
     void showExportResults();
+    void showProofs();
     void takeExportReport(const QString &folder, const QStringList &layers);
     void readOpenJobAgain();
     void renameJob(const QString &name);
@@ -108,6 +114,8 @@ private:
     LogCollector &m_log;
     HostMessages m_messages;
     ExportWatch m_exports;
+    ExportVerifier m_verifier;
+    bool m_verifies = true;
     std::unique_ptr<WindowPlacer> m_placer;
     WindowMemory *m_memory; // never null
     ImportFolder *m_importFolder = nullptr;

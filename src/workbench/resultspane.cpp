@@ -12,7 +12,9 @@
 
 namespace {
 
-enum Column { Layer, Result, Size, File, ColumnCount };
+enum Column { Layer, Result, Proof, Size, File, ColumnCount };
+// Of a line's first column: where its file differs, in millimetres, and how wide.
+enum Role { PlaceRole = Qt::UserRole, WidthRole };
 
 QString stateText(const LayerResult &result)
 {
@@ -34,29 +36,63 @@ QString stateText(const LayerResult &result)
     }
 }
 
+QString proofText(const cam::Comparison &found)
+{
+    if (!found.reason.empty())
+        return ResultsPane::tr("cannot say: %1").arg(QString::fromStdString(found.reason));
+    if (found.isProven())
+        return ResultsPane::tr("proven");
+    return ResultsPane::tr("not proven, %n place(s) differ", nullptr, int(found.placesInAll));
+}
+
+QString placeText(const cam::DifferencePlace &place)
+{
+    return (place.isMissing ? ResultsPane::tr("%1 \u00b5m missing at %2, %3 mm")
+                            : ResultsPane::tr("%1 \u00b5m too much at %2, %3 mm"))
+        .arg(place.width / 1e3, 0, 'f', 1)
+        .arg(place.at.x / 1e6, 0, 'f', 3)
+        .arg(place.at.y / 1e6, 0, 'f', 3);
+}
+
+void paintAsBad(QTreeWidgetItem *item)
+{
+    for (int column = 0; column < ColumnCount; ++column) {
+        item->setBackground(column, QColor(0xa8, 0x1e, 0x1e));
+        item->setForeground(column, Qt::white);
+    }
+}
+
+void setPlace(QTreeWidgetItem *item, const cam::DifferencePlace &place)
+{
+    item->setData(Layer, PlaceRole, QPointF(place.at.x / 1e6, place.at.y / 1e6));
+    item->setData(Layer, WidthRole, place.width / 1e6);
+}
+
 } // namespace
 
-ResultsPane::ResultsPane(QWidget *parent) : QWidget(parent), m_summary(new QLabel), m_list(new QTreeWidget)
+ResultsPane::ResultsPane(QWidget *parent)
+    : QWidget(parent), m_summary(new QLabel), m_proof(new QLabel), m_list(new QTreeWidget)
 {
+    m_proof->setObjectName("ExportProof");
+    m_proof->setMargin(6);
+    m_proof->setWordWrap(true);
+    m_proof->hide();
     m_summary->setMargin(6);
     m_summary->setWordWrap(true);
     m_summary->setText(tr("Nothing has been exported yet."));
     m_list->setObjectName("ExportResults");
-    m_list->setHeaderLabels({tr("Layer"), tr("Result"), tr("Size"), tr("File")});
+    m_list->setHeaderLabels({tr("Layer"), tr("Result"), tr("Verification"), tr("Size"), tr("File")});
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
     m_list->setAlternatingRowColors(true);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    connect(m_list, &QTreeWidget::itemActivated, this, [](const QTreeWidgetItem *item) {
-        const QString file = item->data(File, Qt::UserRole).toString();
-        if (!file.isEmpty())
-            QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
-    });
+    connect(m_list, &QTreeWidget::itemActivated, this, &ResultsPane::activate);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_summary);
+    layout->addWidget(m_proof);
     layout->addWidget(m_list, 1);
 }
 
@@ -64,6 +100,7 @@ void ResultsPane::showResults(const ExportResults &results)
 {
     m_summary->setText(results.summary());
     m_list->clear();
+    m_list->setRootIsDecorated(false);
     for (const LayerResult &result : results.layers) {
         auto *item = new QTreeWidgetItem(m_list);
         item->setText(Layer, result.layer);
@@ -76,11 +113,48 @@ void ResultsPane::showResults(const ExportResults &results)
         const bool isBad = result.state == LayerResult::State::Failed ||
                            result.state == LayerResult::State::Cancelled ||
                            result.state == LayerResult::State::Missing;
-        if (isBad) {
-            for (int column = 0; column < ColumnCount; ++column) {
-                item->setBackground(column, QColor(0xa8, 0x1e, 0x1e));
-                item->setForeground(column, Qt::white);
+        if (isBad)
+            paintAsBad(item);
+    }
+    m_proof->hide();
+}
+
+void ResultsPane::showProofs(const ExportVerifier &verifier)
+{
+    m_proof->setText(verifier.summary());
+    m_proof->setVisible(!m_proof->text().isEmpty());
+    for (const LayerProof &proof : verifier.proofs()) {
+        for (QTreeWidgetItem *item : m_list->findItems(proof.layer, Qt::MatchFixedString, Layer)) {
+            if (!item->text(Proof).isEmpty())
+                continue; // shown before
+            const cam::Comparison &found = proof.found;
+            item->setText(Proof, proofText(found));
+            item->setToolTip(Proof, proofText(found));
+            if (found.isProven())
+                continue;
+            paintAsBad(item);
+            for (const cam::DifferencePlace &place : found.places) {
+                if (!item->data(Layer, PlaceRole).isValid())
+                    setPlace(item, place); // the widest one stands for the layer
+                auto *line = new QTreeWidgetItem(item);
+                line->setText(Layer, item->text(Layer));
+                line->setText(Proof, placeText(place));
+                setPlace(line, place);
             }
+            m_list->setRootIsDecorated(true);
+            item->setExpanded(true);
         }
     }
+}
+
+void ResultsPane::activate(const QTreeWidgetItem *item)
+{
+    const QVariant place = item->data(Layer, PlaceRole);
+    if (place.isValid()) {
+        emit placeChosen(item->text(Layer), place.toPointF(), item->data(Layer, WidthRole).toDouble());
+        return;
+    }
+    const QString file = item->data(File, Qt::UserRole).toString();
+    if (!file.isEmpty())
+        QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
 }

@@ -9,6 +9,7 @@
 #include "workbench/mainwindow.h"
 #include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
+#include "workbench/resultspane.h"
 #include "workbench/view/layerview.h"
 #include "workbench/windowmemory.h"
 
@@ -18,6 +19,7 @@
 #include <QDirIterator>
 #include <QDockWidget>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
@@ -27,6 +29,7 @@
 #include <QTreeWidget>
 #include <QtTest>
 
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -55,6 +58,9 @@ void sendToPlugin(qint32 type)
     data.msgType = type;
     QVERIFY(PluginHost::instance().deliver(data));
 }
+
+// Whose comparison takes little time.
+const QStringList fewLayers{"SILK_BOT", "BOTTOM", "DRILL"};
 
 } // namespace
 
@@ -88,6 +94,17 @@ private:
         dialog.enterPath(folder.filePath("out"));
         dialog.chooseFormat(format);
         return dialog;
+    }
+    // Leaves only `layers` chosen.
+    static void chooseOnly(const ExportDialog &dialog, const QStringList &layers)
+    {
+        auto *table = dialog.window()->findChild<QTableWidget *>();
+        for (int row = 0; row < dialog.rowCount(); ++row) {
+            if (!layers.contains(dialog.layer(row)))
+                QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier,
+                                  table->visualItemRect(table->item(row, 0)).center());
+            QCOMPARE(dialog.isChecked(row), layers.contains(dialog.layer(row)));
+        }
     }
     const ExportResults &results() const { return window->exports().results(); }
     MessageBar *messageBar() const { return window->findChild<MessageBar *>(); }
@@ -304,6 +321,85 @@ private slots:
                  qPrintable(messageBar()->text()));
         QVERIFY(!messageBar()->isFailure());
         QCOMPARE(redRows(), 0);
+    }
+
+    void whatWasExportedIsProvenInTheBackground()
+    {
+        ExportDialog dialog = openDialog(".gerber");
+        chooseOnly(dialog, fewLayers);
+        QVERIFY(dialog.pressOk());
+        auto *proof = window->findChild<QLabel *>("ExportProof");
+        QTRY_COMPARE_WITH_TIMEOUT(proof->text(),
+                                  QString::fromUtf8("3 of 3 layers proven within 0.5 \u00b5m."), 60000);
+        QVERIFY(proof->isVisible());
+        auto *list = window->findChild<QTreeWidget *>("ExportResults");
+        for (int row = 0; row < list->topLevelItemCount(); ++row)
+            QCOMPARE(list->topLevelItem(row)->text(2), QString("proven"));
+        QVERIFY(!messageBar()->isFailure());
+        QCOMPARE(redRows(), 0);
+    }
+
+    // Somebody changes a file as soon as it is there.
+    void fileThatIsNotItsLayerIsToldWithItsPlaces()
+    {
+        ExportDialog dialog = openDialog(".gerber");
+        chooseOnly(dialog, fewLayers);
+        bool isChanged = false;
+        connect(&window->exports(), &ExportWatch::changed, this, [&] {
+            ExportResults copy = results();
+            if (isChanged || !copy.find("bottom") || !copy.find("bottom")->isGood())
+                return;
+            QFile file(copy.find("bottom")->file);
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            const QByteArray text =
+                file.readAll().replace("M02*", "G36*\nX90000000Y90000000D02*\nG01*\nX91000000D01*\n"
+                                               "Y92000000D01*\nX90000000D01*\nY90000000D01*\nG37*\nM02*");
+            QVERIFY(file.resize(0) && file.write(text) == text.size());
+            isChanged = true;
+        });
+        QVERIFY(dialog.pressOk());
+        QTRY_VERIFY_WITH_TIMEOUT(!window->exports().isRunning() && !window->verifier().isRunning(), 60000);
+        QVERIFY(isChanged);
+        const QString expected =
+            QString::fromUtf8("2 of 3 layers proven within 0.5 \u00b5m. Not proven: BOTTOM.");
+        QCOMPARE(window->findChild<QLabel *>("ExportProof")->text(), expected);
+        QVERIFY(messageBar()->isFailure());
+        QVERIFY2(messageBar()->text().contains(expected), qPrintable(messageBar()->text()));
+        QCOMPARE(redRows(), 1);
+        auto *list = window->findChild<QTreeWidget *>("ExportResults");
+        const QTreeWidgetItem *bottom = list->findItems("BOTTOM", Qt::MatchExactly).value(0);
+        QCOMPARE(bottom->text(2), QString("not proven, 1 place(s) differ"));
+        QCOMPARE(bottom->childCount(), 1);
+        QVERIFY2(bottom->child(0)->text(2).contains("too much at 90."),
+                 qPrintable(bottom->child(0)->text(2)));
+        // A double click on the place asks for it.
+        QSignalSpy chosen(window->findChild<ResultsPane *>(), &ResultsPane::placeChosen);
+        const QPoint at = list->visualItemRect(bottom->child(0)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+        QCOMPARE(chosen.count(), 1);
+        QCOMPARE(chosen[0][0].toString(), QString("BOTTOM"));
+        QVERIFY(std::fabs(chosen[0][1].toPointF().x() - 90.5) < 0.01);
+        QVERIFY(std::fabs(chosen[0][2].toDouble() - 1.0) < 0.02);
+        QTest::mouseClick(messageBar()->findChild<QToolButton *>("Dismiss"), Qt::LeftButton);
+    }
+
+    void nextExportEndsTheVerification()
+    {
+        ExportDialog dialog = openDialog(".gerber");
+        chooseOnly(dialog, fewLayers);
+        QVERIFY(dialog.pressOk());
+        QTRY_VERIFY(!window->exports().isRunning());
+        QVERIFY(dialog.pressOk());
+        QTRY_VERIFY(window->exports().isRunning() || window->verifier().proofs().isEmpty());
+        QTRY_VERIFY(!window->exports().isRunning());
+        QTRY_VERIFY_WITH_TIMEOUT(!window->verifier().isRunning(), 60000);
+        QCOMPARE(window->verifier().proofs().size(), fewLayers.size()); // each once
+        // The end of the program does not wait for one.
+        QVERIFY(dialog.pressOk());
+        QTRY_VERIFY(!window->exports().isRunning());
+        closeExportDialogs();
+        window.reset();
     }
 
     void layerThatFailsIsRedWithItsReasonUntilDismissed()

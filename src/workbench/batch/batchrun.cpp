@@ -54,6 +54,7 @@ BatchRun::BatchRun(MainWindow &window, const CommandLine &options, Print print, 
 
 int BatchRun::run()
 {
+    m_window.doNotVerify();
     if (!m_window.importAction() || !m_window.exportAction()) {
         fail("there is no plug-in that imports and exports");
         return 1;

@@ -301,6 +301,23 @@ void Canvas::add(const Canvas &other)
         std::transform(m_small.begin(), m_small.end(), other.m_small.begin(), m_small.begin(), std::plus<>());
 }
 
+void Canvas::remove(const Canvas &other)
+{
+    if (other.m_lastUsed < 0)
+        return;
+    for (int y = 0; y < m_height && !m_small.empty(); ++y) {
+        for (int x = 0; x < m_width; ++x)
+            m_small[static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
+                    static_cast<std::size_t>(x)] *=
+                static_cast<float>(samplesOfPixel - share(other.m_bits, x, y)) / samplesOfPixel;
+    }
+    const std::size_t first = static_cast<std::size_t>(other.m_firstUsed) * static_cast<std::size_t>(m_words);
+    const std::size_t end =
+        static_cast<std::size_t>(other.m_lastUsed + 1) * static_cast<std::size_t>(m_words);
+    for (std::size_t i = first; i < end; ++i)
+        m_bits[i] &= ~other.m_bits[i];
+}
+
 void Canvas::negate(const Canvas &base)
 {
     for (int y = 0; y < m_height && !m_small.empty(); ++y) {

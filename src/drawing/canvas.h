@@ -52,8 +52,9 @@ public:
     void addSmall(cam::Point at, double area, bool dark);
     void addThin(cam::Point from, cam::Point to, double width, bool dark);
 
-    // Adds what is dark in another canvas of the same size.
+    // Adds what is dark in another canvas of the same size, or takes it away.
     void add(const Canvas &other);
+    void remove(const Canvas &other);
     // Leaves what is dark in `base` and not here.
     void negate(const Canvas &base);
 

@@ -1,10 +1,18 @@
 #include "drawing/scene.h"
 
+#include <atomic>
+
 namespace drawing {
 
 using cam::Box;
 using cam::Point;
 using cam::Transform;
+
+Scene::Scene()
+{
+    static std::atomic<std::uint64_t> count{0};
+    m_number = ++count;
+}
 
 Transform inverse(const Transform &map)
 {

@@ -25,7 +25,13 @@ struct DrawMode
 class Scene
 {
 public:
+    Scene();
     virtual ~Scene() = default;
+    Scene(const Scene &) = delete;
+    Scene &operator=(const Scene &) = delete;
+
+    // Of this scene alone, as long as the program runs: a key for what has been drawn of it.
+    std::uint64_t number() const { return m_number; }
 
     // Holds everything that is drawn; may be a little larger. Empty for an empty scene. Nanometres.
     virtual cam::Box extent() const = 0;
@@ -33,6 +39,9 @@ public:
     // Draws what lies on `canvas`. `toSamples` maps nanometres to the canvas's samples. Passes on what
     // `mode.check` throws.
     virtual void draw(Canvas &canvas, const cam::Transform &toSamples, const DrawMode &mode) const = 0;
+
+private:
+    std::uint64_t m_number;
 };
 
 // The inverse of a map whose determinant is not 0.

@@ -2,21 +2,57 @@
 
 #include "workbench/viewcolor.h"
 
+#include <QColorDialog>
 #include <QComboBox>
+#include <QContextMenuEvent>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QSignalBlocker>
+#include <QSlider>
 #include <QStackedWidget>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
+// The table, whose eyes are pressed without choosing their row.
+class LayerTable : public QTableWidget
+{
+public:
+    enum Column { Name, Type, Context, Polarity, Eye, Opacity, ColumnCount };
+
+    LayerTable() : QTableWidget(0, ColumnCount) {}
+    std::function<void(int row)> eyePressed;
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        const QModelIndex at = indexAt(event->pos());
+        if (event->button() == Qt::LeftButton && at.isValid() && at.column() == Eye)
+            eyePressed(at.row());
+        else
+            QTableWidget::mousePressEvent(event);
+    }
+    // The second press of two quick ones on an eye.
+    void mouseDoubleClickEvent(QMouseEvent *event) override
+    {
+        const QModelIndex at = indexAt(event->pos());
+        if (at.isValid() && at.column() == Eye)
+            eyePressed(at.row());
+        else
+            QTableWidget::mouseDoubleClickEvent(event);
+    }
+};
+
 namespace {
 
-enum Column { Name, Type, Context, Polarity, ColumnCount };
+using Column = LayerTable::Column;
 
 // "SOLDER_MASK" as a person writes it.
 QString readable(const std::string &word)
@@ -26,9 +62,10 @@ QString readable(const std::string &word)
     return text;
 }
 
+// Pixmaps are twice the size shown, so that they stay crisp on dense screens.
 QIcon swatch(const QColor &color)
 {
-    QPixmap pixmap(32, 32); // twice the size shown, so that it stays crisp on dense screens
+    QPixmap pixmap(32, 32);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -38,11 +75,73 @@ QIcon swatch(const QColor &color)
     return QIcon(pixmap);
 }
 
+QIcon eye(bool open, const QColor &color)
+{
+    QPixmap pixmap(32, 32);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor line = color;
+    line.setAlphaF(open ? 1.0 : 0.35);
+    painter.setPen(QPen(line, 2.5));
+    QPainterPath lids;
+    lids.moveTo(3, 16);
+    lids.quadTo(16, 4, 29, 16);
+    lids.quadTo(16, open ? 28 : 22, 3, 16);
+    if (open) {
+        painter.drawPath(lids);
+        painter.setBrush(line);
+        painter.drawEllipse(QPointF(16, 16), 4.5, 4.5);
+    } else {
+        painter.drawArc(QRectF(3, 6, 26, 18), 200 * 16, 140 * 16);
+    }
+    return QIcon(pixmap);
+}
+
+bool isBoard(const ORVEX::API::layer_info &layer)
+{
+    return layer.context == "BOARD";
+}
+
+bool isCopper(const ORVEX::API::layer_info &layer)
+{
+    return isBoard(layer) &&
+           (layer.type == "SIGNAL" || layer.type == "POWER_GROUND" || layer.type == "MIXED");
+}
+
+bool isDrilled(const ORVEX::API::layer_info &layer)
+{
+    return layer.type == "DRILL" || layer.type == "ROUT";
+}
+
+bool hasFeatures(const ORVEX::API::layer_info &layer)
+{
+    return layer.type != "COMPONENT" && layer.type != "DIELECTRIC";
+}
+
+// Copper layers over each other are told apart: the first one has the color of its class, the others go round
+// the circle of hues.
+QColor copperColor(const QColor &base, int number, int count)
+{
+    if (number == 0 || count < 2)
+        return base;
+    int hue = 0, saturation = 0, value = 0;
+    base.getHsv(&hue, &saturation, &value);
+    return QColor::fromHsv((hue + 360 * number / count) % 360, std::min(saturation, 190), 235);
+}
+
+// Of the layers and datatypes of files, one after the other.
+QColor fileColor(int number)
+{
+    return QColor::fromHsv((200 + 67 * number) % 360, 150, 240);
+}
+
 } // namespace
 
 LayerPanel::LayerPanel(QWidget *parent)
     : QWidget(parent), m_head(new QWidget), m_job(new QLabel), m_steps(new QComboBox),
-      m_table(new QTableWidget(0, ColumnCount)), m_empty(new QLabel), m_stack(new QStackedWidget)
+      m_table(new LayerTable), m_empty(new QLabel), m_stack(new QStackedWidget), m_foot(new QWidget),
+      m_opacity(new QSlider(Qt::Horizontal))
 {
     QFont bold = m_job->font();
     bold.setBold(true);
@@ -50,19 +149,26 @@ LayerPanel::LayerPanel(QWidget *parent)
     m_steps->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_steps->setMinimumContentsLength(8);
 
-    m_table->setHorizontalHeaderLabels({tr("Layer"), tr("Type"), tr("Context"), tr("Polarity")});
+    m_table->setHorizontalHeaderLabels(
+        {tr("Layer"), tr("Type"), tr("Context"), tr("Polarity"), QString(), tr("Opacity")});
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 8);
-    m_table->horizontalHeader()->setHighlightSections(false);
-    m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_table->horizontalHeader()->setSectionResizeMode(Name, QHeaderView::Stretch);
+    QHeaderView *header = m_table->horizontalHeader();
+    header->setHighlightSections(false);
+    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(Column::Name, QHeaderView::Stretch);
+    header->setMinimumSectionSize(30);
+    header->moveSection(Column::Eye, 0);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
     m_table->setShowGrid(false);
     m_table->setAlternatingRowColors(true);
     m_table->setFrameShape(QFrame::NoFrame);
+    m_table->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_table->installEventFilter(this);
+    m_table->eyePressed = [this](int row) { toggle(row); };
 
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setWordWrap(true);
@@ -75,32 +181,69 @@ LayerPanel::LayerPanel(QWidget *parent)
     head->addWidget(m_job, 1);
     head->addWidget(new QLabel(tr("Step")));
     head->addWidget(m_steps);
+    auto *foot = new QHBoxLayout(m_foot);
+    foot->setContentsMargins(6, 0, 6, 4);
+    auto *label = new QLabel(tr("&Opacity"));
+    label->setBuddy(m_opacity);
+    m_opacity->setRange(10, 100);
+    m_opacity->setSingleStep(5);
+    m_opacity->setPageStep(10);
+    m_opacity->setToolTip(tr("How dense the chosen layer is drawn"));
+    foot->addWidget(label);
+    foot->addWidget(m_opacity, 1);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_head);
     layout->addWidget(m_stack, 1);
+    layout->addWidget(m_foot);
 
     connect(m_steps, &QComboBox::currentTextChanged, this, &LayerPanel::stepChosen);
-    connect(m_table, &QTableWidget::itemSelectionChanged, this, &LayerPanel::layerChosen);
+    connect(m_table, &QTableWidget::itemSelectionChanged, this, [this] {
+        peekAtCurrent();
+        updateSlider();
+        emit layerChosen();
+    });
+    connect(m_table, &QTableWidget::cellDoubleClicked, this, [this](int row, int) { solo(row); });
+    connect(m_table, &QWidget::customContextMenuRequested, this, &LayerPanel::openMenu);
+    connect(m_opacity, &QSlider::valueChanged, this, [this](int percent) {
+        const int row = currentRow();
+        if (row < 0 || m_rows[std::size_t(row)].opacity == percent)
+            return;
+        m_rows[std::size_t(row)].opacity = percent;
+        updateRow(row);
+        emit shownChanged();
+    });
     showNothing(tr("No job is open."));
 }
+
+// ---- rows
 
 void LayerPanel::showMatrix(const QString &job, const QStringList &steps,
                             const std::vector<ORVEX::API::layer_info> &layers)
 {
     const QSignalBlocker quietSteps(m_steps);
-    const QSignalBlocker quietTable(m_table);
     m_head->setVisible(!job.isEmpty());
     m_job->setText(job);
+    m_job->setToolTip(job);
     m_steps->clear();
     m_steps->addItems(steps);
     m_steps->setEnabled(steps.size() > 1);
-    m_layers = layers;
-    m_table->setRowCount(0);
-    for (const ORVEX::API::layer_info &layer : layers)
-        addRow(layer);
+    std::vector<Row> rows;
+    const auto copperCount = int(std::count_if(layers.begin(), layers.end(), isCopper));
+    int copper = 0;
+    for (const ORVEX::API::layer_info &layer : layers) {
+        Row row;
+        row.layer = layer;
+        row.name = QString::fromStdString(layer.name);
+        row.color = isCopper(layer) ? copperColor(viewColor(layer), copper++, copperCount) : viewColor(layer);
+        rows.push_back(row);
+    }
+    std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(rows),
+                 [](const Row &row) { return !row.file.isEmpty(); });
+    m_rows = rows;
+    fillTable();
     m_empty->setText(tr("The job has no layers."));
-    m_stack->setCurrentWidget(layers.empty() ? static_cast<QWidget *>(m_empty) : m_table);
+    m_stack->setCurrentWidget(m_rows.empty() ? static_cast<QWidget *>(m_empty) : m_table);
 }
 
 void LayerPanel::showNothing(const QString &reason)
@@ -108,6 +251,98 @@ void LayerPanel::showNothing(const QString &reason)
     showMatrix(QString(), {}, {});
     m_empty->setText(reason);
 }
+
+void LayerPanel::addFile(const QString &path, const QStringList &parts)
+{
+    int number = int(files().size());
+    m_rows.erase(
+        std::remove_if(m_rows.begin(), m_rows.end(), [&](const Row &row) { return row.file == path; }),
+        m_rows.end());
+    for (int part = 0; part < parts.size(); ++part) {
+        Row row;
+        row.file = path;
+        row.part = part;
+        row.name = parts[part];
+        row.color = fileColor(number++);
+        row.shown = true;
+        m_rows.push_back(row);
+    }
+    fillTable();
+    m_stack->setCurrentWidget(m_table);
+    if (!parts.isEmpty())
+        m_table->scrollToItem(m_table->item(int(m_rows.size()) - 1, Column::Name));
+    emit shownChanged();
+}
+
+void LayerPanel::removeFile(const QString &path)
+{
+    m_rows.erase(
+        std::remove_if(m_rows.begin(), m_rows.end(), [&](const Row &row) { return row.file == path; }),
+        m_rows.end());
+    fillTable();
+    emit fileRemoved(path);
+    emit shownChanged();
+}
+
+QStringList LayerPanel::files() const
+{
+    QStringList paths;
+    for (const Row &row : m_rows) {
+        if (!row.file.isEmpty() && !paths.contains(row.file))
+            paths << row.file;
+    }
+    return paths;
+}
+
+void LayerPanel::fillTable()
+{
+    const QSignalBlocker quiet(m_table);
+    m_peeked = -1;
+    m_beforeSolo.clear();
+    m_table->clearSelection();
+    m_table->setRowCount(0);
+    for (const Row &row : m_rows)
+        addTableRow(row);
+    m_foot->setVisible(!m_rows.empty());
+    updateSlider();
+}
+
+void LayerPanel::addTableRow(const Row &row)
+{
+    const int at = m_table->rowCount();
+    m_table->insertRow(at);
+    const ORVEX::API::layer_info &layer = row.layer;
+    auto *name = new QTableWidgetItem(row.name);
+    if (!row.file.isEmpty())
+        name->setToolTip(row.file);
+    else if (!layer.start_name.empty() || !layer.end_name.empty())
+        name->setToolTip(tr("%1, from %2 to %3")
+                             .arg(row.name, QString::fromStdString(layer.start_name),
+                                  QString::fromStdString(layer.end_name)));
+    else
+        name->setToolTip(row.name);
+    m_table->setItem(at, Column::Name, name);
+    m_table->setItem(at, Column::Type,
+                     new QTableWidgetItem(row.file.isEmpty() ? readable(layer.type) : tr("file")));
+    m_table->setItem(at, Column::Context, new QTableWidgetItem(readable(layer.context)));
+    m_table->setItem(at, Column::Polarity, new QTableWidgetItem(readable(layer.polarity)));
+    auto *eyeItem = new QTableWidgetItem;
+    eyeItem->setToolTip(tr("Show or hide this layer (Space)"));
+    m_table->setItem(at, Column::Eye, eyeItem);
+    m_table->setItem(at, Column::Opacity, new QTableWidgetItem);
+    updateRow(at);
+}
+
+void LayerPanel::updateRow(int at)
+{
+    const Row &row = m_rows[std::size_t(at)];
+    m_table->item(at, Column::Name)->setIcon(swatch(row.color));
+    m_table->item(at, Column::Eye)->setIcon(eye(row.shown, m_table->palette().color(QPalette::Text)));
+    m_table->item(at, Column::Eye)->setData(Qt::AccessibleTextRole, row.shown ? tr("shown") : tr("hidden"));
+    m_table->item(at, Column::Opacity)->setText(tr("%1 %").arg(row.opacity));
+}
+
+// ---- steps and the chosen layer
 
 QString LayerPanel::currentStep() const
 {
@@ -122,26 +357,33 @@ bool LayerPanel::setCurrentStep(const QString &step)
     return index >= 0;
 }
 
+int LayerPanel::layerCount() const
+{
+    return int(
+        std::count_if(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.file.isEmpty(); }));
+}
+
 void LayerPanel::chooseNone()
 {
     const QSignalBlocker quiet(m_table);
     m_table->clearSelection();
+    peekAtCurrent();
+    updateSlider();
 }
 
 void LayerPanel::chooseFirstCopper()
 {
-    const auto copper =
-        std::find_if(m_layers.cbegin(), m_layers.cend(), [](const ORVEX::API::layer_info &layer) {
-            return layer.context == "BOARD" && layer.type == "SIGNAL";
-        });
-    if (!m_layers.empty())
-        m_table->selectRow(copper == m_layers.cend() ? 0 : int(copper - m_layers.cbegin()));
+    const auto copper = std::find_if(m_rows.begin(), m_rows.end(), [](const Row &row) {
+        return row.file.isEmpty() && row.layer.context == "BOARD" && row.layer.type == "SIGNAL";
+    });
+    if (layerCount() > 0)
+        m_table->selectRow(copper == m_rows.end() ? 0 : int(copper - m_rows.begin()));
 }
 
 bool LayerPanel::chooseLayer(const QString &name)
 {
-    for (std::size_t row = 0; row < m_layers.size(); ++row) {
-        if (QString::fromStdString(m_layers[row].name) == name) {
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        if (m_rows[row].file.isEmpty() && m_rows[row].name == name) {
             m_table->selectRow(int(row));
             return true;
         }
@@ -149,23 +391,196 @@ bool LayerPanel::chooseLayer(const QString &name)
     return false;
 }
 
-const ORVEX::API::layer_info *LayerPanel::currentLayer() const
+int LayerPanel::currentRow() const
 {
     const QList<QTableWidgetItem *> selected = m_table->selectedItems();
-    return selected.isEmpty() ? nullptr : &m_layers[size_t(selected.first()->row())];
+    return selected.isEmpty() ? -1 : selected.first()->row();
 }
 
-void LayerPanel::addRow(const ORVEX::API::layer_info &layer)
+const ORVEX::API::layer_info *LayerPanel::currentLayer() const
 {
-    const int row = m_table->rowCount();
-    m_table->insertRow(row);
-    auto *name = new QTableWidgetItem(swatch(viewColor(layer)), QString::fromStdString(layer.name));
-    if (!layer.start_name.empty() || !layer.end_name.empty())
-        name->setToolTip(
-            tr("from %1 to %2")
-                .arg(QString::fromStdString(layer.start_name), QString::fromStdString(layer.end_name)));
-    m_table->setItem(row, Name, name);
-    m_table->setItem(row, Type, new QTableWidgetItem(readable(layer.type)));
-    m_table->setItem(row, Context, new QTableWidgetItem(readable(layer.context)));
-    m_table->setItem(row, Polarity, new QTableWidgetItem(readable(layer.polarity)));
+    const int row = currentRow();
+    return row < 0 || !m_rows[std::size_t(row)].file.isEmpty() ? nullptr : &m_rows[std::size_t(row)].layer;
+}
+
+void LayerPanel::updateSlider()
+{
+    const QSignalBlocker quiet(m_opacity);
+    const int row = currentRow();
+    m_foot->setEnabled(row >= 0);
+    if (row >= 0)
+        m_opacity->setValue(m_rows[std::size_t(row)].opacity);
+}
+
+// ---- what is seen
+
+// A layer that is chosen is seen as long as it is chosen: one goes through the layers by the arrow keys. What
+// the eye was opened for stays.
+void LayerPanel::peekAtCurrent()
+{
+    const int current = currentRow();
+    if (current == m_peeked)
+        return;
+    if (m_peeked >= 0 && m_peeked < int(m_rows.size())) {
+        m_rows[std::size_t(m_peeked)].shown = false;
+        updateRow(m_peeked);
+    }
+    m_peeked = -1;
+    if (current >= 0 && !m_rows[std::size_t(current)].shown) {
+        m_rows[std::size_t(current)].shown = true;
+        m_peeked = current;
+        updateRow(current);
+    }
+    emit shownChanged();
+}
+
+// The first eye that is pressed keeps what was only looked at.
+void LayerPanel::toggle(int row)
+{
+    m_rows[std::size_t(row)].shown = !m_rows[std::size_t(row)].shown;
+    m_peeked = -1;
+    updateRow(row);
+    emit shownChanged();
+}
+
+void LayerPanel::setOnly(const std::function<bool(const Row &)> &wanted)
+{
+    m_peeked = -1;
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        m_rows[row].shown = wanted(m_rows[row]);
+        updateRow(int(row));
+    }
+    emit shownChanged();
+}
+
+void LayerPanel::solo(int row)
+{
+    std::vector<bool> shown;
+    for (const Row &other : m_rows)
+        shown.push_back(other.shown);
+    const bool isAlone = shown[std::size_t(row)] && std::count(shown.begin(), shown.end(), true) == 1;
+    if (isAlone && m_beforeSolo.size() == m_rows.size()) {
+        std::size_t at = 0;
+        const std::vector<bool> before = m_beforeSolo;
+        m_beforeSolo.clear();
+        setOnly([&](const Row &) { return before[at++]; });
+        return;
+    }
+    m_beforeSolo = shown;
+    std::size_t at = 0;
+    setOnly([&](const Row &) { return at++ == std::size_t(row); });
+}
+
+void LayerPanel::showPreset(Preset preset)
+{
+    int firstCopper = -1, lastCopper = -1;
+    for (int row = 0; row < layerCount(); ++row) {
+        if (!isCopper(m_rows[std::size_t(row)].layer))
+            continue;
+        firstCopper = firstCopper < 0 ? row : firstCopper;
+        lastCopper = row;
+    }
+    int at = -1;
+    setOnly([&](const Row &row) {
+        ++at;
+        if (!row.file.isEmpty())
+            return row.shown;
+        const bool isSide = isBoard(row.layer) && hasFeatures(row.layer) && !isDrilled(row.layer);
+        switch (preset) {
+        case Preset::AllCopper:
+            return isCopper(row.layer);
+        case Preset::TopSide:
+            return isSide && at <= firstCopper;
+        case Preset::BottomSide:
+            return isSide && at >= lastCopper && lastCopper >= 0;
+        case Preset::DrillOverCopper:
+            break;
+        }
+        return isCopper(row.layer) || isDrilled(row.layer);
+    });
+}
+
+QVector<ViewRow> LayerPanel::shownRows(bool fromBelow) const
+{
+    QVector<ViewRow> layers, drilled, files;
+    for (const Row &row : m_rows) {
+        if (!row.shown)
+            continue;
+        ViewRow shown;
+        shown.name = row.name;
+        shown.file = row.file;
+        shown.part = row.part;
+        shown.color = row.color;
+        shown.opacity = row.opacity / 100.0;
+        (!row.file.isEmpty() ? files : isDrilled(row.layer) ? drilled : layers) << shown;
+    }
+    if (!fromBelow)
+        std::reverse(layers.begin(), layers.end());
+    return layers + drilled + files;
+}
+
+bool LayerPanel::isShown(const QString &name) const
+{
+    return std::any_of(m_rows.begin(), m_rows.end(),
+                       [&](const Row &row) { return row.name == name && row.shown; });
+}
+
+void LayerPanel::setShown(const QString &name, bool shown)
+{
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        if (m_rows[row].name != name)
+            continue;
+        m_rows[row].shown = shown;
+        if (m_peeked == int(row))
+            m_peeked = -1;
+        updateRow(int(row));
+    }
+    emit shownChanged();
+}
+
+// ---- commands
+
+bool LayerPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && currentRow() >= 0) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Space) {
+            toggle(currentRow());
+            return true;
+        }
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            solo(currentRow());
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void LayerPanel::chooseColor(int row)
+{
+    const QColor color = QColorDialog::getColor(m_rows[std::size_t(row)].color, this,
+                                                tr("Color of %1").arg(m_rows[std::size_t(row)].name));
+    if (!color.isValid())
+        return;
+    m_rows[std::size_t(row)].color = color;
+    updateRow(row);
+    emit shownChanged();
+}
+
+void LayerPanel::openMenu(const QPoint &place)
+{
+    const QModelIndex at = m_table->indexAt(place);
+    if (!at.isValid())
+        return;
+    const int row = at.row();
+    QMenu menu;
+    menu.addAction(m_rows[std::size_t(row)].shown ? tr("Hide") : tr("Show"), this,
+                   [this, row] { toggle(row); });
+    menu.addAction(tr("Show only this one"), this, [this, row] { solo(row); });
+    menu.addAction(tr("Color ..."), this, [this, row] { chooseColor(row); });
+    const QString file = m_rows[std::size_t(row)].file;
+    if (!file.isEmpty())
+        menu.addAction(tr("Remove %1 from the list").arg(QFileInfo(file).fileName()), this,
+                       [this, file] { removeFile(file); });
+    menu.exec(m_table->viewport()->mapToGlobal(place));
 }

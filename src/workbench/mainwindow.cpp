@@ -21,6 +21,7 @@
 #include "workbench/resultspane.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/view/graphicview.h"
+#include "workbench/view/viewcommands.h"
 #include "workbench/windowmemory.h"
 #include "workbench/windowplacer.h"
 
@@ -64,27 +65,6 @@ WindowMemory &noMemory()
     return memory;
 }
 
-// What an export by `options` does to a layer, in words; empty when it stays as it is.
-QString changeText(const cam::ExportOptions &options)
-{
-    const QLocale locale;
-    QStringList parts;
-    if (options.resize != 0.0)
-        parts << (options.resize > 0.0 ? MainWindow::tr("grown by %1 \u00b5m")
-                                       : MainWindow::tr("shrunk by %1 \u00b5m"))
-                     .arg(locale.toString(std::fabs(options.resize) / 1000.0, 'g', 10));
-    if (options.negative)
-        parts << MainWindow::tr("negated");
-    if (options.xScale != 1.0 || options.yScale != 1.0)
-        parts << MainWindow::tr("scaled by %1 and %2")
-                     .arg(locale.toString(options.xScale, 'g', 10), locale.toString(options.yScale, 'g', 10));
-    if (options.mirror)
-        parts << MainWindow::tr("mirrored");
-    if (options.angle != 0.0)
-        parts << MainWindow::tr("rotated by %1\u00b0").arg(locale.toString(options.angle, 'g', 10));
-    return parts.join(", ");
-}
-
 } // namespace
 
 MainWindow::MainWindow(LogCollector &log, QWidget *parent)
@@ -101,9 +81,7 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent)
     connect(&m_messages, &HostMessages::contextRequested, &m_exports, &ExportWatch::watchDialog);
     connect(&m_exports, &ExportWatch::looked, this, [this] {
         fillRepeatedExport();
-        if (m_asExported->isChecked() && m_layers->currentLayer() &&
-            changeText(chosenOptions()) != m_shownChange)
-            showChosenLayer();
+        m_viewCommands->look();
     });
     connect(&m_exports, &ExportWatch::started, this, [this] {
         m_verifier.stop();
@@ -168,11 +146,7 @@ void MainWindow::buildPanels()
     connect(m_jobs, &JobListPanel::removeAsked, this, &MainWindow::removeJob);
     connect(m_jobs, &JobListPanel::folderAsked, this,
             [this](const QString &name) { JobCommands(this, m_jobRoot).show(name); });
-    connect(m_layers, &LayerPanel::stepChosen, this, [this] {
-        updateContext();
-        showChosenLayer();
-    });
-    connect(m_layers, &LayerPanel::layerChosen, this, &MainWindow::showChosenLayer);
+    connect(m_layers, &LayerPanel::stepChosen, this, &MainWindow::updateContext);
     m_view->showText(tr("No job is open."));
 }
 
@@ -209,16 +183,9 @@ void MainWindow::buildMenus()
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
     view->setObjectName("ViewMenu");
-    QAction *fit = view->addAction(tr("&Fit layer"), m_view, &GraphicView::fit);
-    fit->setShortcut(Qt::Key_F);
-    m_asExported = view->addAction(tr("As &exported"), this, &MainWindow::showChosenLayer);
-    m_asExported->setObjectName("AsExported");
-    m_asExported->setCheckable(true);
-    m_asExported->setChecked(true);
-    m_asExported->setShortcut(Qt::Key_E);
-    m_asExported->setStatusTip(
-        tr("Show layers as the settings and the open Export dialog change them, or as they are in the job"));
-    view->addSeparator();
+    m_viewCommands = new ViewCommands(*m_layers, *m_view, *file, *view, this);
+    connect(m_viewCommands, &ViewCommands::fileFailed, this,
+            [this](const QString &, const QString &reason) { tellFailure(reason); });
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());
     menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainWindow::showAbout);
@@ -310,6 +277,7 @@ void MainWindow::addPlugins()
     // Plug-ins have read the settings now, and keep what they read.
     const HostSettings settings = hostsettings::read();
     m_resize = hostsettings::resizeInNanometres(settings.resize, settings.resizeUnit);
+    m_viewCommands->setResize(m_resize);
     showResize();
     m_history->setRecord(settings.exportDatabase);
     if (m_importAction)
@@ -370,6 +338,7 @@ void MainWindow::refreshJobs()
         LOG(INFO) << "the open job " << m_openJob.toStdString() << " is gone";
         m_openJob.clear();
         m_layers->showNothing(tr("No job is open."));
+        m_viewCommands->openJob(QString());
         m_view->showText(tr("No job is open."));
     }
     m_jobs->setCurrentJob(m_openJob);
@@ -391,7 +360,6 @@ void MainWindow::readOpenJobAgain()
 
 void MainWindow::openJob(const QString &name)
 {
-    m_view->stopReading();
     std::vector<std::string> names;
     std::vector<ORVEX::API::layer_info> layers;
     const std::string failure = ORVEX::API::get_matrix(name.toStdString(), names, layers);
@@ -412,6 +380,7 @@ void MainWindow::openJob(const QString &name)
     }
     updateContext();
     m_view->showText(tr("Choose a layer."));
+    m_viewCommands->openJob(QDir(m_jobRoot).filePath(m_openJob));
     m_layers->chooseFirstCopper();
 }
 
@@ -476,14 +445,7 @@ void MainWindow::takeImportedFile(const QString &path)
 void MainWindow::takeLayerFile(const QFileInfo &file)
 {
     LOG(INFO) << file.filePath().toStdString() << " was taken in as a single layer file";
-    if (file.suffix().toLower() == "gds") {
-        m_layers->chooseNone();
-        m_view->showFile(file.filePath());
-        statusBar()->showMessage(tr("%1 is shown; it belongs to no job.").arg(file.fileName()), messageTime);
-    } else {
-        statusBar()->showMessage(
-            tr("%1 belongs to no job; the view shows GDSII files only.").arg(file.fileName()), messageTime);
-    }
+    m_viewCommands->openFiles({file.filePath()});
 }
 
 void MainWindow::takeExportReport(const QString &folder, const QStringList &layers)
@@ -573,39 +535,6 @@ void MainWindow::updateContext()
                                                    .arg(m_layers->layerCount()));
 }
 
-void MainWindow::showChosenLayer()
-{
-    const ORVEX::API::layer_info *layer = m_layers->currentLayer();
-    if (!layer)
-        return;
-    const cam::ExportOptions options = m_asExported->isChecked() ? chosenOptions() : cam::ExportOptions();
-    m_shownChange = changeText(options);
-    m_view->showLayer(QDir(m_jobRoot).filePath(m_openJob), m_layers->currentStep(), *layer, options,
-                      m_shownChange);
-}
-
-cam::ExportOptions MainWindow::chosenOptions() const
-{
-    cam::ExportOptions options;
-    options.resize = m_resize;
-    const ORVEX::API::layer_info *layer = m_layers->currentLayer();
-    const ExportDialog dialog = ExportDialog::find();
-    if (!layer || !dialog.window() || !dialog.problem().isEmpty())
-        return options;
-    const QString name = QString::fromStdString(layer->name);
-    for (int row = 0; row < dialog.rowCount(); ++row) {
-        if (dialog.layer(row).compare(name, Qt::CaseInsensitive) != 0)
-            continue;
-        const LayerChange change = dialog.change(row);
-        options.angle = change.angle;
-        options.mirror = change.mirror;
-        options.xScale = change.xScale;
-        options.yScale = change.yScale;
-        options.negative = change.negate;
-    }
-    return options;
-}
-
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     // A plug-in's modal window means that its command is still on the stack, or that the user has choices to
@@ -643,7 +572,6 @@ void MainWindow::restartPlugins()
     PluginHost::instance().restartPlugins();
     addPlugins();
     refreshJobs();
-    showChosenLayer();
 }
 
 void MainWindow::showAbout()

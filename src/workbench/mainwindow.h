@@ -21,6 +21,7 @@ class LogPane;
 class MessageBar;
 class ResultsPane;
 class WindowMemory;
+class ViewCommands;
 class WindowPlacer;
 
 class QAction;
@@ -102,9 +103,6 @@ private:
     void repeatExport(const PastExport &past);
     void fillRepeatedExport();
     void updateContext();
-    void showChosenLayer();
-    // How an export would change the chosen layer: by the settings, and by the open Export dialog.
-    cam::ExportOptions chosenOptions() const;
     void editSettings();
     // Has plug-ins read the settings, which they do once in their lives.
     void restartPlugins();
@@ -122,6 +120,7 @@ private:
     JobListPanel *m_jobs = nullptr;
     LayerPanel *m_layers = nullptr;
     GraphicView *m_view = nullptr;
+    ViewCommands *m_viewCommands = nullptr;
     LogPane *m_logPane = nullptr;
     ResultsPane *m_results = nullptr;
     HistoryPane *m_history = nullptr;
@@ -129,9 +128,7 @@ private:
     QDockWidget *m_resultsDock = nullptr;
     MessageBar *m_messageBar = nullptr;
     QToolBar *m_toolBar = nullptr;
-    QAction *m_asExported = nullptr;  // the view shows layers as exports change them
     double m_resize = 0.0;            // nanometres, as plug-ins have read it
-    QString m_shownChange;            // of the layer in the view
     QLabel *m_resizeStatus = nullptr; // seen while exports change the size of features
     QLabel *m_placeStatus = nullptr;
     QLabel *m_jobStatus = nullptr;    // at the right end of the status bar

@@ -77,7 +77,7 @@ QString firstDifference(const LayerScene &scene, const ExactPicture &truth, cam:
 
 } // namespace
 
-class TestLayerScene : public QObject
+class tst_LayerScene : public QObject
 {
     Q_OBJECT
 
@@ -368,5 +368,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(TestLayerScene)
+QTEST_GUILESS_MAIN(tst_LayerScene)
 #include "tst_layerscene.moc"

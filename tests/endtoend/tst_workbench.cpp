@@ -10,7 +10,7 @@
 #include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
 #include "workbench/resultspane.h"
-#include "workbench/view/layerview.h"
+#include "workbench/view/boardview.h"
 #include "workbench/windowmemory.h"
 
 #include <QAction>
@@ -287,7 +287,7 @@ private slots:
         QVERIFY(window->isReadingLayer());
         window->pressButton(window->exportAction());
         QTRY_COMPARE(exportDialogs().size(), 1);
-        QTRY_COMPARE_WITH_TIMEOUT(window->findChild<LayerView *>()->title(), QString("TOP"), 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(window->findChild<BoardView *>()->title(), QString("TOP"), 20000);
     }
 
     void parentWidgetIsReachedThroughTheExportedName()
@@ -514,8 +514,9 @@ private slots:
     void theViewShowsWhatTheOpenDialogExports()
     {
         ExportDialog dialog = openDialog(".gds");
-        auto *view = window->findChild<LayerView *>();
+        auto *view = window->findChild<BoardView *>();
         QTRY_COMPARE_WITH_TIMEOUT(view->title(), QString("TOP"), 20000);
+        QTRY_VERIFY(view->isDrawn());
         const QImage before = view->grab().toImage();
         auto *table = dialog.window()->findChild<QTableWidget *>();
         for (int row = 0; row < dialog.rowCount(); ++row) {
@@ -526,10 +527,12 @@ private slots:
         }
         QTRY_COMPARE_WITH_TIMEOUT(view->title(),
                                   QString::fromUtf8("TOP, as exported: negated, rotated by 90\u00b0"), 20000);
+        QTRY_VERIFY(view->isDrawn());
         QVERIFY(view->grab().toImage() != before);
         auto *asExported = window->findChild<QAction *>("AsExported");
         asExported->trigger();
         QTRY_COMPARE_WITH_TIMEOUT(view->title(), QString("TOP"), 20000);
+        QTRY_VERIFY(view->isDrawn());
         QCOMPARE(view->grab().toImage(), before);
         asExported->trigger();
         QTRY_VERIFY_WITH_TIMEOUT(view->title().contains("negated"), 20000);

@@ -152,9 +152,13 @@ private slots:
         addJob("beacon");
         MainWindow window(log);
         window.openJob("beacon");
-        announceFile("/somewhere/mask.gerber");
+        QVERIFY(folder.write("mask.gerber", "%FSLAX26Y26*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*\n"));
+        announceFile(folder.filePath("mask.gerber"));
         QCOMPARE(window.openJobName(), QString("beacon"));
-        QVERIFY(window.statusBar()->currentMessage().contains("mask.gerber belongs to no job"));
+        auto *layers = window.findChild<LayerPanel *>();
+        QTRY_COMPARE(layers->files(), QStringList{folder.filePath("mask.gerber")});
+        QVERIFY(layers->isShown("mask.gerber"));
+        QTRY_VERIFY_WITH_TIMEOUT(!window.isReadingLayer(), 20000);
     }
 
     void brokenGdsFileIsReportedInTheLog()
@@ -164,6 +168,8 @@ private slots:
         announceFile(folder.filePath("mask.gds"));
         QCOMPARE(window.openJobName(), QString());
         QTRY_VERIFY(window.findChild<LogPane *>()->text().contains("mask.gds, byte 0: expected a record"));
+        auto *bar = window.findChild<MessageBar *>();
+        QVERIFY(bar->isFailure() && bar->text().contains("mask.gds"));
     }
 
     void jobThatIsGoneIsClosedOnRefresh()

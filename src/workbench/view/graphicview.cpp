@@ -1,68 +1,223 @@
 #include "workbench/view/graphicview.h"
 
-#include "workbench/view/layerview.h"
-#include "workbench/viewcolor.h"
+#include "cam/model/flatten.h"
+#include "workbench/view/boardview.h"
+#include "workbench/view/filescenes.h"
 
-#include <QFileInfo>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <glog/logging.h>
 
-GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new LayerView)
+#include <chrono>
+
+namespace {
+
+const int lookInterval = 30;            // ms
+const double outlineTolerance = 1000.0; // nanometres
+
+QStringList layerFilesIn(const QMimeData *data)
+{
+    QStringList files;
+    for (const QUrl &url : data->urls()) {
+        if (url.isLocalFile() && isLayerFile(url.toLocalFile()))
+            files << url.toLocalFile();
+    }
+    return files;
+}
+
+} // namespace
+
+GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardView)
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_view);
-    connect(m_view, &LayerView::pointed, this, &GraphicView::pointed);
-    connect(&m_loader, &LayerLoader::progressed, this,
-            [this](double percent) { m_view->showProgress(m_layer, percent); });
-    connect(&m_loader, &LayerLoader::loaded, this, &GraphicView::takeDrawing);
-    connect(&m_loader, &LayerLoader::failed, this, [this](const QString &reason) {
-        LOG(ERROR) << "the layer " << m_layer.toStdString() << " cannot be shown: " << reason.toStdString();
-        m_shownJob.clear();
-        m_view->showText(tr("%1 cannot be shown.\n%2").arg(m_layer, reason));
+    setFocusProxy(m_view);
+    setAcceptDrops(true);
+    connect(m_view, &BoardView::pointed, this, &GraphicView::pointed);
+    connect(&m_store, &SceneStore::progressed, this, [this] { m_view->setProgress(m_store.progress()); });
+    connect(&m_store, &SceneStore::changed, this, &GraphicView::showScenes);
+    connect(&m_store, &SceneStore::failed, this, [this](const QString &name, const QString &reason) {
+        LOG(ERROR) << "the layer " << name.toStdString() << " cannot be shown: " << reason.toStdString();
+        m_failure = tr("%1 cannot be shown.\n%2").arg(name, reason);
     });
+    connect(&m_timer, &QTimer::timeout, this, &GraphicView::lookAtFiles);
 }
 
-void GraphicView::showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer,
-                            const cam::ExportOptions &options, const QString &change)
+GraphicView::~GraphicView() = default;
+
+void GraphicView::openStep(const QString &job, const QString &step)
 {
-    m_job = job + "/" + step;
-    m_layer = QString::fromStdString(layer.name);
-    m_color = viewColor(layer);
-    m_change = change;
-    m_loader.load(job, step, m_layer, options);
+    m_store.setStep(job, step);
+    m_hasBoard = false;
+    m_rows.clear();
 }
 
-void GraphicView::showFile(const QString &path)
+void GraphicView::showRows(const QVector<ViewRow> &rows)
 {
-    m_loader.stop();
-    m_shownJob.clear();
-    const QString name = QFileInfo(path).fileName();
-    try {
-        m_view->showDrawing(readGds(path), name, viewColor(ORVEX::API::layer_info()), false);
-    } catch (const std::exception &error) {
-        LOG(ERROR) << error.what();
-        m_view->showText(tr("%1 cannot be shown.\n%2").arg(name, QString::fromStdString(error.what())));
-    }
+    m_rows = rows;
+    m_failure.clear();
+    m_store.want(rows);
+    showScenes();
 }
 
 void GraphicView::showText(const QString &text)
 {
-    m_loader.stop();
-    m_shownJob.clear();
+    m_store.stop();
+    m_rows.clear();
+    m_hasBoard = false;
+    m_text = text;
     m_view->showText(text);
 }
 
-void GraphicView::fit()
+// Scenes that are there; those that are being read come later. A scene of an earlier change stays until then.
+void GraphicView::showScenes()
 {
-    m_view->fit();
+    std::vector<drawing::ColoredScene> scenes;
+    QVector<ViewRow> shown;
+    bool isEmpty = true;
+    for (const ViewRow &row : m_rows) {
+        const std::shared_ptr<const drawing::Scene> scene = m_store.scene(row);
+        if (!scene)
+            continue;
+        scenes.push_back({scene, row.color, row.opacity});
+        isEmpty = isEmpty && scene->extent().isEmpty();
+        if (m_store.isCurrent(row))
+            shown << row;
+        if (const auto *layer = dynamic_cast<const drawing::LayerScene *>(scene.get()); layer && !m_hasBoard)
+            takeBoard(*layer);
+    }
+    m_view->setProgress(m_store.progress());
+    if (scenes.empty() && !m_failure.isEmpty())
+        return m_view->showText(m_failure);
+    // Until the first layer is there, what was shown stays.
+    if (scenes.empty() && m_store.isBusy())
+        return;
+    m_view->setScenes(scenes);
+    if (!m_hasBoard && !scenes.empty() && m_view->frame().isEmpty()) {
+        cam::Box all;
+        for (const drawing::ColoredScene &scene : scenes)
+            all.add(scene.scene->extent());
+        m_view->setFrame(all, true);
+    }
+    m_view->setTitle(titleOf(shown));
+    m_view->setHint(!scenes.empty() && isEmpty ? tr("The layer is empty.")
+                    : scenes.empty()           ? tr("No layer is shown: press an eye in the list of layers.")
+                                               : QString());
 }
 
-void GraphicView::takeDrawing(const LayerDrawing &drawing)
+// The frame of the step: that of its profile, so that nothing jumps when other layers are shown.
+void GraphicView::takeBoard(const drawing::LayerScene &scene)
 {
-    m_view->showDrawing(drawing,
-                        m_change.isEmpty() ? m_layer : tr("%1, as exported: %2").arg(m_layer, m_change),
-                        m_color, m_job == m_shownJob);
-    m_shownJob = m_job;
+    const cam::LayerImage &image = scene.image();
+    QVector<QPolygonF> profile;
+    cam::Box frame;
+    std::vector<cam::Point> corners;
+    for (std::size_t i = 0; i < image.profile.size(); ++i) {
+        corners.clear();
+        cam::flatten(image.profile[i], outlineTolerance, corners);
+        QPolygonF ring;
+        for (const cam::Point corner : corners)
+            ring << QPointF(corner.x, corner.y);
+        if (!ring.isEmpty())
+            ring << ring.first();
+        profile << ring;
+        frame.add(cam::extent(image.profile[i]));
+    }
+    if (frame.isEmpty())
+        frame = scene.extent();
+    m_hasBoard = true;
+    m_view->setBoard(profile, image.datum);
+    m_view->setFrame(frame, true);
+}
+
+QString GraphicView::titleOf(const QVector<ViewRow> &rows) const
+{
+    const int mostNames = 4;
+    QStringList names;
+    QString change;
+    for (auto row = rows.crbegin(); row != rows.crend(); ++row) {
+        names << row->name;
+        change = row->change.isEmpty() ? change : row->change;
+    }
+    const int more = names.size() - mostNames;
+    const QString text =
+        more > 0 ? tr("%1 and %n more", nullptr, more).arg(QStringList(names.mid(0, mostNames)).join(", "))
+                 : names.join(", ");
+    return change.isEmpty() ? text : tr("%1, as exported: %2").arg(text, change);
+}
+
+void GraphicView::fitBoard()
+{
+    m_view->fitFrame();
+}
+
+void GraphicView::fitAll()
+{
+    m_view->fitAll();
+}
+
+void GraphicView::setFromBelow(bool fromBelow)
+{
+    m_view->setMirrored(fromBelow);
+}
+
+void GraphicView::changeUnit()
+{
+    m_view->setUnit(nextUnit(m_view->unit()));
+}
+
+// ---- files
+
+void GraphicView::openFile(const QString &path)
+{
+    m_files.push_back({path, std::async(std::launch::async, fileParts, path)});
+    m_view->setProgress(tr("Reading %1 ...").arg(path));
+    m_timer.start(lookInterval);
+}
+
+void GraphicView::closeFile(const QString &path)
+{
+    m_store.forgetFile(path);
+}
+
+void GraphicView::lookAtFiles()
+{
+    for (auto at = m_files.begin(); at != m_files.end();) {
+        if (at->task.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+            ++at;
+            continue;
+        }
+        Listing listing = std::move(*at);
+        at = m_files.erase(at);
+        m_store.forgetFile(listing.path);
+        try {
+            const QStringList parts = listing.task.get();
+            m_view->setProgress(m_store.progress());
+            emit fileRead(listing.path, parts);
+        } catch (const std::exception &error) {
+            m_view->setProgress(m_store.progress());
+            emit fileFailed(listing.path, QString::fromStdString(error.what()));
+        }
+    }
+    if (m_files.empty())
+        m_timer.stop();
+}
+
+void GraphicView::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!layerFilesIn(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void GraphicView::dropEvent(QDropEvent *event)
+{
+    const QStringList files = layerFilesIn(event->mimeData());
+    if (files.isEmpty())
+        return;
+    event->acceptProposedAction();
+    emit filesDropped(files);
 }

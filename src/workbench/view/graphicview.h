@@ -1,13 +1,16 @@
-// The graphics view of the workbench: shows the layers that it is told to, one at a time.
+// The graphics view of the workbench: shows the rows that it is told to, over each other.
 #pragma once
 
-#include "run/orvexapi.h"
-#include "workbench/view/layerloader.h"
+#include "workbench/view/lengthunit.h"
+#include "workbench/view/scenestore.h"
 
-#include <QColor>
+#include <QStringList>
+#include <QTimer>
 #include <QWidget>
 
-class LayerView;
+#include <future>
+
+class BoardView;
 
 class GraphicView : public QWidget
 {
@@ -15,34 +18,59 @@ class GraphicView : public QWidget
 
 public:
     explicit GraphicView(QWidget *parent = nullptr);
+    ~GraphicView() override;
 
-    // `job`: the job's folder.
-    // The layer of the job in the folder `job`, changed by `options` as by an export; `change` says how, for
-    // the title.
-    void showLayer(const QString &job, const QString &step, const ORVEX::API::layer_info &layer,
-                   const cam::ExportOptions &options, const QString &change);
-    // Shows a GDSII file that belongs to no job.
-    void showFile(const QString &path);
+    BoardView &board() const { return *m_view; }
+
+    // The following layers are of `step` of the job in the folder `job`; the view goes to its board.
+    void openStep(const QString &job, const QString &step);
+    // The lowest first. What is not there yet is read; the reading of anything else ends.
+    void showRows(const QVector<ViewRow> &rows);
     void showText(const QString &text);
-    // Ends the reading of a layer.
-    void stopReading() { m_loader.stop(); }
-    bool isReading() const { return m_loader.isBusy(); }
+    // Reads what a file holds; fileRead() or fileFailed() follows.
+    void openFile(const QString &path);
+    void closeFile(const QString &path);
+    // Ends the reading of layers and returns when it has ended.
+    void stopReading() { m_store.stopAndWait(); }
+    bool isReading() const { return m_store.isBusy() || !m_files.empty(); }
 
 public slots:
-    void fit();
+    void fitBoard();
+    void fitAll();
+    void setFromBelow(bool fromBelow);
+    void changeUnit();
 
 signals:
     // The place under the mouse; empty when it leaves.
     void pointed(const QString &place);
+    void fileRead(const QString &path, const QStringList &parts);
+    // `reason` names the file.
+    void fileFailed(const QString &path, const QString &reason);
+    void filesDropped(const QStringList &paths);
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
-    void takeDrawing(const LayerDrawing &drawing);
+    // A file whose contents are being listed.
+    struct Listing
+    {
+        QString path;
+        std::future<QStringList> task;
+    };
 
-    LayerLoader m_loader;
-    LayerView *m_view;
-    QString m_job; // of the layer shown or being read, as what follows
-    QString m_shownJob;
-    QString m_layer;
-    QString m_change;
-    QColor m_color;
+    void showScenes();
+    void takeBoard(const drawing::LayerScene &scene);
+    QString titleOf(const QVector<ViewRow> &rows) const;
+    void lookAtFiles();
+
+    SceneStore m_store;
+    BoardView *m_view;
+    QVector<ViewRow> m_rows;
+    QString m_text; // where there is nothing to draw
+    bool m_hasBoard = false;
+    QString m_failure; // of the layer that was chosen last
+    std::list<Listing> m_files;
+    QTimer m_timer;
 };

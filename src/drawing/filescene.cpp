@@ -1,0 +1,331 @@
+#include "drawing/filescene.h"
+
+#include "cam/model/flatten.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <unordered_map>
+
+namespace drawing {
+
+using cam::Box;
+using cam::Point;
+using cam::Transform;
+
+namespace {
+
+constexpr double pixel = Canvas::samples;
+constexpr double curveTolerance = 0.05; // samples
+constexpr double sameCorner = 0.25;     // samples
+constexpr std::size_t shapesPerCheck = 256;
+
+void addCorner(Rings &rings, std::size_t first, Point corner, const DrawMode &mode)
+{
+    if (mode.levelOfDetail && rings.corners.size() > first) {
+        const Point last = rings.corners.back();
+        if (std::fabs(corner.x - last.x) < sameCorner && std::fabs(corner.y - last.y) < sameCorner)
+            return;
+    }
+    rings.corners.push_back(corner);
+}
+
+double areaOf(const std::vector<Point> &corners)
+{
+    double sum = 0.0;
+    for (std::size_t i = 1; i + 1 < corners.size(); ++i)
+        sum += cam::cross(corners[i] - corners[0], corners[i + 1] - corners[0]);
+    return std::fabs(sum) / 2.0;
+}
+
+// A polygon in samples, filled by winding number.
+void fillPolygon(Canvas &canvas, const std::vector<Point> &corners, const DrawMode &mode)
+{
+    if (mode.levelOfDetail) {
+        Box box;
+        double around = 0.0;
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            box.add(corners[i]);
+            around += cam::distance(corners[i], corners[(i + 1) % corners.size()]);
+        }
+        const double area = areaOf(corners);
+        if (std::max(box.high.x - box.low.x, box.high.y - box.low.y) < pixel)
+            return canvas.addSmall((box.low + box.high) * 0.5, area, true);
+        if (2.0 * area < around * pixel) {
+            for (std::size_t i = 0; i < corners.size(); ++i)
+                canvas.addThin(corners[i], corners[(i + 1) % corners.size()], 0.0, true);
+        }
+    }
+    Rings rings;
+    for (const Point corner : corners)
+        addCorner(rings, 0, corner, mode);
+    rings.endRing();
+    canvas.fill(rings, FillRule::NonZero, true);
+}
+
+} // namespace
+
+// ---- GDSII
+
+std::vector<cam::GdsLayer> layersOf(const cam::GdsImage &image)
+{
+    std::set<std::pair<int, int>> found;
+    for (const cam::GdsStructure &structure : image.structures) {
+        for (const cam::GdsBoundary &boundary : structure.boundaries)
+            found.emplace(boundary.on.layer, boundary.on.datatype);
+        for (const cam::GdsPath &path : structure.paths)
+            found.emplace(path.on.layer, path.on.datatype);
+    }
+    std::vector<cam::GdsLayer> layers;
+    for (const auto &[layer, datatype] : found)
+        layers.push_back({static_cast<std::uint16_t>(layer), static_cast<std::uint16_t>(datatype)});
+    return layers;
+}
+
+GdsScene::GdsScene(std::shared_ptr<const cam::GdsImage> image, cam::GdsLayer on)
+    : m_image(std::move(image)), m_on(on), m_structures(m_image->structures.size())
+{
+    for (const std::size_t top : m_image->tops)
+        prepare(top);
+}
+
+void GdsScene::prepare(std::size_t number)
+{
+    Structure &made = m_structures[number];
+    if (made.isKnown)
+        return;
+    made.isKnown = true;
+    const cam::GdsStructure &structure = m_image->structures[number];
+    for (std::uint32_t i = 0; i < structure.boundaries.size(); ++i) {
+        if (structure.boundaries[i].on == m_on)
+            made.boundaries.push_back(i);
+    }
+    for (std::uint32_t i = 0; i < structure.paths.size(); ++i) {
+        if (structure.paths[i].on == m_on)
+            made.paths.push_back(i);
+    }
+    made.index = FeatureIndex(static_cast<std::uint32_t>(made.boundaries.size() + made.paths.size()),
+                              [&](std::uint32_t i) { return boxOf(number, i); });
+    made.extent = made.index.extent();
+    for (const cam::GdsReference &reference : structure.references) {
+        prepare(reference.structure);
+        for (const int column : {0, reference.columns - 1}) {
+            for (const int row : {0, reference.rows - 1})
+                made.extent.add(
+                    mapped(m_structures[reference.structure].extent, reference.placement(column, row)));
+        }
+    }
+}
+
+Box GdsScene::boxOf(std::size_t number, std::uint32_t shape) const
+{
+    const Structure &here = m_structures[number];
+    const cam::GdsStructure &structure = m_image->structures[number];
+    Box box;
+    if (shape < here.boundaries.size()) {
+        const cam::GdsBoundary &boundary = structure.boundaries[here.boundaries[shape]];
+        for (std::size_t i = boundary.first; i < boundary.first + boundary.count; ++i)
+            box.add(cam::pointOf(structure.corners[i]));
+        return box;
+    }
+    const cam::GdsPath &path = structure.paths[here.paths[shape - here.boundaries.size()]];
+    for (const cam::GridPoint p : path.points)
+        box.add(cam::pointOf(p));
+    // Mitred corners reach no farther than this.
+    const double reach = static_cast<double>(std::max({path.width, path.beginBeyond, path.endBeyond})) * 1.5;
+    box.add(box.low - Point{reach, reach});
+    box.add(box.high + Point{reach, reach});
+    return box;
+}
+
+Box GdsScene::extent() const
+{
+    Box box;
+    for (const std::size_t top : m_image->tops)
+        box.add(m_structures[top].extent);
+    return mapped(box, Transform::scaling(m_image->unit, m_image->unit));
+}
+
+void GdsScene::draw(Canvas &canvas, const Transform &toSamples, const DrawMode &mode) const
+{
+    for (const std::size_t top : m_image->tops)
+        drawStructure(top, Transform::scaling(m_image->unit, m_image->unit).then(toSamples), canvas, mode);
+}
+
+void GdsScene::drawStructure(std::size_t number, const Transform &map, Canvas &canvas,
+                             const DrawMode &mode) const
+{
+    const Structure &here = m_structures[number];
+    const Box visible = visiblePart(canvas, map);
+    if (here.extent.isEmpty() || !here.extent.touches(visible))
+        return;
+    std::vector<std::uint32_t> found;
+    here.index.find(visible, found);
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (i % shapesPerCheck == 0)
+            mode.check();
+        drawShape(number, found[i], map, canvas, mode);
+    }
+    mode.check();
+    for (const cam::GdsReference &reference : m_image->structures[number].references) {
+        for (int row = 0; row < reference.rows; ++row) {
+            for (int column = 0; column < reference.columns; ++column)
+                drawStructure(reference.structure, reference.placement(column, row).then(map), canvas, mode);
+        }
+    }
+}
+
+void GdsScene::drawShape(std::size_t number, std::uint32_t shape, const Transform &map, Canvas &canvas,
+                         const DrawMode &mode) const
+{
+    const Structure &here = m_structures[number];
+    const cam::GdsStructure &structure = m_image->structures[number];
+    std::vector<Point> corners;
+    if (shape < here.boundaries.size()) {
+        const cam::GdsBoundary &boundary = structure.boundaries[here.boundaries[shape]];
+        for (std::size_t i = boundary.first; i < boundary.first + boundary.count; ++i)
+            corners.push_back(map(cam::pointOf(structure.corners[i])));
+        return fillPolygon(canvas, corners, mode);
+    }
+    const cam::GdsPath &path = structure.paths[here.paths[shape - here.boundaries.size()]];
+    if (path.width == 0) { // covers nothing, but is seen
+        for (std::size_t i = 0; i + 1 < path.points.size(); ++i)
+            canvas.addThin(map(cam::pointOf(path.points[i])), map(cam::pointOf(path.points[i + 1])), 0.0,
+                           true);
+        return;
+    }
+    for (const Point corner : cam::outline(path))
+        corners.push_back(map(corner));
+    if (!corners.empty())
+        fillPolygon(canvas, corners, mode);
+}
+
+// ---- Gerber
+
+GerberScene::GerberScene(std::shared_ptr<const cam::GerberImage> image) : m_image(std::move(image))
+{
+    m_index = FeatureIndex(static_cast<std::uint32_t>(m_image->objects.size()),
+                           [this](std::uint32_t i) { return boxOf(i); });
+    m_clears = std::any_of(m_image->objects.begin(), m_image->objects.end(),
+                           [](const cam::GerberObject &object) { return !object.dark; });
+}
+
+Box GerberScene::boxOf(std::uint32_t number) const
+{
+    const cam::GerberObject &object = m_image->objects[number];
+    Box box = m_image->shapes[object.shape].extent;
+    if (!box.isEmpty()) {
+        box.low = box.low + object.at;
+        box.high = box.high + object.at;
+    }
+    return box;
+}
+
+struct GerberScene::Work
+{
+    // A shape about its own origin, in samples.
+    struct PlacedShape
+    {
+        std::vector<Rings> parts;
+        double area = 0.0, around = 0.0;
+        Box box;
+        bool isKnown = false;
+    };
+    Canvas &canvas;
+    Canvas own; // of a shape that takes something out of itself
+    Transform map, linear;
+    const DrawMode &mode;
+    std::unordered_map<std::uint32_t, PlacedShape> shapes; // those that are flashed
+    PlacedShape once;
+    std::vector<Point> corners;
+};
+
+void GerberScene::draw(Canvas &canvas, const Transform &toSamples, const DrawMode &mode) const
+{
+    Canvas image(canvas.width(), canvas.height(), m_clears);
+    Work work{image, {canvas.width(), canvas.height(), true}, toSamples, toSamples, mode, {}, {}, {}};
+    work.linear.offset = {};
+    std::vector<std::uint32_t> found;
+    m_index.find(visiblePart(canvas, toSamples), found);
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        if (i % shapesPerCheck == 0)
+            mode.check();
+        drawObject(found[i], work);
+    }
+    canvas.add(image);
+}
+
+void GerberScene::drawObject(std::uint32_t number, Work &work) const
+{
+    const cam::GerberObject &object = m_image->objects[number];
+    const cam::GerberShape &shape = m_image->shapes[object.shape];
+    if (shape.extent.isEmpty())
+        return;
+    const bool isFlash = object.kind == cam::GerberObjectKind::Flash;
+    Work::PlacedShape &placed = isFlash ? work.shapes[object.shape] : work.once;
+    if (!isFlash)
+        placed = {};
+    if (!placed.isKnown) {
+        placed.isKnown = true;
+        placed.box = mapped(shape.extent, work.linear);
+        for (std::uint32_t i = shape.firstPart; i < shape.firstPart + shape.partCount; ++i) {
+            Rings rings;
+            const cam::GerberPart &part = m_image->parts[i];
+            for (std::uint32_t j = part.firstContour; j < part.firstContour + part.contourCount; ++j) {
+                work.corners.clear();
+                cam::flatten(m_image->contours[j], curveTolerance / cam::largestStretch(work.linear),
+                             work.corners);
+                const std::size_t first = rings.corners.size();
+                for (const Point corner : work.corners)
+                    addCorner(rings, first, work.linear(corner), work.mode);
+                double area = 0.0;
+                for (std::size_t k = first; k < rings.corners.size(); ++k) {
+                    const Point a = rings.corners[k],
+                                b = rings.corners[k + 1 < rings.corners.size() ? k + 1 : first];
+                    area += cam::cross(a, b) / 2.0;
+                    placed.around += cam::distance(a, b);
+                }
+                placed.area += part.exposed ? std::fabs(area) : -std::fabs(area);
+                rings.endRing();
+            }
+            placed.parts.push_back(std::move(rings));
+        }
+    }
+    const Point at = work.map(object.at);
+    const double longer =
+        std::max(placed.box.high.x - placed.box.low.x, placed.box.high.y - placed.box.low.y);
+    if (work.mode.levelOfDetail && longer < pixel)
+        return work.canvas.addSmall(at + (placed.box.low + placed.box.high) * 0.5, std::max(0.0, placed.area),
+                                    object.dark);
+    const bool isThin = work.mode.levelOfDetail && object.dark && 2.0 * placed.area < placed.around * pixel;
+    const bool isOwnImage = std::any_of(m_image->parts.begin() + shape.firstPart,
+                                        m_image->parts.begin() + shape.firstPart + shape.partCount,
+                                        [](const cam::GerberPart &part) { return !part.exposed; });
+    if (isOwnImage)
+        work.own.clear();
+    for (std::uint32_t i = 0; i < shape.partCount; ++i) {
+        Rings rings = placed.parts[i];
+        for (Point &corner : rings.corners)
+            corner = corner + at;
+        const bool exposed = m_image->parts[shape.firstPart + i].exposed;
+        if (isThin && exposed) {
+            std::size_t first = 0;
+            for (const std::size_t end : rings.ends) {
+                for (std::size_t k = first; k < end; ++k)
+                    work.canvas.addThin(rings.corners[k], rings.corners[k + 1 < end ? k + 1 : first], 0.0,
+                                        true);
+                first = end;
+            }
+        }
+        if (isOwnImage)
+            work.own.fill(rings, FillRule::NonZero, exposed);
+        else
+            work.canvas.fill(rings, FillRule::NonZero, object.dark);
+    }
+    if (isOwnImage && object.dark)
+        work.canvas.add(work.own);
+    else if (isOwnImage)
+        work.canvas.remove(work.own);
+}
+
+} // namespace drawing

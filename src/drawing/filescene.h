@@ -1,0 +1,67 @@
+// Layers of files: of a GDSII file what is on one of its layers, of a Gerber file all of it.
+#pragma once
+
+#include "cam/gdsii/gdsimage.h"
+#include "cam/gerber/gerberimage.h"
+#include "drawing/featureindex.h"
+#include "drawing/scene.h"
+
+#include <memory>
+#include <vector>
+
+namespace drawing {
+
+// What the boundaries and paths of one layer and datatype cover, below all top structures. Structures stay
+// references.
+class GdsScene : public Scene
+{
+public:
+    GdsScene(std::shared_ptr<const cam::GdsImage> image, cam::GdsLayer on);
+
+    cam::Box extent() const override;
+    void draw(Canvas &canvas, const cam::Transform &toSamples, const DrawMode &mode) const override;
+
+private:
+    struct Structure
+    {
+        std::vector<std::uint32_t> boundaries, paths; // those on the layer
+        FeatureIndex index;                           // of the boundaries, then of the paths
+        cam::Box extent;                              // with what is referred to, in database units
+        bool isKnown = false;
+    };
+
+    void prepare(std::size_t structure);
+    cam::Box boxOf(std::size_t structure, std::uint32_t shape) const;
+    void drawStructure(std::size_t structure, const cam::Transform &map, Canvas &canvas,
+                       const DrawMode &mode) const;
+    void drawShape(std::size_t structure, std::uint32_t shape, const cam::Transform &map, Canvas &canvas,
+                   const DrawMode &mode) const;
+
+    std::shared_ptr<const cam::GdsImage> m_image;
+    cam::GdsLayer m_on;
+    std::vector<Structure> m_structures;
+};
+
+// The layers that the boundaries and paths of a file are on, in order.
+std::vector<cam::GdsLayer> layersOf(const cam::GdsImage &image);
+
+class GerberScene : public Scene
+{
+public:
+    explicit GerberScene(std::shared_ptr<const cam::GerberImage> image);
+
+    const cam::GerberImage &image() const { return *m_image; }
+    cam::Box extent() const override { return m_index.extent(); }
+    void draw(Canvas &canvas, const cam::Transform &toSamples, const DrawMode &mode) const override;
+
+private:
+    struct Work;
+    void drawObject(std::uint32_t number, Work &work) const;
+    cam::Box boxOf(std::uint32_t object) const;
+
+    std::shared_ptr<const cam::GerberImage> m_image;
+    FeatureIndex m_index;
+    bool m_clears = false;
+};
+
+} // namespace drawing

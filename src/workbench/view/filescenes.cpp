@@ -1,0 +1,106 @@
+#include "workbench/view/filescenes.h"
+
+#include "cam/base/error.h"
+#include "cam/gdsii/gdsreader.h"
+#include "cam/gerber/gerberreader.h"
+#include "drawing/filescene.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+#include <map>
+#include <mutex>
+
+namespace {
+
+std::filesystem::path localPath(const QString &path)
+{
+    return std::filesystem::u8path(path.toStdString());
+}
+
+enum class Kind { Gds, Gerber, Excellon };
+
+// What it is, is told by its first bytes, not by its name.
+Kind kindOf(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw cam::Error(path.toStdString() + ": cannot be read: " + file.errorString().toStdString());
+    const QByteArray head = file.read(4096);
+    if (head.size() > 3 && head[0] == 0 && head[2] == 0 && head[3] == 2) // a HEADER record
+        return Kind::Gds;
+    const QByteArray text = head.trimmed();
+    if (text.startsWith("M48") || text.startsWith("%\nM48") ||
+        (text.contains("\nM48") && !text.contains("%FS")))
+        return Kind::Excellon;
+    return QFileInfo(path).suffix().toLower() == "gds" ? Kind::Gds : Kind::Gerber;
+}
+
+// All rows of a GDSII file are drawn from one image of it.
+std::shared_ptr<const cam::GdsImage> gdsImage(const QString &path)
+{
+    struct Known
+    {
+        std::weak_ptr<const cam::GdsImage> image;
+        QDateTime changed;
+    };
+    static std::mutex mutex;
+    static std::map<QString, Known> files;
+    const std::lock_guard<std::mutex> lock(mutex);
+    Known &known = files[path];
+    const QDateTime changed = QFileInfo(path).lastModified();
+    std::shared_ptr<const cam::GdsImage> image = known.image.lock();
+    if (image && known.changed == changed)
+        return image;
+    image = std::make_shared<const cam::GdsImage>(cam::readGdsFile(localPath(path)));
+    known = {image, changed};
+    return image;
+}
+
+} // namespace
+
+QStringList fileParts(const QString &path)
+{
+    const QString name = QFileInfo(path).fileName();
+    switch (kindOf(path)) {
+    case Kind::Gds: {
+        QStringList parts;
+        for (const cam::GdsLayer on : drawing::layersOf(*gdsImage(path)))
+            parts << QString("%1 %2/%3").arg(name).arg(on.layer).arg(on.datatype);
+        return parts;
+    }
+    case Kind::Gerber:
+        cam::readGerberFile(localPath(path));
+        return {name};
+    case Kind::Excellon:
+        break;
+    }
+    throw cam::Error(path.toStdString() +
+                     ": expected a GDSII or a Gerber file, not a drill file in Excellon's form");
+}
+
+std::shared_ptr<const drawing::Scene> readFileScene(const QString &path, int part)
+{
+    if (kindOf(path) == Kind::Gds) {
+        const std::shared_ptr<const cam::GdsImage> image = gdsImage(path);
+        const std::vector<cam::GdsLayer> layers = drawing::layersOf(*image);
+        if (part < 0 || part >= int(layers.size()))
+            throw cam::Error(path.toStdString() + ": has changed, open it again");
+        return std::make_shared<drawing::GdsScene>(image, layers[std::size_t(part)]);
+    }
+    return std::make_shared<drawing::GerberScene>(
+        std::make_shared<const cam::GerberImage>(cam::readGerberFile(localPath(path))));
+}
+
+bool isLayerFile(const QString &path)
+{
+    const QString suffix = "*." + QFileInfo(path).suffix().toLower();
+    return layerFilePatterns().contains(suffix);
+}
+
+QStringList layerFilePatterns()
+{
+    return {"*.gds", "*.gerber", "*.gbr", "*.ger", "*.drl"};
+}

@@ -1,0 +1,52 @@
+#include "workbench/view/lengthunit.h"
+
+namespace {
+
+int decimalsOf(LengthUnit unit)
+{
+    switch (unit) {
+    case LengthUnit::Millimetre:
+        return 3;
+    case LengthUnit::Inch:
+        return 5;
+    case LengthUnit::Mil:
+        break;
+    }
+    return 2;
+}
+
+// Without the sign of a zero.
+QString numberText(double nanometres, LengthUnit unit)
+{
+    const QString text = QString::number(nanometres / nanometresOf(unit), 'f', decimalsOf(unit));
+    return text.toDouble() == 0.0 && text.startsWith('-') ? text.mid(1) : text;
+}
+
+} // namespace
+
+LengthUnit nextUnit(LengthUnit unit)
+{
+    return unit == LengthUnit::Millimetre ? LengthUnit::Inch
+           : unit == LengthUnit::Inch     ? LengthUnit::Mil
+                                          : LengthUnit::Millimetre;
+}
+
+QString nameOf(LengthUnit unit)
+{
+    return unit == LengthUnit::Millimetre ? "mm" : unit == LengthUnit::Inch ? "in" : "mil";
+}
+
+double nanometresOf(LengthUnit unit)
+{
+    return unit == LengthUnit::Millimetre ? 1e6 : unit == LengthUnit::Inch ? 25.4e6 : 25.4e3;
+}
+
+QString lengthText(double nanometres, LengthUnit unit)
+{
+    return numberText(nanometres, unit) + ' ' + nameOf(unit);
+}
+
+QString placeText(cam::Point place, LengthUnit unit)
+{
+    return QString("x %1  y %2 %3").arg(numberText(place.x, unit), numberText(place.y, unit), nameOf(unit));
+}

@@ -1,0 +1,53 @@
+// The commands of the View menu, and what ties the list of layers to the view: which rows are seen, and how
+// an export would change them.
+#pragma once
+
+#include "workbench/view/viewrow.h"
+
+#include <QObject>
+#include <QStringList>
+
+class GraphicView;
+class LayerPanel;
+class QAction;
+class QMenu;
+
+class ViewCommands : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Adds commands to both menus. Panel, view and menus must outlive the object.
+    ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMenu, QMenu &viewMenu, QObject *parent);
+
+    // Layers are those of this job, in the step that the panel says. An empty folder: there is no job.
+    void openJob(const QString &folder);
+    // The step is another one.
+    void openStep();
+    // Nanometres that exports add to features, by the settings.
+    void setResize(double resize);
+    // Looks at the open Export dialog again.
+    void look();
+    // Adds what files hold to the list.
+    void openFiles(const QStringList &paths);
+
+signals:
+    // A file is listed and seen.
+    void fileOpened(const QString &path);
+    // `reason` names the file.
+    void fileFailed(const QString &path, const QString &reason);
+
+private:
+    void addViewMenu(QMenu &menu);
+    void showRows();
+    QVector<ViewRow> rows() const;
+    void chooseFiles();
+
+    LayerPanel &m_layers;
+    GraphicView &m_view;
+    QAction *m_asExported = nullptr; // layers are seen as exports change them
+    QAction *m_fromBelow = nullptr;
+    QString m_job;
+    double m_resize = 0.0;
+    QStringList m_shownChanges; // of the rows that are seen
+};

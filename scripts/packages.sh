@@ -8,7 +8,7 @@ declare -A packages=(
     [build]="g++ ccache cmake ninja-build qtbase5-dev libgoogle-glog-dev libsqlite3-dev zlib1g-dev libpolyclipping-dev
             libutfcpp-dev qttools5-dev-tools qttranslations5-l10n"
     [run]="p7zip-full fonts-dejavu-core fonts-wqy-microhei qtbase5-dev"
-    [test]="p7zip-full fonts-dejavu-core dpkg-dev file"
+    [test]="p7zip-full fonts-dejavu-core dpkg-dev file parallel procps"
     [check]="clang-format python3 qttools5-dev-tools"
     [crosscheck]="gerbv klayout"
     [bench]="gerbv klayout libarchive-tools"

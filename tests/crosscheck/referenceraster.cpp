@@ -2,6 +2,7 @@
 #include "tests/crosscheck/referenceraster.h"
 
 #include "cam/base/error.h"
+#include "cam/model/flatten.h"
 #include "cam/model/trigonometry.h"
 
 #include <algorithm>
@@ -160,6 +161,11 @@ void makeCounterClockwise(Polygon &polygon)
         std::reverse(polygon.begin(), polygon.end());
 }
 
+Polygon square(double half)
+{
+    return {{-half, -half}, {half, -half}, {half, half}, {-half, half}};
+}
+
 Polygon convexHull(Polygon points)
 {
     std::sort(points.begin(), points.end(),
@@ -245,7 +251,7 @@ private:
             case cam::FeatureKind::Line: {
                 const cam::Line &line = set.lines[feature.index];
                 m_canvas.begin();
-                sweep(line.symbol, {line.start, line.end}, map);
+                sweep(line.symbol, {line.start, line.end}, map, isDark);
                 finish(result, isDark);
                 break;
             }
@@ -257,7 +263,7 @@ private:
                         arc.clockwise ? cam::EdgeKind::ArcClockwise : cam::EdgeKind::ArcCounterClockwise});
                 path.push_back(arc.end);
                 m_canvas.begin();
-                sweep(arc.symbol, path, map);
+                sweep(arc.symbol, path, map, isDark);
                 finish(result, isDark);
                 break;
             }
@@ -307,8 +313,14 @@ private:
         finish(result, dark);
     }
 
-    // The outline of a convex symbol.
-    const Polygon &penOutline(std::uint32_t pen)
+    // A convex symbol, and how far from its origin it reaches.
+    struct Pen
+    {
+        Polygon outline;
+        double reach = 0.0;
+    };
+
+    const Pen &penOf(std::uint32_t pen)
     {
         const auto known = m_pens.find(pen);
         if (known != m_pens.end())
@@ -319,33 +331,39 @@ private:
         const cam::Shape shape = cam::shapeOf(*symbol.standard);
         if (shape.contours.size() > 1)
             throw cam::Error("a line drawn with the symbol " + symbol.name);
-        Polygon outline;
+        Pen made;
         if (!shape.contours.isEmpty())
-            outline = polygonOf(shape.contours[0], Transform());
-        return m_pens.emplace(pen, std::move(outline)).first->second;
+            made.outline = polygonOf(shape.contours[0], Transform());
+        for (const Point corner : made.outline)
+            made.reach = std::max(made.reach, cam::length(corner));
+        return m_pens.emplace(pen, std::move(made)).first->second;
     }
 
     // A convex symbol moved along a path of straight pieces.
-    void sweep(std::uint32_t pen, const Polygon &path, const Transform &map)
+    void sweep(std::uint32_t pen, const Polygon &path, const Transform &map, bool dark)
     {
-        const Polygon &outline = penOutline(pen);
+        const Polygon &outline = penOf(pen).outline;
         if (outline.empty())
             return;
-        double reach = 0.0;
-        for (const Point corner : outline)
-            reach = std::max(reach, cam::length(map.linear(corner)));
+        const double width = 2.0 * penOf(pen).reach * cam::largestStretch(map);
+        const double reach = width / 2.0 + 2.0 * pixel;
+        // A line thinner than a pixel may show, or not: it has no pixels of its own that could grow.
+        const bool isHair = width < pixel && (dark ? m_shift : -m_shift) > 0;
+        const Polygon spread = isHair ? square(pixel / 2.0) : Polygon{{0.0, 0.0}};
         Polygon placed;
         for (const Point at : path)
             placed.push_back(map(at));
-        if (!m_forExtent && !m_canvas.mayShow(placed, reach + 2.0 * pixel))
+        if (!m_forExtent && !m_canvas.mayShow(placed, reach))
             return;
         for (std::size_t i = 0; i + 1 < path.size(); ++i) {
-            if (!m_forExtent && !m_canvas.mayShow({placed[i], placed[i + 1]}, reach + 2.0 * pixel))
+            if (!m_forExtent && !m_canvas.mayShow({placed[i], placed[i + 1]}, reach))
                 continue;
             Polygon ends;
             for (const Point corner : outline) {
-                ends.push_back(placed[i] + map.linear(corner));
-                ends.push_back(placed[i + 1] + map.linear(corner));
+                for (const Point more : spread) {
+                    ends.push_back(placed[i] + map.linear(corner) + more);
+                    ends.push_back(placed[i + 1] + map.linear(corner) + more);
+                }
             }
             m_canvas.fill({convexHull(std::move(ends))});
         }
@@ -356,7 +374,7 @@ private:
     Transform m_export;
     int m_shift;
     bool m_forExtent;
-    std::map<std::uint32_t, Polygon> m_pens;
+    std::map<std::uint32_t, Pen> m_pens;
 };
 
 } // namespace

@@ -414,6 +414,7 @@ private slots:
     void randomJobs();
     void aShiftByTwoPixelsIsFound();
     void aMissingSpeckIsFound();
+    void aLineThinnerThanAPixelMayShowOrNot();
     void formatsThatDifferAreFound_data();
     void formatsThatDifferAreFound();
     void arcsThatReadersTakeDifferentlyAreFound();
@@ -670,6 +671,28 @@ void tst_CrossCheck::aMissingSpeckIsFound()
     QCOMPARE(difference.beyond, std::size_t(1));
     QCOMPARE(difference.x, 70);
     QCOMPARE(difference.y, 50);
+}
+
+void tst_CrossCheck::aLineThinnerThanAPixelMayShowOrNot()
+{
+    using namespace testing;
+    cam::LayerImage image = emptyLayer();
+    addLine(image.steps.back().features, symbol(image, "r0.5"), at(100, 100), at(900, 300));
+    const Window window{0.0, 0.0, 100, 100};
+    const auto draw = [&](crosscheck::Edges edges) {
+        return crosscheck::rasterize(image, {}, window, edges);
+    };
+    const crosscheck::Tolerance tolerance{draw(crosscheck::Edges::EveryEdgeIn),
+                                          draw(crosscheck::Edges::EveryEdgeOut)};
+    // As a program draws it: one pixel wide.
+    Bitmap shown(100, 100);
+    for (int x = 10; x < 90; ++x)
+        shown.set(x, 10 + (x - 10) / 4);
+    const Bitmap none(100, 100);
+    QVERIFY(crosscheck::compare(shown, none).beyond > 0);
+    QCOMPARE(crosscheck::compare(shown, none, &tolerance).beyond, std::size_t(0));
+    shown.set(50, 60);
+    QCOMPARE(crosscheck::compare(shown, none, &tolerance).beyond, std::size_t(1));
 }
 
 void tst_CrossCheck::formatsThatDifferAreFound_data()

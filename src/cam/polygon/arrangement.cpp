@@ -554,6 +554,26 @@ RepeatedArea Arrangement::repeated()
     return m_repeated;
 }
 
+bool leadsRight(GridPoint edge)
+{
+    return edge.x > 0 || (edge.x == 0 && edge.y > 0);
+}
+
+// An edge with its box, along the longer side of its ring and across.
+struct BoxedEdge
+{
+    BoxedEdge(GridPoint start, GridPoint finish, bool isTall)
+        : from(start), to(finish), begin(std::min(isTall ? from.y : from.x, isTall ? to.y : to.x)),
+          end(std::max(isTall ? from.y : from.x, isTall ? to.y : to.x)),
+          low(std::min(isTall ? from.x : from.y, isTall ? to.x : to.y)),
+          high(std::max(isTall ? from.x : from.y, isTall ? to.x : to.y))
+    {
+    }
+    GridPoint from, to;
+    std::int64_t begin, end; // along
+    std::int64_t low, high;  // across
+};
+
 // False only where no edge meets one that is not its neighbour, and none turns back: most rings. Gives up,
 // with a yes, where edges are long and many.
 bool mayMeetItself(const GridRing &ring)
@@ -563,32 +583,38 @@ bool mayMeetItself(const GridRing &ring)
     const bool isTall = extent.high.y - extent.low.y > extent.high.x - extent.low.x;
     const std::size_t count = ring.size();
     const auto endOf = [&](std::size_t i) { return ring[i + 1 < count ? i + 1 : 0]; };
-    const auto along = [isTall](GridPoint p) { return isTall ? p.y : p.x; };
-    const auto across = [isTall](GridPoint p) { return isTall ? p.x : p.y; };
-    std::vector<std::size_t> order(count);
+    bool turnsLeft = false, turnsRight = false, hasLength = true;
+    int changes = 0; // of the direction, from rightwards to leftwards or back
     for (std::size_t i = 0; i < count; ++i) {
         const GridPoint edge = endOf(i) - ring[i], next = endOf(i + 1 < count ? i + 1 : 0) - endOf(i);
-        const bool turnsBack =
-            side(edge, next) == 0 && ((edge.x < 0) != (next.x < 0) || (edge.y < 0) != (next.y < 0));
+        const int turn = side(edge, next);
+        const bool turnsBack = turn == 0 && ((edge.x < 0) != (next.x < 0) || (edge.y < 0) != (next.y < 0));
         if (turnsBack)
             return true;
-        order[i] = i;
+        turnsLeft = turnsLeft || turn > 0;
+        turnsRight = turnsRight || turn < 0;
+        hasLength = hasLength && edge != GridPoint();
+        changes += leadsRight(edge) != leadsRight(next) ? 1 : 0;
     }
-    const auto lowOf = [&](std::size_t i) { return std::min(along(ring[i]), along(endOf(i))); };
-    std::sort(order.begin(), order.end(), [&](std::size_t i, std::size_t k) { return lowOf(i) < lowOf(k); });
+    // Once around, turning to one side only: circles and most pads.
+    if (hasLength && changes == 2 && turnsLeft != turnsRight)
+        return false;
+    std::vector<BoxedEdge> edges;
+    edges.reserve(count);
+    for (std::size_t i = 0; i < count; ++i)
+        edges.push_back(BoxedEdge(ring[i], endOf(i), isTall));
+    std::sort(edges.begin(), edges.end(),
+              [](const BoxedEdge &one, const BoxedEdge &other) { return one.begin < other.begin; });
     std::size_t left = 64 * count; // pairs to look at
-    for (std::size_t n = 0; n < count; ++n) {
-        const std::size_t i = order[n];
-        const GridPoint a = ring[i], b = endOf(i);
-        const std::int64_t end = std::max(along(a), along(b));
-        const std::int64_t low = std::min(across(a), across(b)), high = std::max(across(a), across(b));
-        for (std::size_t m = n + 1; m < count && lowOf(order[m]) <= end; ++m) {
-            const std::size_t k = order[m];
-            const GridPoint c = ring[k], d = endOf(k);
+    for (std::size_t i = 0; i < count; ++i) {
+        const BoxedEdge &one = edges[i];
+        for (std::size_t k = i + 1; k < count && edges[k].begin <= one.end; ++k) {
+            const BoxedEdge &other = edges[k];
             if (left-- == 0)
                 return true;
-            if (std::max(across(c), across(d)) < low || std::min(across(c), across(d)) > high)
+            if (other.high < one.low || other.low > one.high)
                 continue;
+            const GridPoint a = one.from, b = one.to, c = other.from, d = other.to;
             const bool areNeighbours = b == c || d == a;
             if (areNeighbours ? count == 2 || (b == c && d == a)
                               : side(a, b, c) * side(a, b, d) <= 0 && side(c, d, a) * side(c, d, b) <= 0)

@@ -74,6 +74,7 @@ HistoryPane::HistoryPane(QWidget *parent)
         if (const PastExport *past = current())
             emit repeatAsked(PastExport(*past)); // a copy: the export that follows reads the record again
     });
+    connect(m_list, &QTreeWidget::itemExpanded, this, [this] { m_list->resizeColumnToContents(Parameters); });
     connect(m_list, &QTreeWidget::currentItemChanged, this, [this] {
         m_open->setEnabled(current());
         m_repeat->setEnabled(current());

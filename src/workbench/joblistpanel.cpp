@@ -98,9 +98,11 @@ JobListPanel::JobListPanel(QWidget *parent)
     m_list->setContextMenuPolicy(Qt::CustomContextMenu);
     m_list->setColumnCount(ColumnCount);
     m_list->header()->setStretchLastSection(true);
+    m_list->header()->setMinimumSectionSize(3 * fontMetrics().height());
+    m_list->header()->setDefaultSectionSize(4 * fontMetrics().height()); // the last one may be as narrow
     const int em = fontMetrics().height();
-    m_list->setColumnWidth(Name, 9 * em);
-    m_list->setColumnWidth(Date, 6 * em);
+    m_list->setColumnWidth(Name, 8 * em);
+    m_list->setColumnWidth(Date, 5 * em);
     m_list->setColumnWidth(Size, 5 * em);
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setWordWrap(true);

@@ -15,11 +15,13 @@
 #include "workbench/languagemenu.h"
 #include "workbench/layerpanel.h"
 #include "workbench/logpane.h"
+#include "workbench/manual.h"
 #include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
 #include "workbench/recentjobs.h"
 #include "workbench/resultspane.h"
 #include "workbench/settingsdialog.h"
+#include "workbench/shortcutsdialog.h"
 #include "workbench/view/graphicview.h"
 #include "workbench/view/viewcommands.h"
 #include "workbench/windowmemory.h"
@@ -132,9 +134,9 @@ void MainWindow::buildPanels()
         m_resultsDock->raise();
     });
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
-    resizeDocks({jobs, log}, {410, 150}, Qt::Horizontal);
+    resizeDocks({jobs, log}, {410, 210}, Qt::Horizontal);
     resizeDocks({jobs, layers}, {200, 460}, Qt::Vertical);
-    resizeDocks({log}, {150}, Qt::Vertical);
+    resizeDocks({log}, {210}, Qt::Vertical);
 
     connect(m_jobs, &JobListPanel::jobChosen, this, [this](const QString &name) {
         if (name == m_openJob)
@@ -179,7 +181,7 @@ void MainWindow::buildMenus()
     settings->setObjectName("Settings");
     file->addSeparator();
     QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
-    quit->setShortcut(QKeySequence::Quit);
+    quit->setShortcut(Qt::CTRL + Qt::Key_Q); // Windows has no key of its own
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
     view->setObjectName("ViewMenu");
@@ -188,7 +190,13 @@ void MainWindow::buildMenus()
             [this](const QString &, const QString &reason) { tellFailure(reason); });
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());
-    menuBar()->addMenu(tr("&Help"))->addAction(tr("&About"), this, &MainWindow::showAbout);
+    QMenu *help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("&User guide"), this, [this] { Manual::open(this); })
+        ->setShortcut(QKeySequence::HelpContents);
+    help->addAction(tr("&Keyboard"), this, [this] { ShortcutsDialog(*this, this).exec(); })
+        ->setShortcut(Qt::CTRL + Qt::Key_F1);
+    help->addSeparator();
+    help->addAction(tr("&About"), this, &MainWindow::showAbout);
 
     m_resizeStatus = new QLabel;
     m_resizeStatus->setObjectName("ResizeStatus");

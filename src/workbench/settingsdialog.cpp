@@ -77,6 +77,7 @@ SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
     layout->addWidget(m_buttons);
     resize->setSpacing(6);
     setMinimumWidth(560);
+    QDialog::resize(minimumWidth(), 0);
     for (QLineEdit *edit : {m_jobFolder, m_outputFolder, m_exportDatabase})
         connect(edit, &QLineEdit::textChanged, this, &SettingsDialog::checkFolders);
     checkFolders();
@@ -105,7 +106,7 @@ void SettingsDialog::checkFolders()
     }
     m_buttons->button(QDialogButtonBox::Ok)->setEnabled(isUsable);
     layout()->activate();
-    if (isVisible() && layout()->totalHeightForWidth(width()) > height())
+    if (layout()->totalHeightForWidth(width()) > height())
         resize(width(), layout()->totalHeightForWidth(width()));
 }
 
@@ -154,6 +155,9 @@ QLineEdit *SettingsDialog::addPath(QFormLayout *form, const QString &label, cons
     auto *check = new QLabel;
     check->setObjectName(name + "Check");
     check->setWordWrap(true);
+    QSizePolicy wide(QSizePolicy::Expanding, QSizePolicy::Minimum);
+    wide.setHeightForWidth(true);
+    check->setSizePolicy(wide);
     form->addRow(QString(), check);
     m_checks << check;
     return edit;

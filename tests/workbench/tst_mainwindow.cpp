@@ -1,11 +1,13 @@
 // The workbench's window: the jobs, and what it does when a plug-in took in a file.
 #include "plugin/interface/messages.h"
 #include "pluginmanger/pluginhost.h"
+#include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"
 #include "workbench/layerpanel.h"
 #include "workbench/logcollector.h"
 #include "workbench/logpane.h"
 #include "workbench/mainwindow.h"
+#include "workbench/manual.h"
 #include "workbench/messagebar.h"
 #include "workbench/windowmemory.h"
 #include "workbench/windowplacer.h"
@@ -18,6 +20,7 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QTableWidget>
+#include <QTextBrowser>
 #include <QTreeWidget>
 #include <QWindow>
 #include <QtTest>
@@ -271,6 +274,57 @@ private slots:
         QVERIFY(!status->isHidden());
         QVERIFY2(status->text().contains("shrink features by 3 "), qPrintable(status->text()));
         QVERIFY(QFile::remove("oxconfig.ini"));
+    }
+
+    void helpKeysOpenTheGuideAndTheListOfKeys()
+    {
+        MainWindow window(log);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(&window, Qt::Key_F1);
+        auto *manual = window.findChild<Manual *>();
+        QVERIFY(manual && manual->isVisible());
+        auto *browser = manual->findChild<QTextBrowser *>();
+        QVERIFY(browser->toPlainText().contains("First steps"));
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+        QVERIFY(!browser->toPlainText().contains("## ")); // it is shown as it is meant
+#endif
+        QTest::keyClick(&window, Qt::Key_F1);
+        QCOMPARE(window.findChildren<Manual *>().size(), 1);
+        QVERIFY(QTest::qWaitForWindowActive(manual));
+        QTest::keyClick(manual, Qt::Key_Escape);
+        QTRY_VERIFY(!window.findChild<Manual *>());
+
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        ModalResponder responder;
+        QStringList keys;
+        responder.expect([&keys](QWidget *dialog) {
+            QTreeWidgetItemIterator row(dialog->findChild<QTreeWidget *>());
+            for (; *row; ++row)
+                keys << (*row)->text(1);
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QTest::keyClick(&window, Qt::Key_F1, Qt::ControlModifier);
+        QCOMPARE(responder.pending(), 0);
+        for (const char *key : {"F1", "F5", "Ctrl+Q", "F2"})
+            QVERIFY2(keys.contains(key), key);
+    }
+
+    void noKeyHasTwoMeanings()
+    {
+        MainWindow window(log);
+        window.addPlugins();
+        QMap<QString, QString> commands;
+        for (const QAction *action : window.findChildren<QAction *>()) {
+            for (const QKeySequence &key : action->shortcuts()) {
+                const QString other = commands.value(key.toString());
+                QVERIFY2(other.isEmpty(), qPrintable(key.toString() + ": " + other + ", " + action->text()));
+                commands[key.toString()] = action->text();
+            }
+        }
+        QVERIFY(commands.size() > 5);
     }
 
     void windowsArePlacedOnTheScreen()

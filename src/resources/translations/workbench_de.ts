@@ -2,273 +2,295 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>BoardView</name>
+    <message>
+        <source>seen from below</source>
+        <translation>von unten gesehen</translation>
+    </message>
+</context>
+<context>
     <name>ComboBoxDelegate</name>
     <message>
         <source>Yes</source>
-        <translation type="unfinished"></translation>
+        <translation>Ja</translation>
     </message>
     <message>
         <source>No</source>
-        <translation type="unfinished"></translation>
+        <translation>Nein</translation>
     </message>
 </context>
 <context>
     <name>Export</name>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>Export</translation>
     </message>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>Warnung</translation>
     </message>
     <message>
         <source>The path you selected is not exist</source>
-        <translation type="unfinished"></translation>
+        <translation>Der gewählte Ordner existiert nicht</translation>
     </message>
     <message>
         <source>Path</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner</translation>
     </message>
     <message>
         <source>Second Dir:</source>
-        <translation type="unfinished"></translation>
+        <translation>Unterordner:</translation>
     </message>
     <message>
         <source>OX</source>
-        <translation type="unfinished"></translation>
+        <translation>OX</translation>
     </message>
     <message>
         <source>Format:</source>
-        <translation type="unfinished"></translation>
+        <translation>Format:</translation>
     </message>
     <message>
         <source>Reference</source>
-        <translation type="unfinished"></translation>
+        <translation>Bezug</translation>
     </message>
     <message>
         <source>X</source>
-        <translation type="unfinished"></translation>
+        <translation>X</translation>
     </message>
     <message>
         <source>Y</source>
-        <translation type="unfinished"></translation>
+        <translation>Y</translation>
     </message>
     <message>
         <source>0</source>
-        <translation type="unfinished"></translation>
+        <translation>0</translation>
     </message>
     <message>
         <source>um</source>
-        <translation type="unfinished"></translation>
+        <translation>µm</translation>
     </message>
     <message>
         <source>OK</source>
-        <translation type="unfinished"></translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>layer</source>
-        <translation type="unfinished"></translation>
+        <translation>Lage</translation>
     </message>
     <message>
         <source>rotate</source>
-        <translation type="unfinished"></translation>
+        <translation>Drehen</translation>
     </message>
     <message>
         <source>Mirror</source>
-        <translation type="unfinished"></translation>
+        <translation>Spiegeln</translation>
     </message>
     <message>
         <source>X Scale</source>
-        <translation type="unfinished"></translation>
+        <translation>X-Faktor</translation>
     </message>
     <message>
         <source>Y Scale</source>
-        <translation type="unfinished"></translation>
+        <translation>Y-Faktor</translation>
     </message>
     <message>
         <source>Negate</source>
-        <translation type="unfinished"></translation>
+        <translation>Negieren</translation>
     </message>
     <message>
         <source>Time</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeit</translation>
     </message>
     <message>
         <source>No</source>
-        <translation type="unfinished"></translation>
+        <translation>Nein</translation>
     </message>
     <message>
         <source>Yes</source>
-        <translation type="unfinished"></translation>
+        <translation>Ja</translation>
     </message>
     <message>
         <source>Clear layer(Make the selected item unselected)</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Lage (Auswahl aufheben)</translation>
     </message>
     <message>
         <source>Select all layer</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Lagen auswählen</translation>
     </message>
     <message>
         <source>Board Layer</source>
-        <translation type="unfinished"></translation>
+        <translation>Lagen der Leiterplatte</translation>
     </message>
     <message>
         <source>Set parameters to selected layer</source>
-        <translation type="unfinished"></translation>
+        <translation>Parameter auf ausgewählte Lagen übertragen</translation>
     </message>
     <message>
         <source>Processing</source>
-        <translation type="unfinished"></translation>
+        <translation>In Arbeit</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Please wait</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitte warten</translation>
     </message>
     <message>
         <source>layer :</source>
-        <translation type="unfinished"></translation>
+        <translation>Lage:</translation>
     </message>
 </context>
 <context>
     <name>ExportRepeat</name>
     <message>
         <source>The folder %1 is gone.</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Ordner %1 gibt es nicht mehr.</translation>
     </message>
     <message>
         <source>The parameters of the layer %1 cannot be chosen.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Parameter der Lage %1 lassen sich nicht wählen.</translation>
     </message>
     <message>
         <source>The job has no layer %1 any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Auftrag hat keine Lage %1 mehr.</translation>
     </message>
     <message>
         <source>That export resized by %1 µm; the settings now ask for %2 µm.</source>
-        <translation type="unfinished"></translation>
+        <translation>Jener Export änderte die Größe um %1 µm; die Einstellungen verlangen jetzt %2 µm.</translation>
     </message>
 </context>
 <context>
     <name>ExportResults</name>
     <message>
         <source>Nothing was exported: no layer was chosen.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nichts wurde exportiert: keine Lage war gewählt.</translation>
     </message>
     <message>
         <source>%1 of %2 layers of %3 were written</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 von %2 Lagen von %3 wurden geschrieben</translation>
     </message>
     <message>
         <source>%1 of them empty</source>
-        <translation type="unfinished"></translation>
+        <translation>davon %1 leer</translation>
     </message>
     <message>
         <source>%1 failed</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 gescheitert</translation>
     </message>
     <message>
         <source>%1 cancelled</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 abgebrochen</translation>
     </message>
     <message>
         <source>%1 not exported, the log says why</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 nicht exportiert, das Protokoll sagt warum</translation>
+    </message>
+</context>
+<context>
+    <name>ExportVerifier</name>
+    <message>
+        <source>Verifying: %1 of %2 layers compared.</source>
+        <translation>Prüfung: %1 von %2 Lagen verglichen.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 layers proven within 0.5 µm.</source>
+        <translation>%1 von %2 Lagen auf 0,5 µm genau bewiesen.</translation>
+    </message>
+    <message>
+        <source>Not proven: %1.</source>
+        <translation>Nicht bewiesen: %1.</translation>
     </message>
 </context>
 <context>
     <name>FileProcess</name>
     <message>
         <source>import</source>
-        <translation type="unfinished"></translation>
+        <translation>Import</translation>
     </message>
     <message>
         <source>export</source>
-        <translation type="unfinished"></translation>
+        <translation>Export</translation>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>Import</translation>
     </message>
     <message>
         <source>ODB++</source>
-        <translation type="unfinished"></translation>
+        <translation>ODB++</translation>
     </message>
     <message>
         <source>Information</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinweis</translation>
     </message>
     <message>
         <source>The job with the same name already exists, do you want to overwrite it?</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt schon einen Auftrag dieses Namens. Soll er überschrieben werden?</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler</translation>
     </message>
     <message>
         <source>The job unzipped failed, please check your files!</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Auftrag ließ sich nicht entpacken. Bitte die Dateien prüfen!</translation>
     </message>
 </context>
 <context>
     <name>FolderCheck</name>
     <message>
         <source>The path must be absolute, from the drive or the root on.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Pfad muss absolut sein, vom Laufwerk oder der Wurzel an.</translation>
     </message>
     <message>
         <source>%1 is no folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ist kein Ordner.</translation>
     </message>
     <message>
         <source>Nothing can be written in %1: it is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>In %1 kann nichts geschrieben werden: der Ordner ist schreibgeschützt.</translation>
     </message>
     <message>
         <source>This folder does not exist yet; it will be made.</source>
-        <translation type="unfinished"></translation>
+        <translation>Diesen Ordner gibt es noch nicht; er wird angelegt.</translation>
     </message>
     <message>
         <source>Imported jobs need a folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>Importierte Aufträge brauchen einen Ordner.</translation>
     </message>
     <message>
         <source>The path has a blank. The commands with which an import tidies up take it for the end of the path: an unpacked .tar may stay behind, and an old job stays although it was to be replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Pfad enthält ein Leerzeichen. Die Befehle, mit denen ein Import aufräumt, halten es für das Ende des Pfades: eine entpackte .tar-Datei kann liegen bleiben, und ein alter Auftrag bleibt, obwohl er ersetzt werden sollte.</translation>
     </message>
     <message>
         <source>The path has letters that this system&apos;s code page lacks. An import cannot tidy up there: an unpacked .tar stays behind, and an old job stays although it was to be replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Pfad enthält Buchstaben, die die Codepage dieses Systems nicht hat. Ein Import kann dort nicht aufräumen: eine entpackte .tar-Datei bleibt liegen, und ein alter Auftrag bleibt, obwohl er ersetzt werden sollte.</translation>
     </message>
     <message>
         <source>Files land inside the job&apos;s own folder: whoever replaces or removes the job loses them.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Dateien landen im Ordner des Auftrags: wer den Auftrag ersetzt oder entfernt, verliert sie.</translation>
     </message>
     <message>
         <source>This folder lies in the folder of the jobs: whoever replaces or removes a job of its name loses the files.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieser Ordner liegt im Ordner der Aufträge: wer einen Auftrag seines Namens ersetzt oder entfernt, verliert die Dateien.</translation>
     </message>
     <message>
         <source>Exports are not recorded, and the history stays as it is.</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporte werden nicht aufgezeichnet, und der Verlauf bleibt, wie er ist.</translation>
     </message>
     <message>
         <source>%1 is a folder, not a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ist ein Ordner, keine Datei.</translation>
     </message>
     <message>
         <source>%1 is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ist schreibgeschützt.</translation>
     </message>
 </context>
 <context>
@@ -276,104 +298,124 @@
     <message>
         <source>%1 cannot be shown.
 %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 lässt sich nicht zeigen.
+%2</translation>
     </message>
     <message>
         <source>%1, as exported: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, wie exportiert: %2</translation>
+    </message>
+    <message>
+        <source>The layer is empty.</source>
+        <translation>Die Lage ist leer.</translation>
+    </message>
+    <message>
+        <source>No layer is shown: press an eye in the list of layers.</source>
+        <translation>Keine Lage wird gezeigt: ein Auge in der Liste der Lagen drücken.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 und %n weitere</numerusform>
+            <numerusform>%1 und %n weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reading %1 ...</source>
+        <translation>%1 wird gelesen ...</translation>
     </message>
 </context>
 <context>
     <name>HistoryPane</name>
     <message>
         <source>rotated by %1°</source>
-        <translation type="unfinished"></translation>
+        <translation>um %1° gedreht</translation>
     </message>
     <message>
         <source>mirrored</source>
-        <translation type="unfinished"></translation>
+        <translation>gespiegelt</translation>
     </message>
     <message>
         <source>scaled by %1 and %2</source>
-        <translation type="unfinished"></translation>
+        <translation>skaliert mit %1 und %2</translation>
     </message>
     <message>
         <source>negated</source>
-        <translation type="unfinished"></translation>
+        <translation>negiert</translation>
     </message>
     <message>
         <source>resized by %1 µm</source>
-        <translation type="unfinished"></translation>
+        <translation>Größe um %1 µm geändert</translation>
     </message>
     <message>
         <source>database unit %1 µm</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenbankeinheit %1 µm</translation>
     </message>
     <message>
         <source>with profile</source>
-        <translation type="unfinished"></translation>
+        <translation>mit Umriss</translation>
     </message>
     <message>
         <source>When</source>
-        <translation type="unfinished"></translation>
+        <translation>Wann</translation>
     </message>
     <message>
         <source>Job</source>
-        <translation type="unfinished"></translation>
+        <translation>Auftrag</translation>
     </message>
     <message>
         <source>Step</source>
-        <translation type="unfinished"></translation>
+        <translation>Step</translation>
     </message>
     <message>
         <source>Format</source>
-        <translation type="unfinished"></translation>
+        <translation>Format</translation>
     </message>
     <message>
         <source>Layers</source>
-        <translation type="unfinished"></translation>
+        <translation>Lagen</translation>
     </message>
     <message>
         <source>Parameters</source>
-        <translation type="unfinished"></translation>
+        <translation>Parameter</translation>
     </message>
     <message>
         <source>Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner</translation>
     </message>
     <message>
         <source>Open &amp;folder</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Ordner öffnen</translation>
     </message>
     <message>
         <source>Open the folder of the files in the system&apos;s file manager</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Ordner der Dateien im Dateimanager des Systems öffnen</translation>
     </message>
     <message>
         <source>Export &amp;again ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Erneut e&amp;xportieren ...</translation>
     </message>
     <message>
         <source>Open the Export dialog with the layers and parameters of this export</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Exportdialog mit den Lagen und Parametern dieses Exports öffnen</translation>
     </message>
     <message>
         <source>The record of exports cannot be read: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Aufzeichnung der Exporte ist nicht lesbar: %1</translation>
     </message>
     <message>
         <source>Exports are not recorded. File &gt; Settings names a file for the record.</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporte werden nicht aufgezeichnet. Datei &gt; Einstellungen nennt eine Datei dafür.</translation>
     </message>
     <message>
         <source>No export has been recorded yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch ist kein Export aufgezeichnet.</translation>
     </message>
     <message numerus="yes">
         <source>%n export(s), the newest first.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n Export.</numerusform>
+            <numerusform>%n Exporte, der neueste zuerst.</numerusform>
         </translation>
     </message>
 </context>
@@ -381,663 +423,855 @@
     <name>JobCommands</name>
     <message>
         <source>New name of the job %1:</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuer Name des Auftrags %1:</translation>
     </message>
     <message>
         <source>Rename job</source>
-        <translation type="unfinished"></translation>
+        <translation>Auftrag umbenennen</translation>
     </message>
     <message>
         <source>The system does not rename the folder. Another program may have files of it open.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das System benennt den Ordner nicht um. Vielleicht hat ein anderes Programm Dateien daraus offen.</translation>
     </message>
     <message>
         <source>Remove job</source>
-        <translation type="unfinished"></translation>
+        <translation>Auftrag entfernen</translation>
     </message>
     <message>
         <source>Move the job %1 to the wastebasket?</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Auftrag %1 in den Papierkorb verschieben?</translation>
     </message>
 </context>
 <context>
     <name>JobListPanel</name>
     <message>
         <source>Filter jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufträge filtern</translation>
     </message>
     <message>
         <source>Job</source>
-        <translation type="unfinished"></translation>
+        <translation>Auftrag</translation>
     </message>
     <message>
         <source>Date</source>
-        <translation type="unfinished"></translation>
+        <translation>Datum</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>Größe</translation>
     </message>
     <message>
         <source>Written by</source>
-        <translation type="unfinished"></translation>
+        <translation>Geschrieben von</translation>
     </message>
     <message>
         <source>&amp;Open job</source>
-        <translation type="unfinished"></translation>
+        <translation>Auftrag ö&amp;ffnen</translation>
     </message>
     <message>
         <source>Re&amp;name job ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Auftrag um&amp;benennen ...</translation>
     </message>
     <message>
         <source>Show in the file &amp;manager</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Datei&amp;manager zeigen</translation>
     </message>
     <message>
         <source>&amp;Remove job ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Auftrag &amp;entfernen ...</translation>
     </message>
     <message>
         <source>Open the job in the frame (Return or double click)</source>
-        <translation type="unfinished"></translation>
+        <translation>Den umrahmten Auftrag öffnen (Eingabetaste oder Doppelklick)</translation>
     </message>
     <message>
         <source>Give the job&apos;s folder another name</source>
-        <translation type="unfinished"></translation>
+        <translation>Dem Ordner des Auftrags einen anderen Namen geben</translation>
     </message>
     <message>
         <source>Open the job&apos;s folder in the system&apos;s file manager</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Ordner des Auftrags im Dateimanager des Systems öffnen</translation>
     </message>
     <message>
         <source>Move the job&apos;s folder to the wastebasket</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Ordner des Auftrags in den Papierkorb verschieben</translation>
     </message>
     <message>
         <source>in %1</source>
-        <translation type="unfinished"></translation>
+        <translation>in %1</translation>
     </message>
     <message>
         <source>saved %1</source>
-        <translation type="unfinished"></translation>
+        <translation>gespeichert %1</translation>
     </message>
     <message>
         <source>unpacked or changed %1</source>
-        <translation type="unfinished"></translation>
+        <translation>entpackt oder geändert %1</translation>
     </message>
     <message>
         <source>written by %1</source>
-        <translation type="unfinished"></translation>
+        <translation>geschrieben von %1</translation>
     </message>
     <message>
         <source>made from %1</source>
-        <translation type="unfinished"></translation>
+        <translation>entstanden aus %1</translation>
     </message>
     <message>
         <source>There are no jobs yet.
 
 Import reads ODB++ job archives (.tgz).
 They can also be dropped on this window.</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch gibt es keine Aufträge.
+
+Import liest ODB++-Archive (.tgz).
+Sie können auch auf dieses Fenster gezogen werden.</translation>
     </message>
     <message>
         <source>No job&apos;s name contains &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Auftrag hat „%1“ im Namen.</translation>
     </message>
 </context>
 <context>
     <name>Jobs</name>
     <message>
         <source>A job needs a name.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Auftrag braucht einen Namen.</translation>
     </message>
     <message>
         <source>&quot;%1&quot; cannot stand in a job&apos;s name.</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ kann nicht im Namen eines Auftrags stehen.</translation>
     </message>
     <message>
         <source>A blank in a job&apos;s name would keep imports from replacing the job.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Leerzeichen im Namen verhindert, dass Importe den Auftrag ersetzen.</translation>
     </message>
     <message>
         <source>There is a %1 already.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt schon ein %1.</translation>
     </message>
 </context>
 <context>
     <name>LanguageMenu</name>
     <message>
         <source>&amp;Language</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Sprache</translation>
     </message>
     <message>
         <source>As the system</source>
-        <translation type="unfinished"></translation>
+        <translation>Wie das System</translation>
     </message>
 </context>
 <context>
     <name>LayerPanel</name>
     <message>
         <source>Layer</source>
-        <translation type="unfinished"></translation>
+        <translation>Lage</translation>
     </message>
     <message>
         <source>Type</source>
-        <translation type="unfinished"></translation>
+        <translation>Typ</translation>
     </message>
     <message>
         <source>Context</source>
-        <translation type="unfinished"></translation>
+        <translation>Kontext</translation>
     </message>
     <message>
         <source>Polarity</source>
-        <translation type="unfinished"></translation>
+        <translation>Polarität</translation>
     </message>
     <message>
         <source>Step</source>
-        <translation type="unfinished"></translation>
+        <translation>Step</translation>
     </message>
     <message>
         <source>No job is open.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Auftrag ist offen.</translation>
     </message>
     <message>
         <source>The job has no layers.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Auftrag hat keine Lagen.</translation>
     </message>
     <message>
-        <source>from %1 to %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>LayerView</name>
-    <message>
-        <source>The layer is empty.</source>
-        <translation type="unfinished"></translation>
+        <source>Opacity</source>
+        <translation>Deckkraft</translation>
     </message>
     <message>
-        <source>Reading %1 ... %2 %</source>
-        <translation type="unfinished"></translation>
+        <source>&amp;Opacity</source>
+        <translation>&amp;Deckkraft</translation>
     </message>
     <message>
-        <source>%1 mm</source>
-        <translation type="unfinished"></translation>
+        <source>How dense the chosen layer is drawn</source>
+        <translation>Wie dicht die gewählte Lage gezeichnet wird</translation>
     </message>
     <message>
-        <source>%1 um</source>
-        <translation type="unfinished"></translation>
+        <source>%1, from %2 to %3</source>
+        <translation>%1, von %2 bis %3</translation>
     </message>
     <message>
-        <source>x %1  y %2 mm</source>
-        <translation type="unfinished"></translation>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Show or hide this layer (Space)</source>
+        <translation>Diese Lage zeigen oder verbergen (Leertaste)</translation>
+    </message>
+    <message>
+        <source>shown</source>
+        <translation>sichtbar</translation>
+    </message>
+    <message>
+        <source>hidden</source>
+        <translation>verborgen</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Color of %1</source>
+        <translation>Farbe von %1</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Verbergen</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>Show only this one</source>
+        <translation>Nur diese zeigen</translation>
+    </message>
+    <message>
+        <source>Color ...</source>
+        <translation>Farbe ...</translation>
+    </message>
+    <message>
+        <source>Remove %1 from the list</source>
+        <translation>%1 aus der Liste entfernen</translation>
     </message>
 </context>
 <context>
     <name>LogPane</name>
     <message>
         <source>All lines</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Zeilen</translation>
     </message>
     <message>
         <source>Nothing has been logged yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch ist nichts protokolliert.</translation>
     </message>
     <message>
         <source>No warnings, no errors.</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Warnungen, keine Fehler.</translation>
     </message>
     <message>
         <source>From</source>
-        <translation type="unfinished"></translation>
+        <translation>Ab</translation>
     </message>
     <message>
         <source>debug</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehlersuche</translation>
     </message>
     <message>
         <source>information</source>
-        <translation type="unfinished"></translation>
+        <translation>Information</translation>
     </message>
     <message>
         <source>warnings</source>
-        <translation type="unfinished"></translation>
+        <translation>Warnungen</translation>
     </message>
     <message>
         <source>errors</source>
-        <translation type="unfinished"></translation>
+        <translation>Fehler</translation>
     </message>
     <message>
         <source>Show lines of this weight and more</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeilen ab diesem Gewicht zeigen</translation>
     </message>
     <message>
         <source>Only lines with ...</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur Zeilen mit ...</translation>
     </message>
     <message>
         <source>Clear</source>
-        <translation type="unfinished"></translation>
+        <translation>Leeren</translation>
     </message>
     <message>
         <source>Forget all lines and problems</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Zeilen und Probleme vergessen</translation>
     </message>
     <message>
         <source>Problems</source>
-        <translation type="unfinished"></translation>
+        <translation>Probleme</translation>
     </message>
     <message>
         <source>Problems (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Probleme (%1)</translation>
     </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
-        <source>grown by %1 µm</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>shrunk by %1 µm</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>negated</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>scaled by %1 and %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>mirrored</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>rotated by %1°</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>CAM Workbench</source>
-        <translation type="unfinished"></translation>
+        <translation>CAM Workbench</translation>
     </message>
     <message>
         <source>Open a job first, then export its layers.</source>
-        <translation type="unfinished"></translation>
+        <translation>Zuerst einen Auftrag öffnen, dann seine Lagen exportieren.</translation>
     </message>
     <message>
         <source>Jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufträge</translation>
     </message>
     <message>
         <source>Layers</source>
-        <translation type="unfinished"></translation>
+        <translation>Lagen</translation>
     </message>
     <message>
         <source>Log</source>
-        <translation type="unfinished"></translation>
+        <translation>Protokoll</translation>
     </message>
     <message>
         <source>Export results</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportergebnis</translation>
     </message>
     <message>
         <source>History</source>
-        <translation type="unfinished"></translation>
+        <translation>Verlauf</translation>
     </message>
     <message>
         <source>No job is open.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Auftrag ist offen.</translation>
     </message>
     <message>
         <source>Plug-ins</source>
-        <translation type="unfinished"></translation>
+        <translation>Plug-ins</translation>
     </message>
     <message>
         <source>&amp;File</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Datei</translation>
     </message>
     <message>
         <source>&amp;Refresh jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>Aufträge &amp;neu lesen</translation>
     </message>
     <message>
         <source>Show job &amp;folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner der A&amp;ufträge zeigen</translation>
     </message>
     <message>
         <source>&amp;Settings ...</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Einstellungen ...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Beenden</translation>
     </message>
     <message>
         <source>&amp;View</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Fit layer</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>As &amp;exported</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show layers as the settings and the open Export dialog change them, or as they are in the job</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Ansicht</translation>
     </message>
     <message>
         <source>&amp;Help</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Hilfe</translation>
     </message>
     <message>
         <source>&amp;About</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Über</translation>
     </message>
     <message>
         <source>Take in ODB++ job archives, GDSII and Gerber files</source>
-        <translation type="unfinished"></translation>
+        <translation>ODB++-Archive, GDSII- und Gerber-Dateien einlesen</translation>
     </message>
     <message>
         <source>Write layers of the open job as GDSII or Gerber files</source>
-        <translation type="unfinished"></translation>
+        <translation>Lagen des offenen Auftrags als GDSII- oder Gerber-Dateien schreiben</translation>
     </message>
     <message>
         <source>No plug-in is loaded; the log says why.</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Plug-in ist geladen; das Protokoll sagt warum.</translation>
     </message>
     <message>
         <source>Ready</source>
-        <translation type="unfinished"></translation>
+        <translation>Bereit</translation>
     </message>
     <message>
         <source>The job&apos;s layers cannot be read:
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Lagen des Auftrags sind nicht lesbar:
+%1</translation>
     </message>
     <message>
         <source>Choose a layer.</source>
-        <translation type="unfinished"></translation>
+        <translation>Bitte eine Lage wählen.</translation>
     </message>
     <message>
         <source>The job %1 is in the wastebasket.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Auftrag %1 liegt im Papierkorb.</translation>
     </message>
     <message>
         <source>%1 holds no ODB++ job.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 enthält keinen ODB++-Auftrag.</translation>
     </message>
     <message>
         <source>Imported %1 as the job %2.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 is shown; it belongs to no job.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 belongs to no job; the view shows GDSII files only.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 als Auftrag %2 importiert.</translation>
     </message>
     <message numerus="yes">
         <source>Exporting %n layer(s) to %1</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n Lage wird nach %1 exportiert</numerusform>
+            <numerusform>%n Lagen werden nach %1 exportiert</numerusform>
         </translation>
     </message>
     <message>
         <source>There is no job %1 any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>Den Auftrag %1 gibt es nicht mehr.</translation>
     </message>
     <message>
         <source>The job %1 has no step %2 any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Auftrag %1 hat keinen Step %2 mehr.</translation>
     </message>
     <message>
         <source>%1 - CAM Workbench</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 - CAM Workbench</translation>
     </message>
     <message>
         <source>No job open</source>
-        <translation type="unfinished"></translation>
+        <translation>Kein Auftrag offen</translation>
     </message>
     <message>
         <source>%1  |  step %2  |  %3 layers</source>
-        <translation type="unfinished"></translation>
+        <translation>%1  |  Step %2  |  %3 Lagen</translation>
     </message>
     <message>
         <source>Close &quot;%1&quot; first.</source>
-        <translation type="unfinished"></translation>
+        <translation>Zuerst „%1“ schließen.</translation>
     </message>
     <message>
         <source>The settings cannot be written to %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Einstellungen lassen sich nicht in %1 schreiben.</translation>
     </message>
     <message>
         <source>The new settings hold from now on.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die neuen Einstellungen gelten ab jetzt.</translation>
     </message>
     <message>
         <source>About CAM Workbench</source>
-        <translation type="unfinished"></translation>
+        <translation>Über CAM Workbench</translation>
     </message>
     <message>
         <source>&lt;b&gt;CAM Workbench %1&lt;/b&gt;&lt;p&gt;A small desktop host for CAM plug-ins.&lt;/p&gt;&lt;p&gt;Plug-ins: %2&lt;/p&gt;&lt;p&gt;Qt %3&lt;/p&gt;</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;b&gt;CAM Workbench %1&lt;/b&gt;&lt;p&gt;Ein kleines Programm für CAM-Plug-ins.&lt;/p&gt;&lt;p&gt;Plug-ins: %2&lt;/p&gt;&lt;p&gt;Qt %3&lt;/p&gt;</translation>
     </message>
     <message>
         <source>none</source>
-        <translation type="unfinished"></translation>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>&amp;User guide</source>
+        <translation>&amp;Handbuch</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard</source>
+        <translation>&amp;Tastatur</translation>
+    </message>
+</context>
+<context>
+    <name>Manual</name>
+    <message>
+        <source>User guide</source>
+        <translation>Handbuch</translation>
     </message>
 </context>
 <context>
     <name>MessageBar</name>
     <message>
         <source>Details</source>
-        <translation type="unfinished"></translation>
+        <translation>Einzelheiten</translation>
     </message>
     <message>
         <source>Open folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner öffnen</translation>
     </message>
     <message>
         <source>Dismiss</source>
-        <translation type="unfinished"></translation>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
     <name>RecentJobs</name>
     <message>
         <source>Recent &amp;jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Letzte Aufträge</translation>
     </message>
     <message>
         <source>No job has been opened yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch kein Auftrag wurde geöffnet</translation>
     </message>
 </context>
 <context>
     <name>ResultsPane</name>
     <message>
         <source>waiting</source>
-        <translation type="unfinished"></translation>
+        <translation>wartet</translation>
     </message>
     <message>
         <source>being written</source>
-        <translation type="unfinished"></translation>
+        <translation>wird geschrieben</translation>
     </message>
     <message>
         <source>written</source>
-        <translation type="unfinished"></translation>
+        <translation>geschrieben</translation>
     </message>
     <message>
         <source>written, the layer is empty</source>
-        <translation type="unfinished"></translation>
+        <translation>geschrieben, die Lage ist leer</translation>
     </message>
     <message>
         <source>failed: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>gescheitert: %1</translation>
     </message>
     <message>
         <source>cancelled</source>
-        <translation type="unfinished"></translation>
+        <translation>abgebrochen</translation>
     </message>
     <message>
         <source>not exported: the log says why</source>
-        <translation type="unfinished"></translation>
+        <translation>nicht exportiert: das Protokoll sagt warum</translation>
     </message>
     <message>
         <source>Nothing has been exported yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch ist nichts exportiert.</translation>
     </message>
     <message>
         <source>Layer</source>
-        <translation type="unfinished"></translation>
+        <translation>Lage</translation>
     </message>
     <message>
         <source>Result</source>
-        <translation type="unfinished"></translation>
+        <translation>Ergebnis</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>Größe</translation>
     </message>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>cannot say: %1</source>
+        <translation>nicht zu sagen: %1</translation>
+    </message>
+    <message>
+        <source>proven</source>
+        <translation>bewiesen</translation>
+    </message>
+    <message numerus="yes">
+        <source>not proven, %n place(s) differ</source>
+        <translation>
+            <numerusform>nicht bewiesen, %n Stelle weicht ab</numerusform>
+            <numerusform>nicht bewiesen, %n Stellen weichen ab</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 µm missing at %2, %3 mm</source>
+        <translation>%1 µm fehlen bei %2, %3 mm</translation>
+    </message>
+    <message>
+        <source>%1 µm too much at %2, %3 mm</source>
+        <translation>%1 µm zu viel bei %2, %3 mm</translation>
+    </message>
+    <message>
+        <source>Verification</source>
+        <translation>Prüfung</translation>
     </message>
 </context>
 <context>
     <name>RotateComboxDelegete</name>
     <message>
         <source>0</source>
-        <translation type="unfinished"></translation>
+        <translation>0</translation>
     </message>
     <message>
         <source>90</source>
-        <translation type="unfinished"></translation>
+        <translation>90</translation>
     </message>
     <message>
         <source>180</source>
-        <translation type="unfinished"></translation>
+        <translation>180</translation>
     </message>
     <message>
         <source>270</source>
-        <translation type="unfinished"></translation>
+        <translation>270</translation>
+    </message>
+</context>
+<context>
+    <name>SceneStore</name>
+    <message>
+        <source>Reading %1 ... %2 %</source>
+        <translation>%1 wird gelesen ... %2 %</translation>
     </message>
 </context>
 <context>
     <name>SettingsDialog</name>
     <message>
         <source>Exports include the board&apos;s &amp;profile</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporte enthalten den Um&amp;riss der Leiterplatte</translation>
     </message>
     <message>
         <source>Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen</translation>
     </message>
     <message>
         <source>&amp;Jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Aufträge</translation>
     </message>
     <message>
         <source>The folder that imported jobs are unpacked to</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Ordner, in den importierte Aufträge entpackt werden</translation>
     </message>
     <message>
         <source>&amp;Exports</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Exporte</translation>
     </message>
     <message>
         <source>the job&apos;s own folder</source>
-        <translation type="unfinished"></translation>
+        <translation>der Ordner des Auftrags</translation>
     </message>
     <message>
         <source>The folder that the Export dialog proposes</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Ordner, den der Exportdialog vorschlägt</translation>
     </message>
     <message>
         <source>&amp;Folder within it</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Unterordner darin</translation>
     </message>
     <message>
         <source>By how much every feature grows, half of it on each side</source>
-        <translation type="unfinished"></translation>
+        <translation>Um wie viel jedes Element wächst, je zur Hälfte auf beiden Seiten</translation>
     </message>
     <message>
         <source>&amp;Resize by</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Größe ändern um</translation>
     </message>
     <message>
         <source> um</source>
-        <translation type="unfinished"></translation>
+        <translation> µm</translation>
     </message>
     <message>
         <source>&amp;Database unit</source>
-        <translation type="unfinished"></translation>
+        <translation>&amp;Datenbankeinheit</translation>
     </message>
     <message>
         <source>Re&amp;cord exports in</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporte auf&amp;zeichnen in</translation>
     </message>
     <message>
         <source>exports are not recorded</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporte werden nicht aufgezeichnet</translation>
     </message>
     <message>
         <source>Choose a folder</source>
-        <translation type="unfinished"></translation>
+        <translation>Ordner wählen</translation>
     </message>
     <message>
         <source>Choose a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Datei wählen</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutsDialog</name>
+    <message>
+        <source>Keyboard</source>
+        <translation>Tastatur</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>Taste</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>Was er tut</translation>
+    </message>
+    <message>
+        <source>Panes</source>
+        <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>Next field or pane</source>
+        <translation>Nächstes Feld oder Fenster</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>Menüs</translation>
+    </message>
+    <message>
+        <source>Open the job in the frame</source>
+        <translation>Den umrahmten Auftrag öffnen</translation>
+    </message>
+    <message>
+        <source>Menu of the job or layer in the frame</source>
+        <translation>Menü des umrahmten Auftrags oder der Lage</translation>
     </message>
 </context>
 <context>
     <name>Trash</name>
     <message>
         <source>The system does not move %1 to the wastebasket.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das System verschiebt %1 nicht in den Papierkorb.</translation>
     </message>
     <message>
         <source>This program was built with a Qt that knows no wastebasket; remove %1 in the file manager.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieses Programm wurde mit einem Qt gebaut, das keinen Papierkorb kennt; bitte %1 im Dateimanager entfernen.</translation>
+    </message>
+</context>
+<context>
+    <name>ViewCommands</name>
+    <message>
+        <source>grown by %1 µm</source>
+        <translation>vergrößert um %1 µm</translation>
+    </message>
+    <message>
+        <source>shrunk by %1 µm</source>
+        <translation>verkleinert um %1 µm</translation>
+    </message>
+    <message>
+        <source>negated</source>
+        <translation>negiert</translation>
+    </message>
+    <message>
+        <source>scaled by %1 and %2</source>
+        <translation>skaliert mit %1 und %2</translation>
+    </message>
+    <message>
+        <source>mirrored</source>
+        <translation>gespiegelt</translation>
+    </message>
+    <message>
+        <source>rotated by %1°</source>
+        <translation>um %1° gedreht</translation>
+    </message>
+    <message>
+        <source>&amp;Open layer files ...</source>
+        <translation>Lagendateien ö&amp;ffnen ...</translation>
+    </message>
+    <message>
+        <source>Show GDSII and Gerber files over the job</source>
+        <translation>GDSII- und Gerber-Dateien über dem Auftrag zeigen</translation>
+    </message>
+    <message>
+        <source>%1: nothing is drawn in it</source>
+        <translation>%1: darin ist nichts gezeichnet</translation>
+    </message>
+    <message>
+        <source>&amp;Fit board</source>
+        <translation>&amp;Leiterplatte zeigen</translation>
+    </message>
+    <message>
+        <source>Show all of the board</source>
+        <translation>Die ganze Leiterplatte zeigen</translation>
+    </message>
+    <message>
+        <source>Fit &amp;everything</source>
+        <translation>&amp;Alles zeigen</translation>
+    </message>
+    <message>
+        <source>Show everything that is drawn</source>
+        <translation>Alles zeigen, was gezeichnet ist</translation>
+    </message>
+    <message>
+        <source>Seen from &amp;below</source>
+        <translation>Von u&amp;nten gesehen</translation>
+    </message>
+    <message>
+        <source>Look at the board from its bottom side</source>
+        <translation>Die Leiterplatte von ihrer Unterseite sehen</translation>
+    </message>
+    <message>
+        <source>&amp;As exported</source>
+        <translation>Wie e&amp;xportiert</translation>
+    </message>
+    <message>
+        <source>Show layers as the settings and the open Export dialog change them, or as they are in the job</source>
+        <translation>Lagen so zeigen, wie Einstellungen und offener Exportdialog sie ändern, oder wie sie im Auftrag sind</translation>
+    </message>
+    <message>
+        <source>Next &amp;unit</source>
+        <translation>Nächste &amp;Einheit</translation>
+    </message>
+    <message>
+        <source>Millimetres, inches, mils</source>
+        <translation>Millimeter, Zoll, Mil</translation>
+    </message>
+    <message>
+        <source>All &amp;copper</source>
+        <translation>Alles &amp;Kupfer</translation>
+    </message>
+    <message>
+        <source>&amp;Top side</source>
+        <translation>&amp;Oberseite</translation>
+    </message>
+    <message>
+        <source>B&amp;ottom side, from below</source>
+        <translation>&amp;Unterseite, von unten</translation>
+    </message>
+    <message>
+        <source>&amp;Drill over copper</source>
+        <translation>&amp;Bohrungen über Kupfer</translation>
+    </message>
+    <message>
+        <source>Show these layers and no others</source>
+        <translation>Diese Lagen zeigen und keine anderen</translation>
+    </message>
+    <message>
+        <source>Open layer files</source>
+        <translation>Lagendateien öffnen</translation>
+    </message>
+    <message>
+        <source>Layer files (%1)</source>
+        <translation>Lagendateien (%1)</translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation>Alle Dateien</translation>
     </message>
 </context>
 <context>
     <name>hostsettings</name>
     <message>
         <source>%1 is no folder that can be written to.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ist kein Ordner, in den geschrieben werden kann.</translation>
     </message>
     <message>
         <source>Features keep their size.</source>
-        <translation type="unfinished"></translation>
+        <translation>Elemente behalten ihre Größe.</translation>
     </message>
     <message>
         <source>Exports grow features by %1 µm, %2 µm on each side.</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporte vergrößern Elemente um %1 µm, %2 µm auf jeder Seite.</translation>
     </message>
     <message>
         <source>Exports shrink features by %1 µm, %2 µm on each side.</source>
-        <translation type="unfinished"></translation>
+        <translation>Exporte verkleinern Elemente um %1 µm, %2 µm auf jeder Seite.</translation>
     </message>
 </context>
 <context>
     <name>main</name>
     <message>
         <source>Settings of this run will be lost: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Einstellungen dieses Laufs gehen verloren: %1</translation>
     </message>
     <message>
         <source>The settings of %1 have been taken over. From now on they are in %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Einstellungen aus %1 wurden übernommen. Sie liegen ab jetzt in %2.</translation>
     </message>
 </context>
 </TS>

@@ -2,12 +2,22 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>GraphicView</name>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 and %n more</numerusform>
+            <numerusform>%1 and %n more</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>HistoryPane</name>
     <message numerus="yes">
         <source>%n export(s), the newest first.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n export.</numerusform>
+            <numerusform>%n exports, the newest first.</numerusform>
         </translation>
     </message>
 </context>
@@ -15,9 +25,19 @@
     <name>MainWindow</name>
     <message numerus="yes">
         <source>Exporting %n layer(s) to %1</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>Exporting %n layer to %1</numerusform>
+            <numerusform>Exporting %n layers to %1</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>ResultsPane</name>
+    <message numerus="yes">
+        <source>not proven, %n place(s) differ</source>
+        <translation>
+            <numerusform>not proven, %n place differs</numerusform>
+            <numerusform>not proven, %n places differ</numerusform>
         </translation>
     </message>
 </context>

@@ -2,273 +2,295 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>BoardView</name>
+    <message>
+        <source>seen from below</source>
+        <translation>从下方看</translation>
+    </message>
+</context>
+<context>
     <name>ComboBoxDelegate</name>
     <message>
         <source>Yes</source>
-        <translation type="unfinished"></translation>
+        <translation>是</translation>
     </message>
     <message>
         <source>No</source>
-        <translation type="unfinished"></translation>
+        <translation>否</translation>
     </message>
 </context>
 <context>
     <name>Export</name>
     <message>
         <source>Export</source>
-        <translation type="unfinished"></translation>
+        <translation>导出</translation>
     </message>
     <message>
         <source>Warning</source>
-        <translation type="unfinished"></translation>
+        <translation>警告</translation>
     </message>
     <message>
         <source>The path you selected is not exist</source>
-        <translation type="unfinished"></translation>
+        <translation>所选路径不存在</translation>
     </message>
     <message>
         <source>Path</source>
-        <translation type="unfinished"></translation>
+        <translation>路径</translation>
     </message>
     <message>
         <source>Second Dir:</source>
-        <translation type="unfinished"></translation>
+        <translation>二级目录:</translation>
     </message>
     <message>
         <source>OX</source>
-        <translation type="unfinished"></translation>
+        <translation>OX</translation>
     </message>
     <message>
         <source>Format:</source>
-        <translation type="unfinished"></translation>
+        <translation>格式:</translation>
     </message>
     <message>
         <source>Reference</source>
-        <translation type="unfinished"></translation>
+        <translation>基准</translation>
     </message>
     <message>
         <source>X</source>
-        <translation type="unfinished"></translation>
+        <translation>X</translation>
     </message>
     <message>
         <source>Y</source>
-        <translation type="unfinished"></translation>
+        <translation>Y</translation>
     </message>
     <message>
         <source>0</source>
-        <translation type="unfinished"></translation>
+        <translation>0</translation>
     </message>
     <message>
         <source>um</source>
-        <translation type="unfinished"></translation>
+        <translation>um</translation>
     </message>
     <message>
         <source>OK</source>
-        <translation type="unfinished"></translation>
+        <translation>确定</translation>
     </message>
     <message>
         <source>cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>取消</translation>
     </message>
     <message>
         <source>layer</source>
-        <translation type="unfinished"></translation>
+        <translation>层</translation>
     </message>
     <message>
         <source>rotate</source>
-        <translation type="unfinished"></translation>
+        <translation>旋转</translation>
     </message>
     <message>
         <source>Mirror</source>
-        <translation type="unfinished"></translation>
+        <translation>镜像</translation>
     </message>
     <message>
         <source>X Scale</source>
-        <translation type="unfinished"></translation>
+        <translation>X 缩放</translation>
     </message>
     <message>
         <source>Y Scale</source>
-        <translation type="unfinished"></translation>
+        <translation>Y 缩放</translation>
     </message>
     <message>
         <source>Negate</source>
-        <translation type="unfinished"></translation>
+        <translation>反转极性</translation>
     </message>
     <message>
         <source>Time</source>
-        <translation type="unfinished"></translation>
+        <translation>时间</translation>
     </message>
     <message>
         <source>No</source>
-        <translation type="unfinished"></translation>
+        <translation>否</translation>
     </message>
     <message>
         <source>Yes</source>
-        <translation type="unfinished"></translation>
+        <translation>是</translation>
     </message>
     <message>
         <source>Clear layer(Make the selected item unselected)</source>
-        <translation type="unfinished"></translation>
+        <translation>清除层（取消所有选择）</translation>
     </message>
     <message>
         <source>Select all layer</source>
-        <translation type="unfinished"></translation>
+        <translation>选择所有层</translation>
     </message>
     <message>
         <source>Board Layer</source>
-        <translation type="unfinished"></translation>
+        <translation>板层</translation>
     </message>
     <message>
         <source>Set parameters to selected layer</source>
-        <translation type="unfinished"></translation>
+        <translation>将参数应用到所选层</translation>
     </message>
     <message>
         <source>Processing</source>
-        <translation type="unfinished"></translation>
+        <translation>正在处理</translation>
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
+        <translation>取消</translation>
     </message>
     <message>
         <source>Please wait</source>
-        <translation type="unfinished"></translation>
+        <translation>请稍候</translation>
     </message>
     <message>
         <source>layer :</source>
-        <translation type="unfinished"></translation>
+        <translation>层：</translation>
     </message>
 </context>
 <context>
     <name>ExportRepeat</name>
     <message>
         <source>The folder %1 is gone.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件夹 %1 已不存在。</translation>
     </message>
     <message>
         <source>The parameters of the layer %1 cannot be chosen.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法选择层 %1 的参数。</translation>
     </message>
     <message>
         <source>The job has no layer %1 any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>料号中已没有层 %1。</translation>
     </message>
     <message>
         <source>That export resized by %1 µm; the settings now ask for %2 µm.</source>
-        <translation type="unfinished"></translation>
+        <translation>那次导出的涨缩量为 %1 µm；当前设置为 %2 µm。</translation>
     </message>
 </context>
 <context>
     <name>ExportResults</name>
     <message>
         <source>Nothing was exported: no layer was chosen.</source>
-        <translation type="unfinished"></translation>
+        <translation>未导出任何内容：没有选择层。</translation>
     </message>
     <message>
         <source>%1 of %2 layers of %3 were written</source>
-        <translation type="unfinished"></translation>
+        <translation>%3 的 %2 个层中已写出 %1 个</translation>
     </message>
     <message>
         <source>%1 of them empty</source>
-        <translation type="unfinished"></translation>
+        <translation>其中 %1 个为空</translation>
     </message>
     <message>
         <source>%1 failed</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 个失败</translation>
     </message>
     <message>
         <source>%1 cancelled</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 个已取消</translation>
     </message>
     <message>
         <source>%1 not exported, the log says why</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 个未导出，原因见日志</translation>
+    </message>
+</context>
+<context>
+    <name>ExportVerifier</name>
+    <message>
+        <source>Verifying: %1 of %2 layers compared.</source>
+        <translation>验证中：已比较 %1 / %2 层。</translation>
+    </message>
+    <message>
+        <source>%1 of %2 layers proven within 0.5 µm.</source>
+        <translation>%2 个层中有 %1 个在 0.5 µm 内得到证明。</translation>
+    </message>
+    <message>
+        <source>Not proven: %1.</source>
+        <translation>未证明：%1。</translation>
     </message>
 </context>
 <context>
     <name>FileProcess</name>
     <message>
         <source>import</source>
-        <translation type="unfinished"></translation>
+        <translation>导入</translation>
     </message>
     <message>
         <source>export</source>
-        <translation type="unfinished"></translation>
+        <translation>导出</translation>
     </message>
     <message>
         <source>Import</source>
-        <translation type="unfinished"></translation>
+        <translation>导入</translation>
     </message>
     <message>
         <source>ODB++</source>
-        <translation type="unfinished"></translation>
+        <translation>ODB++</translation>
     </message>
     <message>
         <source>Information</source>
-        <translation type="unfinished"></translation>
+        <translation>提示</translation>
     </message>
     <message>
         <source>The job with the same name already exists, do you want to overwrite it?</source>
-        <translation type="unfinished"></translation>
+        <translation>同名料号已存在，是否覆盖？</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished"></translation>
+        <translation>错误</translation>
     </message>
     <message>
         <source>The job unzipped failed, please check your files!</source>
-        <translation type="unfinished"></translation>
+        <translation>料号解压失败，请检查文件！</translation>
     </message>
 </context>
 <context>
     <name>FolderCheck</name>
     <message>
         <source>The path must be absolute, from the drive or the root on.</source>
-        <translation type="unfinished"></translation>
+        <translation>路径必须是绝对路径（从盘符或根目录开始）。</translation>
     </message>
     <message>
         <source>%1 is no folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 不是文件夹。</translation>
     </message>
     <message>
         <source>Nothing can be written in %1: it is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法写入 %1：该文件夹为只读。</translation>
     </message>
     <message>
         <source>This folder does not exist yet; it will be made.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件夹尚不存在，将自动创建。</translation>
     </message>
     <message>
         <source>Imported jobs need a folder.</source>
-        <translation type="unfinished"></translation>
+        <translation>导入的料号需要一个文件夹。</translation>
     </message>
     <message>
         <source>The path has a blank. The commands with which an import tidies up take it for the end of the path: an unpacked .tar may stay behind, and an old job stays although it was to be replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>路径中含有空格。导入后的清理命令会把空格当作路径的结尾：解压出的 .tar 可能残留，应被替换的旧料号也会保留。</translation>
     </message>
     <message>
         <source>The path has letters that this system&apos;s code page lacks. An import cannot tidy up there: an unpacked .tar stays behind, and an old job stays although it was to be replaced.</source>
-        <translation type="unfinished"></translation>
+        <translation>路径中含有系统代码页没有的字符。导入后无法在该处清理：解压出的 .tar 会残留，应被替换的旧料号也会保留。</translation>
     </message>
     <message>
         <source>Files land inside the job&apos;s own folder: whoever replaces or removes the job loses them.</source>
-        <translation type="unfinished"></translation>
+        <translation>文件将写入料号自己的文件夹：替换或删除料号时会一并丢失。</translation>
     </message>
     <message>
         <source>This folder lies in the folder of the jobs: whoever replaces or removes a job of its name loses the files.</source>
-        <translation type="unfinished"></translation>
+        <translation>该文件夹位于料号文件夹内：替换或删除同名料号时文件会丢失。</translation>
     </message>
     <message>
         <source>Exports are not recorded, and the history stays as it is.</source>
-        <translation type="unfinished"></translation>
+        <translation>不记录导出，历史保持不变。</translation>
     </message>
     <message>
         <source>%1 is a folder, not a file.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 是文件夹，不是文件。</translation>
     </message>
     <message>
         <source>%1 is read-only.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 为只读。</translation>
     </message>
 </context>
 <context>
@@ -276,103 +298,122 @@
     <message>
         <source>%1 cannot be shown.
 %2</source>
-        <translation type="unfinished"></translation>
+        <translation>无法显示 %1。
+%2</translation>
     </message>
     <message>
         <source>%1, as exported: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1，按导出：%2</translation>
+    </message>
+    <message>
+        <source>The layer is empty.</source>
+        <translation>该层为空。</translation>
+    </message>
+    <message>
+        <source>No layer is shown: press an eye in the list of layers.</source>
+        <translation>没有显示任何层：请点击层列表中的眼睛。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %n more</source>
+        <translation>
+            <numerusform>%1 及另外 %n 项</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reading %1 ...</source>
+        <translation>正在读取 %1 ...</translation>
     </message>
 </context>
 <context>
     <name>HistoryPane</name>
     <message>
         <source>rotated by %1°</source>
-        <translation type="unfinished"></translation>
+        <translation>旋转 %1°</translation>
     </message>
     <message>
         <source>mirrored</source>
-        <translation type="unfinished"></translation>
+        <translation>已镜像</translation>
     </message>
     <message>
         <source>scaled by %1 and %2</source>
-        <translation type="unfinished"></translation>
+        <translation>缩放 %1 和 %2</translation>
     </message>
     <message>
         <source>negated</source>
-        <translation type="unfinished"></translation>
+        <translation>极性反转</translation>
     </message>
     <message>
         <source>resized by %1 µm</source>
-        <translation type="unfinished"></translation>
+        <translation>涨缩 %1 µm</translation>
     </message>
     <message>
         <source>database unit %1 µm</source>
-        <translation type="unfinished"></translation>
+        <translation>数据库单位 %1 µm</translation>
     </message>
     <message>
         <source>with profile</source>
-        <translation type="unfinished"></translation>
+        <translation>含外形</translation>
     </message>
     <message>
         <source>When</source>
-        <translation type="unfinished"></translation>
+        <translation>时间</translation>
     </message>
     <message>
         <source>Job</source>
-        <translation type="unfinished"></translation>
+        <translation>料号</translation>
     </message>
     <message>
         <source>Step</source>
-        <translation type="unfinished"></translation>
+        <translation>Step</translation>
     </message>
     <message>
         <source>Format</source>
-        <translation type="unfinished"></translation>
+        <translation>格式</translation>
     </message>
     <message>
         <source>Layers</source>
-        <translation type="unfinished"></translation>
+        <translation>层</translation>
     </message>
     <message>
         <source>Parameters</source>
-        <translation type="unfinished"></translation>
+        <translation>参数</translation>
     </message>
     <message>
         <source>Folder</source>
-        <translation type="unfinished"></translation>
+        <translation>文件夹</translation>
     </message>
     <message>
         <source>Open &amp;folder</source>
-        <translation type="unfinished"></translation>
+        <translation>打开文件夹(&amp;F)</translation>
     </message>
     <message>
         <source>Open the folder of the files in the system&apos;s file manager</source>
-        <translation type="unfinished"></translation>
+        <translation>在系统文件管理器中打开文件所在文件夹</translation>
     </message>
     <message>
         <source>Export &amp;again ...</source>
-        <translation type="unfinished"></translation>
+        <translation>再次导出(&amp;A) ...</translation>
     </message>
     <message>
         <source>Open the Export dialog with the layers and parameters of this export</source>
-        <translation type="unfinished"></translation>
+        <translation>用此次导出的层和参数打开导出对话框</translation>
     </message>
     <message>
         <source>The record of exports cannot be read: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>无法读取导出记录：%1</translation>
     </message>
     <message>
         <source>Exports are not recorded. File &gt; Settings names a file for the record.</source>
-        <translation type="unfinished"></translation>
+        <translation>未记录导出。可在“文件 &gt; 设置”中指定记录文件。</translation>
     </message>
     <message>
         <source>No export has been recorded yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>尚无导出记录。</translation>
     </message>
     <message numerus="yes">
         <source>%n export(s), the newest first.</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n 次导出，最新的在前。</numerusform>
         </translation>
     </message>
 </context>
@@ -380,662 +421,853 @@
     <name>JobCommands</name>
     <message>
         <source>New name of the job %1:</source>
-        <translation type="unfinished"></translation>
+        <translation>料号 %1 的新名称：</translation>
     </message>
     <message>
         <source>Rename job</source>
-        <translation type="unfinished"></translation>
+        <translation>重命名料号</translation>
     </message>
     <message>
         <source>The system does not rename the folder. Another program may have files of it open.</source>
-        <translation type="unfinished"></translation>
+        <translation>系统无法重命名该文件夹，可能有其他程序正打开其中的文件。</translation>
     </message>
     <message>
         <source>Remove job</source>
-        <translation type="unfinished"></translation>
+        <translation>删除料号</translation>
     </message>
     <message>
         <source>Move the job %1 to the wastebasket?</source>
-        <translation type="unfinished"></translation>
+        <translation>将料号 %1 移到回收站？</translation>
     </message>
 </context>
 <context>
     <name>JobListPanel</name>
     <message>
         <source>Filter jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>筛选料号</translation>
     </message>
     <message>
         <source>Job</source>
-        <translation type="unfinished"></translation>
+        <translation>料号</translation>
     </message>
     <message>
         <source>Date</source>
-        <translation type="unfinished"></translation>
+        <translation>日期</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>大小</translation>
     </message>
     <message>
         <source>Written by</source>
-        <translation type="unfinished"></translation>
+        <translation>生成软件</translation>
     </message>
     <message>
         <source>&amp;Open job</source>
-        <translation type="unfinished"></translation>
+        <translation>打开料号(&amp;O)</translation>
     </message>
     <message>
         <source>Re&amp;name job ...</source>
-        <translation type="unfinished"></translation>
+        <translation>重命名料号(&amp;N) ...</translation>
     </message>
     <message>
         <source>Show in the file &amp;manager</source>
-        <translation type="unfinished"></translation>
+        <translation>在文件管理器中显示(&amp;M)</translation>
     </message>
     <message>
         <source>&amp;Remove job ...</source>
-        <translation type="unfinished"></translation>
+        <translation>删除料号(&amp;R) ...</translation>
     </message>
     <message>
         <source>Open the job in the frame (Return or double click)</source>
-        <translation type="unfinished"></translation>
+        <translation>打开当前料号（回车或双击）</translation>
     </message>
     <message>
         <source>Give the job&apos;s folder another name</source>
-        <translation type="unfinished"></translation>
+        <translation>更改料号文件夹的名称</translation>
     </message>
     <message>
         <source>Open the job&apos;s folder in the system&apos;s file manager</source>
-        <translation type="unfinished"></translation>
+        <translation>在系统文件管理器中打开料号文件夹</translation>
     </message>
     <message>
         <source>Move the job&apos;s folder to the wastebasket</source>
-        <translation type="unfinished"></translation>
+        <translation>将料号文件夹移到回收站</translation>
     </message>
     <message>
         <source>in %1</source>
-        <translation type="unfinished"></translation>
+        <translation>位于 %1</translation>
     </message>
     <message>
         <source>saved %1</source>
-        <translation type="unfinished"></translation>
+        <translation>保存于 %1</translation>
     </message>
     <message>
         <source>unpacked or changed %1</source>
-        <translation type="unfinished"></translation>
+        <translation>解压或修改于 %1</translation>
     </message>
     <message>
         <source>written by %1</source>
-        <translation type="unfinished"></translation>
+        <translation>由 %1 生成</translation>
     </message>
     <message>
         <source>made from %1</source>
-        <translation type="unfinished"></translation>
+        <translation>来源：%1</translation>
     </message>
     <message>
         <source>There are no jobs yet.
 
 Import reads ODB++ job archives (.tgz).
 They can also be dropped on this window.</source>
-        <translation type="unfinished"></translation>
+        <translation>尚无料号。
+
+“导入”可读取 ODB++ 料号压缩包 (.tgz)，
+也可将其拖放到此窗口。</translation>
     </message>
     <message>
         <source>No job&apos;s name contains &quot;%1&quot;.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有名称包含“%1”的料号。</translation>
     </message>
 </context>
 <context>
     <name>Jobs</name>
     <message>
         <source>A job needs a name.</source>
-        <translation type="unfinished"></translation>
+        <translation>料号需要名称。</translation>
     </message>
     <message>
         <source>&quot;%1&quot; cannot stand in a job&apos;s name.</source>
-        <translation type="unfinished"></translation>
+        <translation>料号名称中不能含有“%1”。</translation>
     </message>
     <message>
         <source>A blank in a job&apos;s name would keep imports from replacing the job.</source>
-        <translation type="unfinished"></translation>
+        <translation>名称中的空格会使导入无法替换该料号。</translation>
     </message>
     <message>
         <source>There is a %1 already.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 已存在。</translation>
     </message>
 </context>
 <context>
     <name>LanguageMenu</name>
     <message>
         <source>&amp;Language</source>
-        <translation type="unfinished"></translation>
+        <translation>语言(&amp;L)</translation>
     </message>
     <message>
         <source>As the system</source>
-        <translation type="unfinished"></translation>
+        <translation>跟随系统</translation>
     </message>
 </context>
 <context>
     <name>LayerPanel</name>
     <message>
         <source>Layer</source>
-        <translation type="unfinished"></translation>
+        <translation>层</translation>
     </message>
     <message>
         <source>Type</source>
-        <translation type="unfinished"></translation>
+        <translation>类型</translation>
     </message>
     <message>
         <source>Context</source>
-        <translation type="unfinished"></translation>
+        <translation>上下文</translation>
     </message>
     <message>
         <source>Polarity</source>
-        <translation type="unfinished"></translation>
+        <translation>极性</translation>
     </message>
     <message>
         <source>Step</source>
-        <translation type="unfinished"></translation>
+        <translation>Step</translation>
     </message>
     <message>
         <source>No job is open.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有打开的料号。</translation>
     </message>
     <message>
         <source>The job has no layers.</source>
-        <translation type="unfinished"></translation>
+        <translation>该料号没有层。</translation>
     </message>
     <message>
-        <source>from %1 to %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>LayerView</name>
-    <message>
-        <source>The layer is empty.</source>
-        <translation type="unfinished"></translation>
+        <source>Opacity</source>
+        <translation>不透明度</translation>
     </message>
     <message>
-        <source>Reading %1 ... %2 %</source>
-        <translation type="unfinished"></translation>
+        <source>&amp;Opacity</source>
+        <translation>不透明度(&amp;O)</translation>
     </message>
     <message>
-        <source>%1 mm</source>
-        <translation type="unfinished"></translation>
+        <source>How dense the chosen layer is drawn</source>
+        <translation>所选层的绘制浓度</translation>
     </message>
     <message>
-        <source>%1 um</source>
-        <translation type="unfinished"></translation>
+        <source>%1, from %2 to %3</source>
+        <translation>%1，从 %2 到 %3</translation>
     </message>
     <message>
-        <source>x %1  y %2 mm</source>
-        <translation type="unfinished"></translation>
+        <source>file</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>Show or hide this layer (Space)</source>
+        <translation>显示或隐藏此层（空格）</translation>
+    </message>
+    <message>
+        <source>shown</source>
+        <translation>显示中</translation>
+    </message>
+    <message>
+        <source>hidden</source>
+        <translation>已隐藏</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Color of %1</source>
+        <translation>%1 的颜色</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>隐藏</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>显示</translation>
+    </message>
+    <message>
+        <source>Show only this one</source>
+        <translation>仅显示此层</translation>
+    </message>
+    <message>
+        <source>Color ...</source>
+        <translation>颜色 ...</translation>
+    </message>
+    <message>
+        <source>Remove %1 from the list</source>
+        <translation>从列表中移除 %1</translation>
     </message>
 </context>
 <context>
     <name>LogPane</name>
     <message>
         <source>All lines</source>
-        <translation type="unfinished"></translation>
+        <translation>全部</translation>
     </message>
     <message>
         <source>Nothing has been logged yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>尚无日志。</translation>
     </message>
     <message>
         <source>No warnings, no errors.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有警告和错误。</translation>
     </message>
     <message>
         <source>From</source>
-        <translation type="unfinished"></translation>
+        <translation>级别</translation>
     </message>
     <message>
         <source>debug</source>
-        <translation type="unfinished"></translation>
+        <translation>调试</translation>
     </message>
     <message>
         <source>information</source>
-        <translation type="unfinished"></translation>
+        <translation>信息</translation>
     </message>
     <message>
         <source>warnings</source>
-        <translation type="unfinished"></translation>
+        <translation>警告</translation>
     </message>
     <message>
         <source>errors</source>
-        <translation type="unfinished"></translation>
+        <translation>错误</translation>
     </message>
     <message>
         <source>Show lines of this weight and more</source>
-        <translation type="unfinished"></translation>
+        <translation>显示此级别及以上的行</translation>
     </message>
     <message>
         <source>Only lines with ...</source>
-        <translation type="unfinished"></translation>
+        <translation>仅含……的行</translation>
     </message>
     <message>
         <source>Clear</source>
-        <translation type="unfinished"></translation>
+        <translation>清空</translation>
     </message>
     <message>
         <source>Forget all lines and problems</source>
-        <translation type="unfinished"></translation>
+        <translation>清除所有日志和问题</translation>
     </message>
     <message>
         <source>Problems</source>
-        <translation type="unfinished"></translation>
+        <translation>问题</translation>
     </message>
     <message>
         <source>Problems (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>问题 (%1)</translation>
     </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
-        <source>grown by %1 µm</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>shrunk by %1 µm</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>negated</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>scaled by %1 and %2</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>mirrored</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>rotated by %1°</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>CAM Workbench</source>
-        <translation type="unfinished"></translation>
+        <translation>CAM 工作台</translation>
     </message>
     <message>
         <source>Open a job first, then export its layers.</source>
-        <translation type="unfinished"></translation>
+        <translation>请先打开料号，再导出其层。</translation>
     </message>
     <message>
         <source>Jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>料号</translation>
     </message>
     <message>
         <source>Layers</source>
-        <translation type="unfinished"></translation>
+        <translation>层</translation>
     </message>
     <message>
         <source>Log</source>
-        <translation type="unfinished"></translation>
+        <translation>日志</translation>
     </message>
     <message>
         <source>Export results</source>
-        <translation type="unfinished"></translation>
+        <translation>导出结果</translation>
     </message>
     <message>
         <source>History</source>
-        <translation type="unfinished"></translation>
+        <translation>历史</translation>
     </message>
     <message>
         <source>No job is open.</source>
-        <translation type="unfinished"></translation>
+        <translation>没有打开的料号。</translation>
     </message>
     <message>
         <source>Plug-ins</source>
-        <translation type="unfinished"></translation>
+        <translation>插件</translation>
     </message>
     <message>
         <source>&amp;File</source>
-        <translation type="unfinished"></translation>
+        <translation>文件(&amp;F)</translation>
     </message>
     <message>
         <source>&amp;Refresh jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>刷新料号(&amp;R)</translation>
     </message>
     <message>
         <source>Show job &amp;folder</source>
-        <translation type="unfinished"></translation>
+        <translation>显示料号文件夹(&amp;F)</translation>
     </message>
     <message>
         <source>&amp;Settings ...</source>
-        <translation type="unfinished"></translation>
+        <translation>设置(&amp;S) ...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>退出(&amp;Q)</translation>
     </message>
     <message>
         <source>&amp;View</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>&amp;Fit layer</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>As &amp;exported</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Show layers as the settings and the open Export dialog change them, or as they are in the job</source>
-        <translation type="unfinished"></translation>
+        <translation>视图(&amp;V)</translation>
     </message>
     <message>
         <source>&amp;Help</source>
-        <translation type="unfinished"></translation>
+        <translation>帮助(&amp;H)</translation>
     </message>
     <message>
         <source>&amp;About</source>
-        <translation type="unfinished"></translation>
+        <translation>关于(&amp;A)</translation>
     </message>
     <message>
         <source>Take in ODB++ job archives, GDSII and Gerber files</source>
-        <translation type="unfinished"></translation>
+        <translation>导入 ODB++ 料号压缩包、GDSII 和 Gerber 文件</translation>
     </message>
     <message>
         <source>Write layers of the open job as GDSII or Gerber files</source>
-        <translation type="unfinished"></translation>
+        <translation>将打开料号的层写为 GDSII 或 Gerber 文件</translation>
     </message>
     <message>
         <source>No plug-in is loaded; the log says why.</source>
-        <translation type="unfinished"></translation>
+        <translation>未加载插件，原因见日志。</translation>
     </message>
     <message>
         <source>Ready</source>
-        <translation type="unfinished"></translation>
+        <translation>就绪</translation>
     </message>
     <message>
         <source>The job&apos;s layers cannot be read:
 %1</source>
-        <translation type="unfinished"></translation>
+        <translation>无法读取料号的层：
+%1</translation>
     </message>
     <message>
         <source>Choose a layer.</source>
-        <translation type="unfinished"></translation>
+        <translation>请选择一个层。</translation>
     </message>
     <message>
         <source>The job %1 is in the wastebasket.</source>
-        <translation type="unfinished"></translation>
+        <translation>料号 %1 已在回收站中。</translation>
     </message>
     <message>
         <source>%1 holds no ODB++ job.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 中没有 ODB++ 料号。</translation>
     </message>
     <message>
         <source>Imported %1 as the job %2.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 is shown; it belongs to no job.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1 belongs to no job; the view shows GDSII files only.</source>
-        <translation type="unfinished"></translation>
+        <translation>已将 %1 导入为料号 %2。</translation>
     </message>
     <message numerus="yes">
         <source>Exporting %n layer(s) to %1</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>正在将 %n 个层导出到 %1</numerusform>
         </translation>
     </message>
     <message>
         <source>There is no job %1 any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>料号 %1 已不存在。</translation>
     </message>
     <message>
         <source>The job %1 has no step %2 any more.</source>
-        <translation type="unfinished"></translation>
+        <translation>料号 %1 中已没有 step %2。</translation>
     </message>
     <message>
         <source>%1 - CAM Workbench</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 - CAM 工作台</translation>
     </message>
     <message>
         <source>No job open</source>
-        <translation type="unfinished"></translation>
+        <translation>未打开料号</translation>
     </message>
     <message>
         <source>%1  |  step %2  |  %3 layers</source>
-        <translation type="unfinished"></translation>
+        <translation>%1  |  step %2  |  %3 层</translation>
     </message>
     <message>
         <source>Close &quot;%1&quot; first.</source>
-        <translation type="unfinished"></translation>
+        <translation>请先关闭“%1”。</translation>
     </message>
     <message>
         <source>The settings cannot be written to %1.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法将设置写入 %1。</translation>
     </message>
     <message>
         <source>The new settings hold from now on.</source>
-        <translation type="unfinished"></translation>
+        <translation>新设置立即生效。</translation>
     </message>
     <message>
         <source>About CAM Workbench</source>
-        <translation type="unfinished"></translation>
+        <translation>关于 CAM 工作台</translation>
     </message>
     <message>
         <source>&lt;b&gt;CAM Workbench %1&lt;/b&gt;&lt;p&gt;A small desktop host for CAM plug-ins.&lt;/p&gt;&lt;p&gt;Plug-ins: %2&lt;/p&gt;&lt;p&gt;Qt %3&lt;/p&gt;</source>
-        <translation type="unfinished"></translation>
+        <translation>&lt;b&gt;CAM 工作台 %1&lt;/b&gt;&lt;p&gt;一个小型的 CAM 插件桌面宿主。&lt;/p&gt;&lt;p&gt;插件：%2&lt;/p&gt;&lt;p&gt;Qt %3&lt;/p&gt;</translation>
     </message>
     <message>
         <source>none</source>
-        <translation type="unfinished"></translation>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>&amp;User guide</source>
+        <translation>用户手册(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Keyboard</source>
+        <translation>快捷键(&amp;K)</translation>
+    </message>
+</context>
+<context>
+    <name>Manual</name>
+    <message>
+        <source>User guide</source>
+        <translation>用户手册</translation>
     </message>
 </context>
 <context>
     <name>MessageBar</name>
     <message>
         <source>Details</source>
-        <translation type="unfinished"></translation>
+        <translation>详情</translation>
     </message>
     <message>
         <source>Open folder</source>
-        <translation type="unfinished"></translation>
+        <translation>打开文件夹</translation>
     </message>
     <message>
         <source>Dismiss</source>
-        <translation type="unfinished"></translation>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
     <name>RecentJobs</name>
     <message>
         <source>Recent &amp;jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>最近的料号(&amp;J)</translation>
     </message>
     <message>
         <source>No job has been opened yet</source>
-        <translation type="unfinished"></translation>
+        <translation>尚未打开过料号</translation>
     </message>
 </context>
 <context>
     <name>ResultsPane</name>
     <message>
         <source>waiting</source>
-        <translation type="unfinished"></translation>
+        <translation>等待中</translation>
     </message>
     <message>
         <source>being written</source>
-        <translation type="unfinished"></translation>
+        <translation>正在写出</translation>
     </message>
     <message>
         <source>written</source>
-        <translation type="unfinished"></translation>
+        <translation>已写出</translation>
     </message>
     <message>
         <source>written, the layer is empty</source>
-        <translation type="unfinished"></translation>
+        <translation>已写出，该层为空</translation>
     </message>
     <message>
         <source>failed: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>失败：%1</translation>
     </message>
     <message>
         <source>cancelled</source>
-        <translation type="unfinished"></translation>
+        <translation>已取消</translation>
     </message>
     <message>
         <source>not exported: the log says why</source>
-        <translation type="unfinished"></translation>
+        <translation>未导出：原因见日志</translation>
     </message>
     <message>
         <source>Nothing has been exported yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>尚未导出。</translation>
     </message>
     <message>
         <source>Layer</source>
-        <translation type="unfinished"></translation>
+        <translation>层</translation>
     </message>
     <message>
         <source>Result</source>
-        <translation type="unfinished"></translation>
+        <translation>结果</translation>
     </message>
     <message>
         <source>Size</source>
-        <translation type="unfinished"></translation>
+        <translation>大小</translation>
     </message>
     <message>
         <source>File</source>
-        <translation type="unfinished"></translation>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>cannot say: %1</source>
+        <translation>无法判断：%1</translation>
+    </message>
+    <message>
+        <source>proven</source>
+        <translation>已证明</translation>
+    </message>
+    <message numerus="yes">
+        <source>not proven, %n place(s) differ</source>
+        <translation>
+            <numerusform>未证明，有 %n 处不同</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 µm missing at %2, %3 mm</source>
+        <translation>在 %2, %3 mm 处缺 %1 µm</translation>
+    </message>
+    <message>
+        <source>%1 µm too much at %2, %3 mm</source>
+        <translation>在 %2, %3 mm 处多 %1 µm</translation>
+    </message>
+    <message>
+        <source>Verification</source>
+        <translation>验证</translation>
     </message>
 </context>
 <context>
     <name>RotateComboxDelegete</name>
     <message>
         <source>0</source>
-        <translation type="unfinished"></translation>
+        <translation>0</translation>
     </message>
     <message>
         <source>90</source>
-        <translation type="unfinished"></translation>
+        <translation>90</translation>
     </message>
     <message>
         <source>180</source>
-        <translation type="unfinished"></translation>
+        <translation>180</translation>
     </message>
     <message>
         <source>270</source>
-        <translation type="unfinished"></translation>
+        <translation>270</translation>
+    </message>
+</context>
+<context>
+    <name>SceneStore</name>
+    <message>
+        <source>Reading %1 ... %2 %</source>
+        <translation>正在读取 %1 ... %2 %</translation>
     </message>
 </context>
 <context>
     <name>SettingsDialog</name>
     <message>
         <source>Exports include the board&apos;s &amp;profile</source>
-        <translation type="unfinished"></translation>
+        <translation>导出包含板外形(&amp;P)</translation>
     </message>
     <message>
         <source>Settings</source>
-        <translation type="unfinished"></translation>
+        <translation>设置</translation>
     </message>
     <message>
         <source>&amp;Jobs</source>
-        <translation type="unfinished"></translation>
+        <translation>料号(&amp;J)</translation>
     </message>
     <message>
         <source>The folder that imported jobs are unpacked to</source>
-        <translation type="unfinished"></translation>
+        <translation>导入的料号解压到的文件夹</translation>
     </message>
     <message>
         <source>&amp;Exports</source>
-        <translation type="unfinished"></translation>
+        <translation>导出(&amp;E)</translation>
     </message>
     <message>
         <source>the job&apos;s own folder</source>
-        <translation type="unfinished"></translation>
+        <translation>料号自己的文件夹</translation>
     </message>
     <message>
         <source>The folder that the Export dialog proposes</source>
-        <translation type="unfinished"></translation>
+        <translation>导出对话框建议的文件夹</translation>
     </message>
     <message>
         <source>&amp;Folder within it</source>
-        <translation type="unfinished"></translation>
+        <translation>其中的子文件夹(&amp;F)</translation>
     </message>
     <message>
         <source>By how much every feature grows, half of it on each side</source>
-        <translation type="unfinished"></translation>
+        <translation>每个图形的增大量，两侧各一半</translation>
     </message>
     <message>
         <source>&amp;Resize by</source>
-        <translation type="unfinished"></translation>
+        <translation>涨缩量(&amp;R)</translation>
     </message>
     <message>
         <source> um</source>
-        <translation type="unfinished"></translation>
+        <translation> µm</translation>
     </message>
     <message>
         <source>&amp;Database unit</source>
-        <translation type="unfinished"></translation>
+        <translation>数据库单位(&amp;D)</translation>
     </message>
     <message>
         <source>Re&amp;cord exports in</source>
-        <translation type="unfinished"></translation>
+        <translation>导出记录文件(&amp;C)</translation>
     </message>
     <message>
         <source>exports are not recorded</source>
-        <translation type="unfinished"></translation>
+        <translation>不记录导出</translation>
     </message>
     <message>
         <source>Choose a folder</source>
-        <translation type="unfinished"></translation>
+        <translation>选择文件夹</translation>
     </message>
     <message>
         <source>Choose a file</source>
-        <translation type="unfinished"></translation>
+        <translation>选择文件</translation>
+    </message>
+</context>
+<context>
+    <name>ShortcutsDialog</name>
+    <message>
+        <source>Keyboard</source>
+        <translation>快捷键</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>命令</translation>
+    </message>
+    <message>
+        <source>Key</source>
+        <translation>按键</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>说明</translation>
+    </message>
+    <message>
+        <source>Panes</source>
+        <translation>面板</translation>
+    </message>
+    <message>
+        <source>Next field or pane</source>
+        <translation>下一个字段或面板</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>菜单</translation>
+    </message>
+    <message>
+        <source>Open the job in the frame</source>
+        <translation>打开当前料号</translation>
+    </message>
+    <message>
+        <source>Menu of the job or layer in the frame</source>
+        <translation>当前料号或层的菜单</translation>
     </message>
 </context>
 <context>
     <name>Trash</name>
     <message>
         <source>The system does not move %1 to the wastebasket.</source>
-        <translation type="unfinished"></translation>
+        <translation>系统无法将 %1 移到回收站。</translation>
     </message>
     <message>
         <source>This program was built with a Qt that knows no wastebasket; remove %1 in the file manager.</source>
-        <translation type="unfinished"></translation>
+        <translation>此程序所用的 Qt 不支持回收站；请在文件管理器中删除 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>ViewCommands</name>
+    <message>
+        <source>grown by %1 µm</source>
+        <translation>放大 %1 µm</translation>
+    </message>
+    <message>
+        <source>shrunk by %1 µm</source>
+        <translation>缩小 %1 µm</translation>
+    </message>
+    <message>
+        <source>negated</source>
+        <translation>极性反转</translation>
+    </message>
+    <message>
+        <source>scaled by %1 and %2</source>
+        <translation>缩放 %1 和 %2</translation>
+    </message>
+    <message>
+        <source>mirrored</source>
+        <translation>已镜像</translation>
+    </message>
+    <message>
+        <source>rotated by %1°</source>
+        <translation>旋转 %1°</translation>
+    </message>
+    <message>
+        <source>&amp;Open layer files ...</source>
+        <translation>打开层文件(&amp;O) ...</translation>
+    </message>
+    <message>
+        <source>Show GDSII and Gerber files over the job</source>
+        <translation>在料号上方显示 GDSII 和 Gerber 文件</translation>
+    </message>
+    <message>
+        <source>%1: nothing is drawn in it</source>
+        <translation>%1：其中没有图形</translation>
+    </message>
+    <message>
+        <source>&amp;Fit board</source>
+        <translation>显示整板(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Show all of the board</source>
+        <translation>显示整个板子</translation>
+    </message>
+    <message>
+        <source>Fit &amp;everything</source>
+        <translation>显示全部(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Show everything that is drawn</source>
+        <translation>显示所有图形</translation>
+    </message>
+    <message>
+        <source>Seen from &amp;below</source>
+        <translation>从下方看(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Look at the board from its bottom side</source>
+        <translation>从底面查看板子</translation>
+    </message>
+    <message>
+        <source>&amp;As exported</source>
+        <translation>按导出显示(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Show layers as the settings and the open Export dialog change them, or as they are in the job</source>
+        <translation>按设置和打开的导出对话框显示层，或按料号原样显示</translation>
+    </message>
+    <message>
+        <source>Next &amp;unit</source>
+        <translation>下一个单位(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Millimetres, inches, mils</source>
+        <translation>毫米、英寸、mil</translation>
+    </message>
+    <message>
+        <source>All &amp;copper</source>
+        <translation>所有铜层(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Top side</source>
+        <translation>顶面(&amp;T)</translation>
+    </message>
+    <message>
+        <source>B&amp;ottom side, from below</source>
+        <translation>底面（从下方看）(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Drill over copper</source>
+        <translation>钻孔叠加铜层(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Show these layers and no others</source>
+        <translation>仅显示这些层</translation>
+    </message>
+    <message>
+        <source>Open layer files</source>
+        <translation>打开层文件</translation>
+    </message>
+    <message>
+        <source>Layer files (%1)</source>
+        <translation>层文件 (%1)</translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation>所有文件</translation>
     </message>
 </context>
 <context>
     <name>hostsettings</name>
     <message>
         <source>%1 is no folder that can be written to.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 不是可写的文件夹。</translation>
     </message>
     <message>
         <source>Features keep their size.</source>
-        <translation type="unfinished"></translation>
+        <translation>图形保持原大小。</translation>
     </message>
     <message>
         <source>Exports grow features by %1 µm, %2 µm on each side.</source>
-        <translation type="unfinished"></translation>
+        <translation>导出将图形放大 %1 µm，每侧 %2 µm。</translation>
     </message>
     <message>
         <source>Exports shrink features by %1 µm, %2 µm on each side.</source>
-        <translation type="unfinished"></translation>
+        <translation>导出将图形缩小 %1 µm，每侧 %2 µm。</translation>
     </message>
 </context>
 <context>
     <name>main</name>
     <message>
         <source>Settings of this run will be lost: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>本次运行的设置将丢失：%1</translation>
     </message>
     <message>
         <source>The settings of %1 have been taken over. From now on they are in %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>已接管 %1 的设置。今后设置位于 %2。</translation>
     </message>
 </context>
 </TS>

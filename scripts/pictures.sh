@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Takes the user guide's pictures into docs/pictures, or, with --all, pictures of every window in every language, dark, at
+# scale 2 and at 1024x600 into out/pictures, to be looked at.
+#
+#   scripts/pictures.sh [--all]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/packages.sh build run test
+
+cmake --preset linux-release > /dev/null
+cmake --build --preset linux-release --target pictures
+program=build/linux-release/bin/pictures
+export QT_QPA_PLATFORM=offscreen
+
+if [ "${1:-}" = --all ]; then
+    $program out/pictures/en
+    $program out/pictures/de --language de
+    $program out/pictures/zh_CN --language zh_CN
+    $program out/pictures/dark --dark
+    $program out/pictures/small --size 1024x600
+    QT_SCALE_FACTOR=2 $program out/pictures/scale2 --size 620x390
+    echo "The pictures are in out/pictures."
+    exit
+fi
+taken=$(mktemp -d)
+trap 'rm -rf "$taken"' EXIT
+$program "$taken"
+for name in workbench export-dialog export-dialog-done results history log settings; do
+    cp "$taken/$name.png" docs/pictures/
+done

@@ -1,0 +1,221 @@
+// Takes the user guide's pictures, and those in which every window is looked at in other languages, colours
+// and sizes:
+//
+//   pictures FOLDER [--language NAME] [--dark] [--size WIDTHxHEIGHT]
+//
+// It imports the sample job into a temporary folder, exports it, and saves each window as a picture in
+// FOLDER. Sizes are those of the main window; QT_SCALE_FACTOR does what it does elsewhere.
+#include "pluginmanger/pluginhost.h"
+#include "workbench/exportdialog.h"
+#include "workbench/hostsettings.h"
+#include "workbench/languages.h"
+#include "workbench/logcollector.h"
+#include "workbench/mainwindow.h"
+#include "workbench/manual.h"
+#include "workbench/settingsdialog.h"
+#include "workbench/shortcutsdialog.h"
+#include "workbench/windowmemory.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDirIterator>
+#include <QDockWidget>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStyleFactory>
+#include <QTableWidget>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <functional>
+
+namespace {
+
+void wait(const std::function<bool()> &until, int most = 20000)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!until() && timer.elapsed() < most)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+}
+
+void settle()
+{
+    QElapsedTimer timer;
+    timer.start();
+    wait([&timer] { return timer.elapsed() > 400; });
+}
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(53, 53, 53), QColor(42, 42, 42));
+    palette.setColor(QPalette::Window, QColor(53, 53, 53));
+    palette.setColor(QPalette::Base, QColor(35, 35, 35));
+    palette.setColor(QPalette::AlternateBase, QColor(45, 45, 45));
+    palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
+    palette.setColor(QPalette::Link, QColor(90, 170, 255));
+    palette.setColor(QPalette::ToolTipBase, QColor(53, 53, 53));
+    palette.setColor(QPalette::ToolTipText, Qt::white);
+#if QT_VERSION >= QT_VERSION_CHECK(5, 12, 0)
+    palette.setColor(QPalette::PlaceholderText, QColor(160, 160, 160));
+#endif
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(127, 127, 127));
+    return palette;
+}
+
+class Pictures
+{
+public:
+    explicit Pictures(const QString &folder) : m_folder(folder) { QDir().mkpath(folder); }
+    void take(QWidget *window, const QString &name) const
+    {
+        settle();
+        if (!window->grab().save(m_folder + "/" + name + ".png"))
+            qFatal("%s cannot be written", qPrintable(m_folder + "/" + name + ".png"));
+    }
+
+private:
+    QString m_folder;
+};
+
+void copyFolder(const QString &from, const QString &to)
+{
+    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString target = to + "/" + QDir(from).relativeFilePath(files.next());
+        QDir().mkpath(QFileInfo(target).path());
+        QFile::copy(files.filePath(), target);
+    }
+}
+
+ExportDialog openExport(MainWindow &window)
+{
+    window.pressButton(window.exportAction());
+    wait([] { return ExportDialog::find().window() != nullptr; });
+    return ExportDialog::find();
+}
+
+void show(MainWindow &window, const char *dock)
+{
+    auto *widget = window.findChild<QDockWidget *>(dock);
+    widget->show();
+    widget->raise();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QApplication::setApplicationVersion("2.28.54");
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setFont(QFont("DejaVu Sans", 9));
+    QCommandLineParser parser;
+    const QCommandLineOption language("language", "of the windows", "name", "en");
+    const QCommandLineOption dark("dark", "with light text on dark windows");
+    const QCommandLineOption size("size", "of the main window", "width x height", "1240x780");
+    parser.addOptions({language, dark, size});
+    parser.addPositionalArgument("folder", "where the pictures go");
+    parser.process(application);
+    if (parser.isSet(dark))
+        QApplication::setPalette(darkPalette());
+    const Pictures pictures(QFileInfo(parser.positionalArguments().value(0, "pictures")).absoluteFilePath());
+
+    // A folder that looks well in pictures.
+    const QDir work(QDir::temp().filePath("cam"));
+    if (work.exists() || !QDir().mkpath(work.path()))
+        qFatal("%s is in the way", qPrintable(work.path()));
+    QDir::setCurrent(work.path());
+    copyFolder(SAMPLE_JOBS "/beacon", work.filePath("jobs/beacon"));
+    copyFolder(SAMPLE_JOBS "/beacon", work.filePath("jobs/beacon_rev_c_with_a_long_name"));
+    QDir().mkpath("export");
+    HostSettings settings;
+    settings.jobFolder = work.filePath("jobs");
+    settings.outputFolder = work.filePath("export");
+    settings.exportDatabase = work.filePath("exports.sqlite");
+    hostsettings::write(settings);
+
+    LogCollector log;
+    WindowMemory memory(work.filePath("workbench.ini"));
+    Languages languages;
+    languages.choose(parser.value(language));
+    auto window = std::make_unique<MainWindow>(log);
+    window->keepToScreen();
+    window->remember(memory);
+    window->offerLanguages(languages);
+    const QStringList wanted = parser.value(size).split('x');
+    window->resize(wanted.value(0).toInt(), wanted.value(1).toInt());
+    window->show();
+    PluginHost::instance().loadFolder(QCoreApplication::applicationDirPath() + "/plugins");
+    window->addPlugins();
+    window->openJob("beacon");
+    wait([&] { return !window->isReadingLayer(); });
+    pictures.take(window.get(), "workbench");
+
+    ExportDialog dialog = openExport(*window);
+    if (!dialog.problem().isEmpty())
+        qFatal("%s", qPrintable(dialog.problem()));
+    for (int row = 0; row < dialog.rowCount(); ++row)
+        dialog.setRow(row, LayerChange());
+    pictures.take(dialog.window(), "export-dialog");
+    dialog.pressOk();
+    wait([&] { return !window->exports().isRunning(); });
+    pictures.take(dialog.window(), "export-dialog-done");
+    dialog.pressCancel();
+    wait([] { return !ExportDialog::find().window(); });
+    pictures.take(window.get(), "results");
+
+    QDir().mkpath("export/OX/beacon/top.gerber"); // a folder is in the way of a file
+    dialog = openExport(*window);
+    LayerChange turned;
+    turned.angle = 90.0;
+    turned.mirror = true;
+    for (int row = 0; row < dialog.rowCount(); ++row) {
+        if (dialog.layer(row).startsWith("TOP") || dialog.layer(row).startsWith("BOT"))
+            dialog.setRow(row, turned);
+    }
+    dialog.chooseFormat(".gerber");
+    dialog.pressOk();
+    wait([&] { return !window->exports().isRunning(); });
+    dialog.pressCancel();
+    wait([] { return !ExportDialog::find().window(); });
+    pictures.take(window.get(), "results-failed");
+
+    show(*window, "HistoryDock");
+    settle();
+    auto *history = window->findChild<QTreeWidget *>("ExportHistory");
+    history->setCurrentItem(history->topLevelItem(0));
+    history->topLevelItem(0)->setExpanded(true);
+    pictures.take(window.get(), "history");
+    show(*window, "LogDock");
+    pictures.take(window.get(), "log");
+
+    const auto takeDialog = [&pictures](QDialog &&open, const char *name) {
+        open.show();
+        pictures.take(&open, name);
+    };
+    takeDialog(SettingsDialog(hostsettings::read(), window.get()), "settings");
+    settings.jobFolder = "/my jobs";
+    settings.outputFolder.clear();
+    settings.resize = 12.5;
+    takeDialog(SettingsDialog(settings, window.get()), "settings-warned");
+    takeDialog(ShortcutsDialog(*window, window.get()), "keyboard");
+    Manual::open(window.get());
+    pictures.take(window->findChild<Manual *>(), "manual");
+    for (QAction *action : window->menuBar()->actions()) {
+        QMenu *menu = action->menu();
+        menu->popup(QPoint(0, 0));
+        pictures.take(menu, "menu-" + QString::number(window->menuBar()->actions().indexOf(action)));
+        menu->close();
+    }
+    window.reset();
+    PluginHost::instance().destroyPlugins();
+    QDir::setCurrent(QDir::tempPath());
+    QDir(work).removeRecursively();
+    return 0;
+}

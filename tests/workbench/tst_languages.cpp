@@ -1,0 +1,104 @@
+// The program in another language, at once: what is on the screen, and what comes.
+#include "tests/support/temporaryworkingfolder.h"
+#include "workbench/languages.h"
+#include "workbench/logcollector.h"
+#include "workbench/mainwindow.h"
+#include "workbench/windowmemory.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QtTest>
+
+class tst_Languages : public QObject
+{
+    Q_OBJECT
+
+private:
+    TemporaryWorkingFolder folder;
+
+private slots:
+    void cleanup() { QLocale::setDefault(QLocale::c()); }
+
+    void everyLanguageHasItsTexts()
+    {
+        for (const Languages::Language &language : Languages::all()) {
+            if (language.name != "en")
+                QVERIFY2(QFile::exists(":/translations/workbench_" + language.name + ".qm"),
+                         qPrintable(language.name));
+        }
+    }
+
+    void theMenuChangesTheOpenWindowAtOnce()
+    {
+        LogCollector log;
+        WindowMemory memory(folder.filePath("memory.ini"));
+        Languages languages;
+        languages.choose("en");
+        MainWindow window(log);
+        window.remember(memory);
+        window.offerLanguages(languages);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        auto *jobs = window.findChild<QDockWidget *>("JobsDock");
+        auto *list = window.findChild<QTreeWidget *>("Jobs");
+        QCOMPARE(jobs->windowTitle(), QString("Jobs"));
+        QTRY_COMPARE(window.windowTitle(), QString("CAM Workbench"));
+
+        auto *menu = window.findChild<QMenu *>("LanguageMenu");
+        menu->popup(QPoint(0, 0));
+        for (QAction *action : menu->actions()) {
+            if (action->text() == "Deutsch")
+                menu->setActiveAction(action);
+        }
+        QTest::keyClick(menu, Qt::Key_Return);
+        QCOMPARE(languages.current(), QString("de"));
+        QCOMPARE(memory.language(), QString("de"));
+        QCOMPARE(jobs->windowTitle(), QString::fromUtf8("Aufträge"));
+        QCOMPARE(list->headerItem()->text(2), QString::fromUtf8("Größe"));
+        QCOMPARE(window.findChild<QAction *>("Settings")->text(), QString("&Einstellungen ..."));
+        QTRY_COMPARE(menu->title(), QString("&Sprache (Language)"));
+        QCOMPARE(QLocale().language(), QLocale::German);
+        // Those of the plug-in are the host's to translate, and Qt has its own.
+        QCOMPARE(QCoreApplication::translate("FileProcess", "import"), QString("Import"));
+        QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), QString("Abbrechen"));
+
+        languages.choose("zh_CN");
+        QCOMPARE(jobs->windowTitle(), QString::fromUtf8("料号"));
+        languages.choose("en");
+        QCOMPARE(jobs->windowTitle(), QString("Jobs"));
+        QCOMPARE(window.findChild<QAction *>("Settings")->text(), QString("&Settings ..."));
+        QVERIFY(window.close());
+    }
+
+    void whatTheUserHasTypedStays()
+    {
+        Languages languages;
+        languages.choose("en");
+        QWidget window;
+        QLineEdit typed("Cancel", &window);
+        QPushButton button(QCoreApplication::translate("QPlatformTheme", "Cancel"), &window);
+        typed.setPlaceholderText(QCoreApplication::translate("JobListPanel", "Filter jobs"));
+        languages.choose("de");
+        QCOMPARE(typed.text(), QString("Cancel"));
+        QCOMPARE(button.text(), QString("Abbrechen"));
+        QVERIFY(typed.placeholderText() != "Filter jobs");
+    }
+
+    void anUnknownLanguageIsTheSystems()
+    {
+        Languages languages;
+        languages.choose("tlh");
+        QCOMPARE(languages.current(), Languages::ofSystem());
+    }
+};
+
+QTEST_MAIN(tst_Languages)
+#include "tst_languages.moc"

@@ -1,0 +1,376 @@
+// Random events over all windows: keys, clicks, wheel, drags, drops, sizes, menus and dialogs. Whatever
+// comes, nothing crashes, Qt has nothing to warn of, and the number of objects does not grow.
+//
+// RANDOM_EVENTS_SECONDS says how long (a few seconds otherwise), RANDOM_EVENTS_SEED repeats a run.
+#include "pluginmanger/pluginhost.h"
+#include "tests/support/temporaryworkingfolder.h"
+#include "workbench/hostsettings.h"
+#include "workbench/languages.h"
+#include "workbench/logcollector.h"
+#include "workbench/mainwindow.h"
+#include "workbench/windowmemory.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QDirIterator>
+#include <QMenu>
+#include <QMimeData>
+#include <QStandardPaths>
+#include <QtTest>
+
+#include <numeric>
+#include <random>
+
+namespace {
+
+using Counts = QMap<QByteArray, int>; // of objects, by their class
+
+// Without the closed dialogs of imports, which stay with the window by design.
+void count(const QObject *object, Counts &counts)
+{
+    const auto *dialog = qobject_cast<const QDialog *>(object);
+    if (dialog && dialog->isHidden())
+        return;
+    ++counts[object->metaObject()->className()];
+    for (const QObject *child : object->children())
+        count(child, counts);
+}
+
+int total(const Counts &counts)
+{
+    return std::accumulate(counts.cbegin(), counts.cend(), 0);
+}
+
+QString growth(const Counts &before, const Counts &after)
+{
+    QStringList lines{QString("%1 objects became %2:").arg(total(before)).arg(total(after))};
+    for (auto it = after.cbegin(); it != after.cend(); ++it) {
+        if (it.value() > before.value(it.key()) + 10)
+            lines << QString("%1 %2, before %3")
+                         .arg(QString(it.key()))
+                         .arg(it.value())
+                         .arg(before.value(it.key()));
+    }
+    return lines.join("\n");
+}
+
+} // namespace
+
+class tst_RandomEvents : public QObject
+{
+    Q_OBJECT
+
+private:
+    TemporaryWorkingFolder folder;
+    std::mt19937 m_random;
+    QStringList m_last; // what was done, for whoever looks for a failure
+    int m_done = 0;
+
+    int below(int most) { return most <= 0 ? 0 : int(m_random() % unsigned(most)); }
+    bool oneIn(int number) { return below(number) == 0; }
+
+    void note(const QString &what)
+    {
+        ++m_done;
+        m_last << what;
+        if (m_last.size() > 30)
+            m_last.removeFirst();
+    }
+
+    // The window that a person could use now.
+    QWidget *activeWindow(MainWindow &window)
+    {
+        if (QWidget *popup = QApplication::activePopupWidget())
+            return popup;
+        if (QWidget *modal = QApplication::activeModalWidget())
+            return modal;
+        QVector<QWidget *> windows{&window, &window};
+        for (QWidget *open : QApplication::topLevelWidgets()) {
+            if (open->isVisible() && open->windowType() != Qt::ToolTip)
+                windows << open;
+        }
+        return windows[below(windows.size())];
+    }
+
+    QWidget *someWidget(QWidget *window)
+    {
+        QVector<QWidget *> widgets{window};
+        for (QWidget *widget : window->findChildren<QWidget *>()) {
+            if (widget->isVisible() && widget->isEnabled() && widget->window() == window)
+                widgets << widget;
+        }
+        return widgets[below(widgets.size())];
+    }
+
+    static bool leavesTheProgram(const QWidget *widget)
+    {
+        // Not "Quit", and not the way into the system's other folders.
+        const auto *button = qobject_cast<const QAbstractButton *>(widget);
+        return button && (button->text() == "..." || button->objectName() == "PathButton");
+    }
+
+    void key(QWidget *window)
+    {
+        static const int keys[] = {
+            Qt::Key_Tab,   Qt::Key_Return, Qt::Key_Escape, Qt::Key_Up,     Qt::Key_Down,      Qt::Key_Left,
+            Qt::Key_Right, Qt::Key_Space,  Qt::Key_Home,   Qt::Key_End,    Qt::Key_PageDown,  Qt::Key_F,
+            Qt::Key_E,     Qt::Key_M,      Qt::Key_1,      Qt::Key_Period, Qt::Key_Backspace, Qt::Key_F1,
+            Qt::Key_F5,    Qt::Key_Plus,   Qt::Key_Minus};
+        QWidget *to = window->focusWidget() ? window->focusWidget() : window;
+        const int code = keys[below(int(sizeof keys / sizeof *keys))];
+        const QByteArray name = to->metaObject()->className();
+        note(QString("key %1 to %2").arg(code, 0, 16).arg(QString(name)));
+        if (leavesTheProgram(to))
+            return;
+        QTest::keyClick(to, Qt::Key(code), oneIn(8) ? Qt::ShiftModifier : Qt::NoModifier);
+    }
+
+    void click(QWidget *window)
+    {
+        QWidget *to = someWidget(window);
+        if (leavesTheProgram(to))
+            return;
+        const QPoint place(below(to->width()), below(to->height()));
+        note(QString("click on %1 %2").arg(QString(to->metaObject()->className()), to->objectName()));
+        if (oneIn(6)) {
+            QTest::mouseDClick(to, Qt::LeftButton, Qt::NoModifier, place);
+        } else if (oneIn(8)) {
+            QContextMenuEvent menu(QContextMenuEvent::Mouse, place, to->mapToGlobal(place));
+            QApplication::sendEvent(to, &menu);
+        } else {
+            QTest::mouseClick(to, oneIn(10) ? Qt::MiddleButton : Qt::LeftButton, Qt::NoModifier, place);
+        }
+    }
+
+    void drag(QWidget *window)
+    {
+        QWidget *to = someWidget(window);
+        if (leavesTheProgram(to))
+            return;
+        note(QString("drag on %1").arg(QString(to->metaObject()->className())));
+        QPoint place(below(to->width()), below(to->height()));
+        const QPointer<QWidget> alive(to);
+        QTest::mousePress(to, Qt::LeftButton, Qt::NoModifier, place);
+        for (int i = 0; i < 3 && alive; ++i) {
+            place += QPoint(below(80) - 40, below(80) - 40);
+            QMouseEvent move(QEvent::MouseMove, place, to->mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                             Qt::NoModifier);
+            QApplication::sendEvent(to, &move);
+        }
+        if (alive)
+            QTest::mouseRelease(to, Qt::LeftButton, Qt::NoModifier, place);
+    }
+
+    void wheel(QWidget *window)
+    {
+        QWidget *to = someWidget(window);
+        const QPointF place(below(to->width()), below(to->height()));
+        note(QString("wheel on %1").arg(QString(to->metaObject()->className())));
+        QWheelEvent event(place, to->mapToGlobal(place.toPoint()), QPoint(), QPoint(0, oneIn(2) ? 120 : -120),
+                          Qt::NoButton, oneIn(6) ? Qt::ControlModifier : Qt::NoModifier, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(to, &event);
+    }
+
+    void command(MainWindow &window)
+    {
+        if (QApplication::activeModalWidget() || QApplication::activePopupWidget())
+            return;
+        QVector<QAction *> actions;
+        for (QAction *action : window.findChildren<QAction *>()) {
+            const bool quits = action->shortcut() == QKeySequence(Qt::CTRL + Qt::Key_Q);
+            if (action->isEnabled() && !action->menu() && !action->isSeparator() && !quits)
+                actions << action;
+        }
+        QAction *action = actions[below(actions.size())];
+        note("command " + action->text());
+        // From the event loop: a dialog that it opens gets its share of events.
+        const QPointer<QAction> alive(action);
+        QTimer::singleShot(0, &window, [alive] {
+            if (alive)
+                alive->trigger();
+        });
+    }
+
+    void drop(MainWindow &window)
+    {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const char *name : {"nothing.tgz", "picture.png", "mask.gerber", "broken.gds"}) {
+            if (oneIn(2))
+                urls << QUrl::fromLocalFile(folder.filePath(name));
+        }
+        data.setUrls(urls);
+        note("drop");
+        const QPoint place(below(window.width()), below(window.height()));
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &enter);
+        if (!enter.isAccepted())
+            return;
+        QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&window, &drop);
+    }
+
+    void act(MainWindow &window)
+    {
+        QWidget *active = activeWindow(window);
+        switch (below(16)) {
+        case 0:
+        case 1:
+        case 2:
+        case 3:
+            return key(active);
+        case 4:
+        case 5:
+        case 6:
+        case 7:
+        case 8:
+            return click(active);
+        case 9:
+            return drag(active);
+        case 10:
+        case 11:
+            return wheel(active);
+        case 12:
+            return command(window);
+        case 13:
+            note("size");
+            window.resize(600 + below(900), 400 + below(600));
+            return;
+        case 14:
+            return oneIn(4) ? drop(window) : key(active);
+        default:
+            // What stays open is closed at times, or nothing else would ever be seen.
+            if (auto *dialog = qobject_cast<QDialog *>(active)) {
+                note("reject " + dialog->windowTitle());
+                dialog->reject();
+            } else if (active != &window) {
+                note("close");
+                active->close();
+            }
+        }
+    }
+
+    // Acts from a timer, so that it goes on in the event loops of dialogs.
+    void run(MainWindow &window, int milliseconds)
+    {
+        QTimer timer;
+        bool isActing = false;
+        connect(&timer, &QTimer::timeout, this, [&] {
+            if (isActing)
+                return;
+            isActing = true;
+            act(window);
+            isActing = false;
+        });
+        // A dialog's own loop runs within act(): it must not hold the others up.
+        QTimer inner;
+        connect(&inner, &QTimer::timeout, this, [&] {
+            if (isActing && (QApplication::activeModalWidget() || QApplication::activePopupWidget()))
+                act(window);
+        });
+        timer.start(5);
+        inner.start(15);
+        QTest::qWait(milliseconds);
+        timer.stop();
+        inner.stop();
+        for (int i = 0; i < 100; ++i) {
+            if (QWidget *popup = QApplication::activePopupWidget())
+                popup->close();
+            else if (QWidget *modal = QApplication::activeModalWidget())
+                modal->close();
+            else
+                break;
+            QTest::qWait(20);
+        }
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        qputenv("XDG_DATA_HOME", folder.filePath("data").toLocal8Bit()); // the wastebasket
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        QDesktopServices::setUrlHandler("file", this, "takeUrl");
+        for (const char *name : {"job/beacon", "job/another"}) {
+            QDirIterator files(SAMPLE_JOBS "/beacon", QDir::Files, QDirIterator::Subdirectories);
+            while (files.hasNext()) {
+                const QString target = folder.filePath(
+                    name + ("/" + QDir(SAMPLE_JOBS "/beacon").relativeFilePath(files.next())));
+                QVERIFY(QDir().mkpath(QFileInfo(target).path()) && QFile::copy(files.filePath(), target));
+            }
+        }
+        QVERIFY(folder.write("nothing.tgz", "no archive") && folder.write("broken.gds", "no stream") &&
+                folder.write("mask.gerber", "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*\n"));
+        HostSettings settings;
+        settings.jobFolder = folder.filePath("job");
+        settings.outputFolder = folder.filePath("export");
+        settings.exportDatabase = folder.filePath("exports.sqlite");
+        QVERIFY(hostsettings::write(settings));
+    }
+    void cleanupTestCase()
+    {
+        PluginHost::instance().destroyPlugins();
+        QDesktopServices::unsetUrlHandler("file");
+    }
+
+    void nothingCrashesWarnsOrGrows()
+    {
+        const unsigned seed = qEnvironmentVariableIsSet("RANDOM_EVENTS_SEED")
+                                  ? unsigned(qEnvironmentVariableIntValue("RANDOM_EVENTS_SEED"))
+                                  : 20261122u;
+        const int asked = qEnvironmentVariableIntValue("RANDOM_EVENTS_SECONDS");
+        const int milliseconds = 1000 * (asked > 0 ? asked : 6);
+        m_random.seed(seed);
+
+        QStringList warnings;
+        Counts before, after;
+        act(milliseconds, warnings, before, after);
+        qInfo("%d events by the seed %u; %s", m_done, seed, qPrintable(growth(before, after)));
+        QVERIFY2(warnings.isEmpty(), qPrintable(warnings.join("\n") + "\nafter\n" + m_last.join("\n")));
+        QVERIFY2(total(after) < 2 * total(before) + 500, qPrintable(growth(before, after)));
+    }
+
+public:
+    Q_INVOKABLE void takeUrl(const QUrl & /*url*/) {} // no file manager opens
+
+private:
+    // `warnings` gets Qt's, `before` and `after` are the objects after a third of the time and in
+    // the end.
+    void act(int milliseconds, QStringList &warnings, Counts &before, Counts &after)
+    {
+        LogCollector log; // takes what Qt says
+        connect(&log, &LogCollector::logged, this, [&warnings, this](const LogRecord &record) {
+            if (record.level >= LogRecord::Warning && record.source.isEmpty())
+                warnings << record.text + "  <- " + m_last.value(m_last.size() - 1);
+        });
+        WindowMemory memory(folder.filePath("memory.ini"));
+        Languages languages;
+        languages.choose("en");
+        MainWindow window(log);
+        window.keepToScreen();
+        window.remember(memory);
+        window.offerLanguages(languages);
+        window.show();
+        QCOMPARE(PluginHost::instance().loadFolder(QCoreApplication::applicationDirPath() + "/plugins"), 1);
+        window.addPlugins();
+        window.openJob("beacon");
+
+        run(window, milliseconds / 3);
+        count(&window, before);
+        run(window, milliseconds - milliseconds / 3);
+        count(&window, after);
+        for (QWidget *open : QApplication::topLevelWidgets()) {
+            if (open != &window && !open->parentWidget())
+                open->close();
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        window.close();
+    }
+};
+
+QTEST_MAIN(tst_RandomEvents)
+#include "tst_randomevents.moc"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs the benchmarks; what follows the name is passed on.
 #
+#   scripts/bench.sh convert [ROUNDS]    camconvert on whole archives against tar, KLayout and gerbv
 #   scripts/bench.sh export [ROUNDS]     exports against KLayout and gerbv
 #   scripts/bench.sh import [ROUNDS]     job unpacking against tar, bsdtar and 7z
 #   scripts/bench.sh dialog [LAYERS...]  opening the Export dialog, and its table commands
@@ -8,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 what=${1:-}
-[ -f "bench/$what.sh" ] || { echo "usage: scripts/bench.sh dialog|export|import [ARGUMENTS]" >&2; exit 2; }
+[ -f "bench/$what.sh" ] || { echo "usage: scripts/bench.sh convert|dialog|export|import [ARGUMENTS]" >&2; exit 2; }
 shift
 scripts/packages.sh build test bench
 

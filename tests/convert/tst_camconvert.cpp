@@ -528,7 +528,7 @@ private slots:
         const auto copy = [&program](const char *from, const char *to) {
             return program.folder().write(to, program.bytes(from));
         };
-        QVERIFY(copy("o/board/drill.gds", "o/board/mask.gds"));
+        QVERIFY(copy("o/board/drill.gerber", "o/board/mask.gerber"));
         QVERIFY(program.folder().write("o/board/gnd.gds", program.bytes("o/board/gnd.gds").chopped(4)));
         QVERIFY(program.folder().write("o/board/drill.gerber", "%IPNEG*%\nM02*\n"));
         QVERIFY(QFile::remove(program.filePath("o/board/top.gerber")));
@@ -545,7 +545,7 @@ private slots:
         };
         for (const auto &[file, result] :
              {std::pair("top.gds", "proven +0 +0 "),
-              {"mask.gds", "not proven +0 +[0-9.e-]+ +[0-9]+ +-?[0-9.]+, -?[0-9.]+"},
+              {"mask.gerber", "not proven +0 +[0-9.e-]+ +[0-9]+ +-?[0-9.]+, -?[0-9.]+"},
               {"gnd.gds", "cannot say .*gnd.gds"},
               {"drill.gerber", "cannot say .*drill.gerber.*IPNEG"},
               {"top.gerber", "failed"},
@@ -563,7 +563,7 @@ private slots:
         QCOMPARE(report["files"].toArray().size(), 9);
         for (const QJsonValue &file : report["files"].toArray())
             QVERIFY(fits(file.toObject(), fileSchema()));
-        const QJsonObject mask = fileNamed(report, "board/mask.gds");
+        const QJsonObject mask = fileNamed(report, "board/mask.gerber");
         QCOMPARE(mask["status"].toString(), QString("checked"));
         QCOMPARE(mask["verification"].toObject()["proven"].toBool(true), false);
         QVERIFY(std::fabs(mask["verification"].toObject()["extra"].toDouble() - 0.0707) < 0.001);

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <fstream>
 #include <iterator>
+#include <string>
 
 namespace cam::verify {
 
@@ -284,13 +285,25 @@ bool isGds(const std::filesystem::path &file)
     return std::equal(std::begin(header), std::end(header), bytes);
 }
 
-std::unique_ptr<Picture> readPicture(const std::filesystem::path &file)
+std::unique_ptr<Picture> readPicture(const std::filesystem::path &file, std::optional<std::uint16_t> layer)
 {
     // What stands on it is the step's profile, beside the layer.
     constexpr std::uint16_t profileDatatype = 1;
-    if (isGds(file))
-        return std::make_unique<GdsPicture>(readGdsFile(file), profileDatatype, true);
-    return std::make_unique<GerberPicture>(readGerberFile(file), ArcCorners::Compass);
+    if (!isGds(file))
+        return std::make_unique<GerberPicture>(readGerberFile(file), ArcCorners::Compass);
+    GdsImage image = readGdsFile(file);
+    const auto check = [&](GdsLayer on) {
+        if (layer && on.layer != *layer)
+            throw Error(file.u8string() + ": expected all shapes on layer " + std::to_string(*layer) +
+                        ", found one on layer " + std::to_string(on.layer));
+    };
+    for (const GdsStructure &structure : image.structures) {
+        for (const GdsBoundary &boundary : structure.boundaries)
+            check(boundary.on);
+        for (const GdsPath &path : structure.paths)
+            check(path.on);
+    }
+    return std::make_unique<GdsPicture>(std::move(image), profileDatatype, true);
 }
 
 } // namespace cam::verify

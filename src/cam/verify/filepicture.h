@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace cam::verify {
 
@@ -89,7 +90,9 @@ private:
 // Whether a file is GDSII, by its first bytes; Gerber otherwise. Throws Error when it cannot be opened.
 bool isGds(const std::filesystem::path &file);
 
-// What a file shows, without the step's profile. Throws Error for what cannot be read.
-std::unique_ptr<Picture> readPicture(const std::filesystem::path &file);
+// What a file shows, without the step's profile. Throws Error for what cannot be read, and for a GDSII file
+// with shapes that are not on the layer `layer`, where that is given.
+std::unique_ptr<Picture> readPicture(const std::filesystem::path &file,
+                                     std::optional<std::uint16_t> layer = std::nullopt);
 
 } // namespace cam::verify

@@ -5,6 +5,7 @@
 #include "cam/verify/filepicture.h"
 #include "cam/verify/sourcepicture.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace cam {
@@ -20,7 +21,10 @@ Comparison verifyFile(const LayerImage &image, const ExportOptions &options,
 {
     std::unique_ptr<verify::Picture> written, source;
     try {
-        written = verify::readPicture(file);
+        // The number that stands for a layer is its row in the job's matrix, as far as the format has
+        // numbers.
+        constexpr int mostLayers = 32767;
+        written = verify::readPicture(file, static_cast<std::uint16_t>(std::clamp(image.row, 0, mostLayers)));
         source = std::make_unique<verify::SourcePicture>(
             image, options, verify::isGds(file) ? ArcCorners::Even : ArcCorners::Compass);
     } catch (const Error &error) {

@@ -58,7 +58,8 @@ struct Comparison
 
 // Compares `file`, GDSII or Gerber by its first bytes, with what `options` make of `image`. Options' file and
 // report are not used. A file that cannot be read, or holds what the readers do not understand, is not
-// proven, for that reason. Passes on what `control.report` throws.
+// proven, for that reason; so is a GDSII file with shapes on another layer than the job's row. Passes on what
+// `control.report` throws.
 Comparison verifyFile(const LayerImage &image, const ExportOptions &options,
                       const std::filesystem::path &file, const VerifyControl &control = {});
 

@@ -159,6 +159,8 @@ private slots:
     void aMissingHoleIsToldWithItsArea();
     void smallDeviationsAreProvenAndTold();
     void whatAReaderRefusesIsNotProven();
+    void aFileInAWrongUnitIsFound();
+    void aGdsiiFileOnAnotherLayerIsFound();
     void aFileThatIsNotThereIsNotProven();
     void layersAreCompared();
     void bothFormatsAreTheSame();
@@ -354,6 +356,45 @@ void tst_Verification::whatAReaderRefusesIsNotProven()
     const Comparison cut = cam::verifyFile(image, {}, file);
     QVERIFY(!cut.isProven());
     QVERIFY(!cut.reason.empty());
+}
+
+void tst_Verification::aFileInAWrongUnitIsFound()
+{
+    const LayerImage image = truth();
+    Files files;
+    const auto file = files.write(image, {}, true);
+    const QByteArray metric = files.read();
+    QVERIFY(metric.contains("%MOMM*%"));
+    files.replace(QByteArray(metric).replace("%MOMM*%", "%MOIN*%"));
+    const Comparison inches = cam::verifyFile(image, {}, file);
+    QVERIFY(!inches.isProven());
+    QVERIFY2(inches.reason.empty() && inches.extraArea > 0.0, qPrintable(described(inches)));
+
+    // The record UNITS: 20 bytes, of type 3 and data type 5; what the database unit is in user units, and in
+    // metres.
+    files.write(image, {}, false);
+    QByteArray stream = files.read();
+    const int units = stream.indexOf(QByteArray::fromRawData("\x00\x14\x03\x05", 4));
+    QVERIFY(units > 0);
+    const int exponent = units + 12; // of the second number: a power of 16
+    stream[exponent] = char(stream[exponent] + 1);
+    files.replace(stream);
+    const Comparison larger = cam::verifyFile(image, {}, file);
+    QVERIFY2(!larger.isProven(), qPrintable(described(larger)));
+}
+
+void tst_Verification::aGdsiiFileOnAnotherLayerIsFound()
+{
+    LayerImage image = truth(), other = truth();
+    image.row = 3;
+    other.row = 4;
+    Files files;
+    const auto file = files.write(other, {}, false);
+    const Comparison result = cam::verifyFile(image, {}, file);
+    QVERIFY(!result.isProven());
+    QVERIFY2(result.reason.find("expected all shapes on layer 3, found one on layer 4") != std::string::npos,
+             result.reason.c_str());
+    QVERIFY(cam::verifyFile(other, {}, file).isProven());
 }
 
 void tst_Verification::aFileThatIsNotThereIsNotProven()

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <tuple>
 #include <utility>
 
 namespace cam {
@@ -68,6 +69,13 @@ int side(GridPoint u, GridPoint v)
 int side(GridPoint from, GridPoint to, GridPoint p)
 {
     return side(to - from, p - from);
+}
+
+// Whether `p` lies in the box of the edge from `a` to `b`.
+bool isWithin(GridPoint p, GridPoint a, GridPoint b)
+{
+    return std::min(a.x, b.x) <= p.x && p.x <= std::max(a.x, b.x) && std::min(a.y, b.y) <= p.y &&
+           p.y <= std::max(a.y, b.y);
 }
 
 // An edge from its smaller end (further left, or further down) to its larger one, and how the two winding
@@ -155,6 +163,7 @@ private:
     BooleanOperation m_operation;
     std::vector<Segment> m_segments;
     std::vector<Cut> m_cuts;
+    int m_rounds = 0;            // of cuts that were applied
     std::vector<Place> m_places; // scratch
     std::vector<Crossed> m_crossed;
     std::vector<Edge> m_edges;
@@ -184,6 +193,7 @@ void Arrangement::split()
 {
     uniteEqual();
     for (findCuts(); !m_cuts.empty(); findCuts()) {
+        ++m_rounds;
         applyCuts();
         uniteEqual();
     }
@@ -303,8 +313,23 @@ void Arrangement::meet(std::uint32_t i, std::uint32_t j)
         return std::clamp(v, std::max(std::min(a, b), std::min(c, d)),
                           std::min(std::max(a, b), std::max(c, d)));
     };
-    const GridPoint at = {clamped(between(q.a.x, q.b.x), p.a.x, p.b.x, q.a.x, q.b.x),
-                          clamped(between(q.a.y, q.b.y), p.a.y, p.b.y, q.a.y, q.b.y)};
+    GridPoint at = {clamped(between(q.a.x, q.b.x), p.a.x, p.b.x, q.a.x, q.b.x),
+                    clamped(between(q.a.y, q.b.y), p.a.y, p.b.y, q.a.y, q.b.y)};
+    // Two segments nearly upon each other may cross a third one a step further with every round, and draw
+    // its end along for as long as it is: a corner that is there already ends that.
+    constexpr int usualRounds = 32;
+    if (m_rounds > usualRounds) {
+        const auto isBeside = [at](GridPoint end) {
+            return std::abs(at.x - end.x) <= 1 && std::abs(at.y - end.y) <= 1;
+        };
+        for (const auto &[end, a, b] : {std::tuple(p.a, q.a, q.b), std::tuple(p.b, q.a, q.b),
+                                        std::tuple(q.a, p.a, p.b), std::tuple(q.b, p.a, p.b)}) {
+            if (isBeside(end) && isWithin(end, a, b)) {
+                at = end;
+                break;
+            }
+        }
+    }
     cut(i, at);
     cut(j, at);
 }
@@ -313,10 +338,7 @@ void Arrangement::meet(std::uint32_t i, std::uint32_t j)
 void Arrangement::cut(std::uint32_t segment, GridPoint at)
 {
     const GridPoint a = m_segments[segment].a, b = m_segments[segment].b;
-    const auto isWithin = [](std::int64_t v, std::int64_t end, std::int64_t otherEnd) {
-        return std::min(end, otherEnd) <= v && v <= std::max(end, otherEnd);
-    };
-    if (at == a || at == b || !isWithin(at.x, a.x, b.x) || !isWithin(at.y, a.y, b.y))
+    if (at == a || at == b || !isWithin(at, a, b))
         return;
     const double along = static_cast<double>(b.x - a.x) * static_cast<double>(at.x - a.x) +
                          static_cast<double>(b.y - a.y) * static_cast<double>(at.y - a.y);

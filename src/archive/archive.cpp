@@ -64,8 +64,8 @@ BitExtractor::Unpacked BitExtractor::extract(const std::wstring &file, const std
     const std::unique_ptr<InArchive> archive = m_library.backend().open(localFile, m_format);
     const std::vector<Entry> entries = readEntries(*archive, m_format);
     if (m_format.number == BitFormat::Tar.number)
-        return unpackTar(*archive, entries, localFile, output, localRelativePath(mergeFolder));
-    unpackGZip(*archive, entries, localFile, output);
+        return unpackTar(*archive, entries, localFile, output, localRelativePath(mergeFolder), m_check);
+    unpackGZip(*archive, entries, localFile, output, m_check);
     return {};
 }
 

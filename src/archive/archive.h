@@ -17,6 +17,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace archive {
@@ -86,6 +87,10 @@ public:
     // Both arguments must outlive the extractor.
     BitExtractor(const Bit7zLibrary &library, const BitInFormat &format);
 
+    // Has `check` called often while content is written, on any thread. What it throws ends the unpacking,
+    // which leaves the output folder as it was, and comes out of extract().
+    void setCheck(Check check) { m_check = std::move(check); }
+
     using Unpacked = archive::Unpacked;
 
     // Unpacks all of `file` into `folder`, which is made when it is missing. Throws BitException (or another
@@ -102,6 +107,7 @@ public:
 private:
     const Bit7zLibrary &m_library;
     const BitInFormat &m_format;
+    Check m_check = [] {};
 };
 
 } // namespace archive

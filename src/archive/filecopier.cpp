@@ -21,7 +21,10 @@ const std::size_t bufferSize = 128 * 1024; // stays in the core's own cache
 class Copier
 {
 public:
-    Copier(const InFile &source, const std::vector<FilePart> &parts) : m_source(source), m_parts(parts) {}
+    Copier(const InFile &source, const std::vector<FilePart> &parts, const std::function<void()> &check)
+        : m_source(source), m_parts(parts), m_check(check)
+    {
+    }
 
     void run()
     {
@@ -63,6 +66,7 @@ private:
     {
         OutFile file(part.path);
         for (std::uint64_t done = 0; done < part.size;) {
+            m_check();
             const std::size_t wanted = std::size_t(std::min<std::uint64_t>(part.size - done, buffer.size()));
             const std::size_t got = m_source.read(part.offset + done, buffer.data(), wanted);
             if (got == 0)
@@ -76,6 +80,7 @@ private:
 
     const InFile &m_source;
     const std::vector<FilePart> &m_parts;
+    const std::function<void()> &m_check;
     std::atomic<std::size_t> m_next{0};
     std::atomic<bool> m_failed{false};
     std::mutex m_mutex; // guards m_error
@@ -84,9 +89,9 @@ private:
 
 } // namespace
 
-void copyParts(const InFile &source, const std::vector<FilePart> &parts)
+void copyParts(const InFile &source, const std::vector<FilePart> &parts, const std::function<void()> &check)
 {
-    Copier(source, parts).run();
+    Copier(source, parts, check).run();
 }
 
 } // namespace archive

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -19,7 +20,8 @@ struct FilePart
     std::optional<std::uint64_t> modified; // as in OutFile::close()
 };
 
-// Returns when all parts are copied; throws the first error, after which no further part is begun.
-void copyParts(const InFile &source, const std::vector<FilePart> &parts);
+// Returns when all parts are copied; throws the first error, after which no further part is begun. `check` is
+// called often, on any of the threads, and may throw to end it.
+void copyParts(const InFile &source, const std::vector<FilePart> &parts, const std::function<void()> &check);
 
 } // namespace archive

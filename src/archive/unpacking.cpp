@@ -34,8 +34,8 @@ bool isTaken(const fs::path &path)
 class WritingSink : public EntrySink
 {
 public:
-    WritingSink(const std::vector<ExtractionPlan::File> &files, const fs::path &folder)
-        : m_next(files.begin()), m_end(files.end()), m_folder(folder)
+    WritingSink(const std::vector<ExtractionPlan::File> &files, const fs::path &folder, const Check &check)
+        : m_next(files.begin()), m_end(files.end()), m_folder(folder), m_check(check)
     {
     }
 
@@ -46,7 +46,11 @@ public:
         m_writer.beginFile(m_folder / localRelativePath(m_next->path), m_next->modified);
     }
 
-    void write(const void *data, std::size_t size) override { m_writer.write(data, size); }
+    void write(const void *data, std::size_t size) override
+    {
+        m_check();
+        m_writer.write(data, size);
+    }
 
     void end() override
     {
@@ -65,6 +69,7 @@ private:
     std::vector<ExtractionPlan::File>::const_iterator m_next;
     std::vector<ExtractionPlan::File>::const_iterator m_end;
     fs::path m_folder;
+    const Check &m_check;
     FileWriter m_writer;
 };
 
@@ -129,13 +134,13 @@ void setFolderTimes(const ExtractionPlan &plan, const fs::path &folder)
 
 // Has the back end decode `files` into `folder`.
 void decodeFiles(const InArchive &archive, const std::vector<ExtractionPlan::File> &files,
-                 const fs::path &folder)
+                 const fs::path &folder, const Check &check)
 {
     std::vector<std::uint32_t> indices;
     indices.reserve(files.size());
     for (const ExtractionPlan::File &file : files)
         indices.push_back(file.index);
-    WritingSink sink(files, folder);
+    WritingSink sink(files, folder, check);
     archive.extract(indices, sink);
     sink.finish();
 }
@@ -143,7 +148,7 @@ void decodeFiles(const InArchive &archive, const std::vector<ExtractionPlan::Fil
 // A tar holds most files as they are: these are copied from the archive file `source` without a decoder
 // between.
 void unpackFiles(const InArchive &archive, const std::vector<ExtractionPlan::File> &files,
-                 const std::wstring &source, const fs::path &folder)
+                 const std::wstring &source, const fs::path &folder, const Check &check)
 {
     std::vector<FilePart> plain;
     std::vector<ExtractionPlan::File> others;
@@ -156,9 +161,9 @@ void unpackFiles(const InArchive &archive, const std::vector<ExtractionPlan::Fil
         else
             others.push_back(file);
     }
-    copyParts(InFile(source), plain);
+    copyParts(InFile(source), plain, check);
     if (!others.empty())
-        decodeFiles(archive, others, folder);
+        decodeFiles(archive, others, folder, check);
 }
 
 // Whether a file of this name may be the tar of an earlier import.
@@ -189,14 +194,15 @@ std::wstring memberFileName(const std::wstring &storedName, const std::wstring &
 } // namespace
 
 Unpacked unpackTar(const InArchive &archive, const std::vector<Entry> &entries,
-                   const std::wstring &archiveFile, const fs::path &output, const fs::path &mergeFolder)
+                   const std::wstring &archiveFile, const fs::path &output, const fs::path &mergeFolder,
+                   const Check &check)
 {
     const ExtractionPlan plan = planExtraction(entries, nativeNameRules());
     checkFoldersThere(plan, output, mergeFolder);
     StagingFolder staging(output);
     checkSpace(plan.totalSize, output);
     makePlannedFolders(plan, staging.content());
-    unpackFiles(archive, plan.files, archiveFile, staging.content());
+    unpackFiles(archive, plan.files, archiveFile, staging.content(), check);
     makePlannedLinks(plan, staging.content());
     setFolderTimes(plan, staging.content());
 
@@ -209,7 +215,7 @@ Unpacked unpackTar(const InArchive &archive, const std::vector<Entry> &entries,
 }
 
 void unpackGZip(const InArchive &archive, const std::vector<Entry> &entries, const std::wstring &archiveFile,
-                const fs::path &output)
+                const fs::path &output, const Check &check)
 {
     if (entries.size() != 1)
         throw BitException("the gzip file has " + std::to_string(entries.size()) + " members");
@@ -225,7 +231,7 @@ void unpackGZip(const InArchive &archive, const std::vector<Entry> &entries, con
                            "\": the output folder has a file of this name, which is no tar");
 
     StagingFolder staging(output);
-    decodeFiles(archive, {{0, name, entries[0].size, entries[0].modified}}, staging.content());
+    decodeFiles(archive, {{0, name, entries[0].size, entries[0].modified}}, staging.content(), check);
     staging.commit(localRelativePath(name));
 }
 

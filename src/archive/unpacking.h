@@ -5,6 +5,7 @@
 #include "archive/entry.h"
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -12,6 +13,9 @@
 namespace archive {
 
 class InArchive;
+
+// Called often while content is written, on any thread; throws to end the unpacking.
+using Check = std::function<void()>;
 
 // What has become of a tar's items at the top.
 struct Unpacked
@@ -22,14 +26,14 @@ struct Unpacked
 
 // Unpacks all `entries` of a tar, the file `archiveFile` (a local path), into `output`. Of what is there,
 // only the folder `mergeFolder` (a name; empty for none) is touched. Throws BitException, or what the file
-// system throws, and leaves `output` as it was then.
+// system or `check` throws, and leaves `output` as it was then.
 Unpacked unpackTar(const InArchive &archive, const std::vector<Entry> &entries,
                    const std::wstring &archiveFile, const std::filesystem::path &output,
-                   const std::filesystem::path &mergeFolder);
+                   const std::filesystem::path &mergeFolder, const Check &check);
 
 // Unpacks the one member of a gzip file in the same way. It replaces a file of its name that ends in ".tar",
 // and nothing else.
 void unpackGZip(const InArchive &archive, const std::vector<Entry> &entries, const std::wstring &archiveFile,
-                const std::filesystem::path &output);
+                const std::filesystem::path &output, const Check &check);
 
 } // namespace archive

@@ -138,16 +138,17 @@ void JobSource::open(const std::atomic<bool> &cancelled)
     const archive::Bit7zLibrary library;
     work.mkdir("gzip");
     const QString archivePath = QDir::current().absoluteFilePath(m_path);
-    archive::BitExtractor(library, archive::BitFormat::GZip)
-        .extract(QDir::toNativeSeparators(archivePath).toStdWString(),
+    archive::BitExtractor gzip(library, archive::BitFormat::GZip), tars(library, archive::BitFormat::Tar);
+    gzip.setCheck(stop);
+    tars.setCheck(stop);
+    gzip.extract(QDir::toNativeSeparators(archivePath).toStdWString(),
                  QDir::toNativeSeparators(work.filePath("gzip")).toStdWString());
     stop();
     const QString tar = onlyFileIn(work.filePath("gzip"));
     if (tar.isEmpty())
         fail("expected a gzip file of one tar");
     work.mkdir("tar");
-    archive::BitExtractor(library, archive::BitFormat::Tar)
-        .extract(QDir::toNativeSeparators(tar).toStdWString(),
+    tars.extract(QDir::toNativeSeparators(tar).toStdWString(),
                  QDir::toNativeSeparators(work.filePath("tar")).toStdWString());
     QDir(work.filePath("gzip")).removeRecursively();
     stop();

@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <algorithm>
 #include <csignal>
 
 namespace {
@@ -91,6 +92,42 @@ private slots:
         QCOMPARE(program.temporaryFiles(), QStringList());
         QCOMPARE(partFiles(program.filePath("o")), QStringList());
         QCOMPARE(program.bytes("o/board/top.gds"), QByteArray("old"));
+    }
+
+    // Not when the stage of the unpacking is over: the tar is by far not complete.
+    void signalEndsTheUnpackingAtOnce()
+    {
+        constexpr qint64 size = 200'000'000;
+        JobFolder job;
+        QFile zeros(job.filePath("board/zeros"));
+        QVERIFY(zeros.open(QIODevice::WriteOnly) && zeros.resize(size));
+        zeros.close();
+        const Program program;
+        QProcess tar;
+        tar.start("tar", {"cf", program.filePath("board.tgz"), "-I", "gzip -1", "-C", job.root(), "board"});
+        QVERIFY(tar.waitForFinished(120000) && tar.exitCode() == 0);
+        QProcess process;
+        program.prepare(process);
+        process.start(Program::path(), {"export", "board.tgz", "--out", "o"});
+        const auto unpacked = [&program] {
+            qint64 bytes = 0;
+            QDirIterator walk(program.filePath("temporary"), QDir::Files | QDir::Hidden,
+                              QDirIterator::Subdirectories);
+            while (walk.hasNext()) {
+                walk.next();
+                bytes += walk.fileInfo().size();
+            }
+            return bytes;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(unpacked() > 0, 60000);
+        QVERIFY(::kill(pid_t(process.processId()), SIGINT) == 0);
+        qint64 most = 0;
+        while (!process.waitForFinished(1))
+            most = std::max(most, unpacked());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 128 + SIGINT);
+        QVERIFY2(most < size * 3 / 4, qPrintable(QString::number(most)));
+        QCOMPARE(program.temporaryFiles(), QStringList());
     }
 
     void progressIsForTerminalsOnly()

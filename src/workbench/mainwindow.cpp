@@ -325,6 +325,11 @@ bool MainWindow::isReadingLayer() const
     return m_view->isReading();
 }
 
+bool MainWindow::isViewDrawn() const
+{
+    return m_view->isDrawn();
+}
+
 bool MainWindow::chooseStep(const QString &step)
 {
     return m_layers->setCurrentStep(step);

@@ -74,6 +74,8 @@ public:
     void doNotVerify() { m_verifies = false; }
     // Whether a layer is being read for the view.
     bool isReadingLayer() const;
+    // Whether the view shows all that is to be seen.
+    bool isViewDrawn() const;
 
 public slots:
     void openJob(const QString &name);

@@ -221,6 +221,16 @@ private slots:
                               "03-beacon-export-gds-done.png"}));
         for (const QString &name : pictures.entryList(QDir::Files))
             QVERIFY(QImage(pictures.filePath(name)).width() >= 800);
+        // The top layer of copper has been drawn: it covers most of the board, in yellow.
+        const QImage workbench(pictures.filePath("01-beacon-workbench.png"));
+        int yellow = 0;
+        for (int y = 0; y < workbench.height(); ++y) {
+            for (int x = 0; x < workbench.width(); ++x) {
+                const QColor color = workbench.pixelColor(x, y);
+                yellow += color.red() > 150 && color.green() > 120 && color.blue() < 60;
+            }
+        }
+        QVERIFY2(yellow > 50000, qPrintable(QString::number(yellow)));
         QVERIFY(QImage(pictures.filePath("02-beacon-export-gds-filled.png")) !=
                 QImage(pictures.filePath("03-beacon-export-gds-done.png")));
     }

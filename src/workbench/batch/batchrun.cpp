@@ -110,7 +110,7 @@ bool BatchRun::importArchive(const QString &archive)
         return fail("the archive holds no ODB++ job");
     m_print(
         QString("  job %1 in %2, %3").arg(job, QDir::toNativeSeparators(m_window.jobRoot()), seconds(timer)));
-    waitFor([this] { return !m_window.isReadingLayer(); });
+    waitFor([this] { return m_window.isViewDrawn(); });
     takePicture(&m_window, job + "-workbench");
     return true;
 }

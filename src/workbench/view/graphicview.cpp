@@ -150,6 +150,11 @@ QString GraphicView::titleOf(const QVector<ViewRow> &rows) const
     return change.isEmpty() ? text : tr("%1, as exported: %2").arg(text, change);
 }
 
+bool GraphicView::isDrawn() const
+{
+    return !isReading() && m_view->isDrawn();
+}
+
 void GraphicView::fitBoard()
 {
     m_view->fitFrame();

@@ -33,6 +33,8 @@ public:
     // Ends the reading of layers and returns when it has ended.
     void stopReading() { m_store.stopAndWait(); }
     bool isReading() const { return m_store.isBusy() || !m_files.empty(); }
+    // Whether all that is to be seen has been read and drawn.
+    bool isDrawn() const;
 
 public slots:
     void fitBoard();

@@ -104,6 +104,7 @@ JobListPanel::JobListPanel(QWidget *parent)
     m_list->setColumnWidth(Name, 8 * em);
     m_list->setColumnWidth(Date, 5 * em);
     m_list->setColumnWidth(Size, 5 * em);
+    m_list->setColumnWidth(Tool, 3 * em); // at least
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setWordWrap(true);
     m_empty->setMargin(16);

@@ -1,6 +1,7 @@
 #include "workbench/mainwindow.h"
 
 #include "cam/jobroot.h"
+#include "platform/paths.h"
 #include "pluginmanger/pluginhost.h"
 #include "run/orvexapi.h"
 #include "workbench/archivedrop.h"
@@ -179,13 +180,13 @@ void MainWindow::buildMenus()
     file->addSeparator();
     QAction *settings = file->addAction(tr("&Settings ..."), this, &MainWindow::editSettings);
     settings->setObjectName("Settings");
-    file->addSeparator();
-    QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
-    quit->setShortcut(Qt::CTRL + Qt::Key_Q); // Windows has no key of its own
 
     QMenu *view = menuBar()->addMenu(tr("&View"));
     view->setObjectName("ViewMenu");
     m_viewCommands = new ViewCommands(*m_layers, *m_view, *file, *view, this);
+    file->addSeparator();
+    QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(Qt::CTRL + Qt::Key_Q); // Windows has no key of its own
     connect(m_viewCommands, &ViewCommands::fileFailed, this,
             [this](const QString &, const QString &reason) { tellFailure(reason); });
     for (QDockWidget *dock : findChildren<QDockWidget *>())
@@ -465,7 +466,8 @@ void MainWindow::takeExportReport(const QString &folder, const QStringList &laye
 {
     LOG(INFO) << "exporting " << layers.size() << " layers to " << folder.toStdString() << ": "
               << layers.join(", ").toStdString();
-    statusBar()->showMessage(tr("Exporting %n layer(s) to %1", nullptr, layers.size()).arg(folder),
+    statusBar()->showMessage(tr("Exporting %n layer(s) to %1", nullptr, layers.size())
+                                 .arg(QDir::toNativeSeparators(platform::toLocal(folder))),
                              messageTime);
 }
 

@@ -72,8 +72,15 @@ public:
     explicit Pictures(const QString &folder) : m_folder(folder) { QDir().mkpath(folder); }
     void take(QWidget *window, const QString &name) const
     {
-        settle();
-        if (!window->grab().save(m_folder + "/" + name + ".png"))
+        QImage image;
+        QImage before;
+        // The view is drawn piece by piece, in the background.
+        for (int i = 0; i < 20 && (image.isNull() || image != before); ++i) {
+            before = image;
+            settle();
+            image = window->grab().toImage();
+        }
+        if (!image.save(m_folder + "/" + name + ".png"))
             qFatal("%s cannot be written", qPrintable(m_folder + "/" + name + ".png"));
     }
 

@@ -3,6 +3,7 @@
 //
 // RANDOM_EVENTS_SECONDS says how long (a few seconds otherwise), RANDOM_EVENTS_SEED repeats a run.
 #include "pluginmanger/pluginhost.h"
+#include "tests/export/wheel.h"
 #include "tests/support/temporaryworkingfolder.h"
 #include "workbench/hostsettings.h"
 #include "workbench/languages.h"
@@ -167,12 +168,8 @@ private:
     void wheel(QWidget *window)
     {
         QWidget *to = someWidget(window);
-        const QPointF place(below(to->width()), below(to->height()));
         note(QString("wheel on %1").arg(QString(to->metaObject()->className())));
-        QWheelEvent event(place, to->mapToGlobal(place.toPoint()), QPoint(), QPoint(0, oneIn(2) ? 120 : -120),
-                          Qt::NoButton, oneIn(6) ? Qt::ControlModifier : Qt::NoModifier, Qt::NoScrollPhase,
-                          false);
-        QApplication::sendEvent(to, &event);
+        turnWheel(to, QPoint(below(to->width()), below(to->height())), oneIn(2) ? 1 : -1);
     }
 
     void command(MainWindow &window)
@@ -344,7 +341,9 @@ private:
     {
         LogCollector log; // takes what Qt says
         connect(&log, &LogCollector::logged, this, [&warnings, this](const LogRecord &record) {
-            if (record.level >= LogRecord::Warning && record.source.isEmpty())
+            // A window manager (Windows) may not grant the size that is asked for.
+            const bool isPlatforms = record.text.startsWith("QWindowsWindow::setGeometry");
+            if (record.level >= LogRecord::Warning && record.source.isEmpty() && !isPlatforms)
                 warnings << record.text + "  <- " + m_last.value(m_last.size() - 1);
         });
         WindowMemory memory(folder.filePath("memory.ini"));

@@ -193,10 +193,11 @@ private slots:
         QVERIFY(QFileInfo::exists(folder.filePath("job/beta/matrix/matrix")));
         focusList();
         responder.expectMessageBox(QMessageBox::Yes);
+        responder.expectMessageBox(QMessageBox::Ok); // only where that fails
         QTest::keyClick(list, Qt::Key_Delete);
-        QCOMPARE(responder.pending(), 0);
         if (QFileInfo::exists(folder.filePath("job/beta"))) // a system without a wastebasket
             QSKIP("this system does not move files to a wastebasket");
+        QCOMPARE(responder.pending(), 1);
         QCOMPARE(window->jobNames(), (QStringList{"alpha", "gamma"}));
         QCOMPARE(window->openJobName(), QString());
         QVERIFY(memory.recentJobs().isEmpty());

@@ -1,4 +1,5 @@
 // The pane of the log: what it shows, and that it follows its end.
+#include "tests/export/wheel.h"
 #include "workbench/logpane.h"
 #include "workbench/logreading.h"
 
@@ -43,9 +44,7 @@ private slots:
         QVERIFY(bar->maximum() > 50);
         QCOMPARE(bar->value(), bar->maximum());
         // Who has scrolled up stays there,
-        QWheelEvent wheel(QPointF(10, 10), text->viewport()->mapToGlobal(QPoint(10, 10)), QPoint(),
-                          QPoint(0, 120 * 5), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(text->viewport(), &wheel);
+        turnWheel(text->viewport(), 5);
         const int place = bar->value();
         QVERIFY(place < bar->maximum());
         pane.append(record("another line"));

@@ -175,6 +175,7 @@ std::vector<DirectedEdge> Chain::take()
         edge = inOrder(edge);
     if (!m_second.empty()) {
         const CornerIndex index(m_corners, m_tolerance);
+        std::vector<GridPoint>().swap(m_corners);
         edges.reserve(edges.size() + m_second.size());
         // Along a ring an edge begins where the one before it ends.
         GridPoint before, snapped = index.snapped(before);
@@ -185,7 +186,8 @@ std::vector<DirectedEdge> Chain::take()
             if (from != snapped)
                 edges.push_back(inOrder({from, snapped, edge.count}));
         }
-        m_second.clear();
+        // Of a large plane they take tens of megabytes, and the sums as much again.
+        std::vector<DirectedEdge>().swap(m_second);
     }
     m_corners.clear();
     return sumsOf(edges);

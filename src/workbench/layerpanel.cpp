@@ -25,7 +25,7 @@
 class LayerTable : public QTableWidget
 {
 public:
-    enum Column { Name, Type, Context, Polarity, Eye, Opacity, ColumnCount };
+    enum Column { Name, Type, Eye, Opacity, ColumnCount };
 
     LayerTable() : QTableWidget(0, ColumnCount) {}
     std::function<void(int row)> eyePressed;
@@ -62,6 +62,17 @@ QString readable(const std::string &word)
     return text;
 }
 
+// "power ground, negative"; "document, misc".
+QString typeText(const ORVEX::API::layer_info &layer)
+{
+    QStringList parts{readable(layer.type)};
+    if (layer.context != "BOARD" && !layer.context.empty())
+        parts << readable(layer.context);
+    if (layer.polarity == "NEGATIVE")
+        parts << readable(layer.polarity);
+    return parts.join(", ");
+}
+
 // Pixmaps are twice the size shown, so that they stay crisp on dense screens.
 QIcon swatch(const QColor &color)
 {
@@ -75,7 +86,7 @@ QIcon swatch(const QColor &color)
     return QIcon(pixmap);
 }
 
-QIcon eye(bool open, const QColor &color)
+QPixmap eyePixmap(bool open, const QColor &color)
 {
     QPixmap pixmap(32, 32);
     pixmap.fill(Qt::transparent);
@@ -84,18 +95,25 @@ QIcon eye(bool open, const QColor &color)
     QColor line = color;
     line.setAlphaF(open ? 1.0 : 0.35);
     painter.setPen(QPen(line, 2.5));
+    if (!open) {
+        painter.drawArc(QRectF(3, 6, 26, 18), 200 * 16, 140 * 16);
+        return pixmap;
+    }
     QPainterPath lids;
     lids.moveTo(3, 16);
     lids.quadTo(16, 4, 29, 16);
-    lids.quadTo(16, open ? 28 : 22, 3, 16);
-    if (open) {
-        painter.drawPath(lids);
-        painter.setBrush(line);
-        painter.drawEllipse(QPointF(16, 16), 4.5, 4.5);
-    } else {
-        painter.drawArc(QRectF(3, 6, 26, 18), 200 * 16, 140 * 16);
-    }
-    return QIcon(pixmap);
+    lids.quadTo(16, 28, 3, 16);
+    painter.drawPath(lids);
+    painter.setBrush(line);
+    painter.drawEllipse(QPointF(16, 16), 4.5, 4.5);
+    return pixmap;
+}
+
+QIcon eye(bool open, const QPalette &palette)
+{
+    QIcon icon(eyePixmap(open, palette.color(QPalette::Text)));
+    icon.addPixmap(eyePixmap(open, palette.color(QPalette::HighlightedText)), QIcon::Selected);
+    return icon;
 }
 
 bool isBoard(const ORVEX::API::layer_info &layer)
@@ -149,15 +167,14 @@ LayerPanel::LayerPanel(QWidget *parent)
     m_steps->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_steps->setMinimumContentsLength(8);
 
-    m_table->setHorizontalHeaderLabels(
-        {tr("Layer"), tr("Type"), tr("Context"), tr("Polarity"), QString(), tr("Opacity")});
+    m_table->setHorizontalHeaderLabels({tr("Layer"), tr("Type"), QString(), tr("Opacity")});
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(m_table->fontMetrics().height() + 8);
     QHeaderView *header = m_table->horizontalHeader();
     header->setHighlightSections(false);
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header->setSectionResizeMode(Column::Name, QHeaderView::Stretch);
+    header->setSectionResizeMode(Column::Type, QHeaderView::Stretch);
     header->setMinimumSectionSize(30);
     header->moveSection(Column::Eye, 0);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -323,9 +340,7 @@ void LayerPanel::addTableRow(const Row &row)
         name->setToolTip(row.name);
     m_table->setItem(at, Column::Name, name);
     m_table->setItem(at, Column::Type,
-                     new QTableWidgetItem(row.file.isEmpty() ? readable(layer.type) : tr("file")));
-    m_table->setItem(at, Column::Context, new QTableWidgetItem(readable(layer.context)));
-    m_table->setItem(at, Column::Polarity, new QTableWidgetItem(readable(layer.polarity)));
+                     new QTableWidgetItem(row.file.isEmpty() ? typeText(layer) : tr("file")));
     auto *eyeItem = new QTableWidgetItem;
     eyeItem->setToolTip(tr("Show or hide this layer (Space)"));
     m_table->setItem(at, Column::Eye, eyeItem);
@@ -337,7 +352,7 @@ void LayerPanel::updateRow(int at)
 {
     const Row &row = m_rows[std::size_t(at)];
     m_table->item(at, Column::Name)->setIcon(swatch(row.color));
-    m_table->item(at, Column::Eye)->setIcon(eye(row.shown, m_table->palette().color(QPalette::Text)));
+    m_table->item(at, Column::Eye)->setIcon(eye(row.shown, m_table->palette()));
     m_table->item(at, Column::Eye)->setData(Qt::AccessibleTextRole, row.shown ? tr("shown") : tr("hidden"));
     m_table->item(at, Column::Opacity)->setText(tr("%1 %").arg(row.opacity));
 }

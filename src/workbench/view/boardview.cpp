@@ -315,6 +315,29 @@ void BoardView::paintEvent(QPaintEvent *)
     drawLabel(painter, QPoint(8, 6), m_progress.isEmpty() ? m_title : m_progress);
 }
 
+QImage BoardView::finished(const QImage &layers) const
+{
+    QImage image(layers.size(), QImage::Format_RGB32);
+    image.fill(background);
+    QPainter painter(&image);
+    const double factor = static_cast<double>(layers.width()) / width();
+    painter.scale(factor, factor);
+    drawGrid(painter);
+    painter.save();
+    painter.scale(1.0 / factor, 1.0 / factor);
+    painter.drawImage(0, 0, layers);
+    painter.restore();
+    drawBoard(painter);
+    for (Overlay *overlay : m_overlays) {
+        painter.save();
+        overlay->paint(painter, *this);
+        painter.restore();
+    }
+    drawScale(painter);
+    drawLabel(painter, QPoint(8, 6), m_title);
+    return image;
+}
+
 void BoardView::drawGrid(QPainter &painter) const
 {
     const double unit = nanometresOf(m_unit);
@@ -457,6 +480,9 @@ void BoardView::keyPressEvent(QKeyEvent *event)
         return moveBy(QPointF(0, far));
     case Qt::Key_Down:
         return moveBy(QPointF(0, -far));
+    case Qt::Key_Escape:
+        emit escaped();
+        return;
     case Qt::Key_Plus:
     case Qt::Key_Equal:
         return zoomAbout(QRectF(rect()).center(), 1.25);

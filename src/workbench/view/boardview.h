@@ -53,6 +53,11 @@ public:
     // Whether everything that is seen is drawn.
     bool isDrawn() const { return m_tiles.isDone(); }
 
+    const std::vector<drawing::ColoredScene> &scenes() const { return m_scenes; }
+    // `layers`, a picture of what is seen at some multiple of the screen's resolution, with everything that
+    // is drawn below and above the layers.
+    QImage finished(const QImage &layers) const;
+
     // What is drawn above the layers, in pixels of the screen: measuring, inspection.
     class Overlay
     {
@@ -70,8 +75,9 @@ signals:
     // The place under the mouse, in words; empty when it leaves.
     void pointed(const QString &place);
     void moved(const cam::Point &place);
-    // A click that was no drag.
+    // A click that was no drag, with the left button.
     void clicked(const cam::Point &place);
+    void escaped();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

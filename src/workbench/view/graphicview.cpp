@@ -37,7 +37,17 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardVie
     layout->addWidget(m_view);
     setFocusProxy(m_view);
     setAcceptDrops(true);
+    m_view->addOverlay(&m_inspection);
+    m_view->addOverlay(&m_measuring);
     connect(m_view, &BoardView::pointed, this, &GraphicView::pointed);
+    connect(m_view, &BoardView::escaped, this, &GraphicView::clearMarks);
+    connect(m_view, &BoardView::clicked, this, &GraphicView::press);
+    connect(m_view, &BoardView::moved, this, [this](const cam::Point &place) {
+        if (!m_measuring.isOn())
+            return;
+        m_measuring.moveTo(place, reach());
+        m_view->update();
+    });
     connect(&m_store, &SceneStore::progressed, this, [this] { m_view->setProgress(m_store.progress()); });
     connect(&m_store, &SceneStore::changed, this, &GraphicView::showScenes);
     connect(&m_store, &SceneStore::failed, this, [this](const QString &name, const QString &reason) {
@@ -90,6 +100,16 @@ void GraphicView::showScenes()
         if (const auto *layer = dynamic_cast<const drawing::LayerScene *>(scene.get()); layer && !m_hasBoard)
             takeBoard(*layer);
     }
+    std::vector<std::shared_ptr<const drawing::LayerScene>> measured;
+    std::vector<Inspection::Layer> inspected;
+    for (auto row = m_rows.crbegin(); row != m_rows.crend(); ++row) {
+        if (const auto layer = std::dynamic_pointer_cast<const drawing::LayerScene>(m_store.scene(*row))) {
+            measured.push_back(layer);
+            inspected.push_back({row->name, layer});
+        }
+    }
+    m_measuring.setScenes(measured);
+    m_inspection.setLayers(inspected);
     m_view->setProgress(m_store.progress());
     if (scenes.empty() && !m_failure.isEmpty())
         return m_view->showText(m_failure);
@@ -173,6 +193,39 @@ void GraphicView::setFromBelow(bool fromBelow)
 void GraphicView::changeUnit()
 {
     m_view->setUnit(nextUnit(m_view->unit()));
+}
+
+// ---- measuring and inspecting
+
+// Eight pixels of the screen.
+double GraphicView::reach() const
+{
+    return 8.0 * m_view->pixel() * m_view->devicePixelRatioF();
+}
+
+void GraphicView::press(const cam::Point &place)
+{
+    if (m_measuring.isOn())
+        m_measuring.press(place, reach());
+    else
+        m_inspection.press(place, reach() / 4.0);
+    m_view->update();
+}
+
+void GraphicView::setMeasuring(bool measuring)
+{
+    m_measuring.setOn(measuring);
+    m_inspection.clear();
+    setCursor(measuring ? Qt::CrossCursor : Qt::ArrowCursor);
+    m_view->update();
+}
+
+void GraphicView::clearMarks()
+{
+    const bool had = m_inspection.clear();
+    if (!m_measuring.clear() && !had)
+        emit measuringEnded();
+    m_view->update();
 }
 
 // ---- files

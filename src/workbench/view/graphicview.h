@@ -1,7 +1,9 @@
 // The graphics view of the workbench: shows the rows that it is told to, over each other.
 #pragma once
 
+#include "workbench/view/inspection.h"
 #include "workbench/view/lengthunit.h"
+#include "workbench/view/measuring.h"
 #include "workbench/view/scenestore.h"
 
 #include <QStringList>
@@ -41,6 +43,10 @@ public slots:
     void fitAll();
     void setFromBelow(bool fromBelow);
     void changeUnit();
+    // The mouse measures instead of inspecting.
+    void setMeasuring(bool measuring);
+    // Forgets what is measured and what is inspected.
+    void clearMarks();
 
 signals:
     // The place under the mouse; empty when it leaves.
@@ -49,6 +55,8 @@ signals:
     // `reason` names the file.
     void fileFailed(const QString &path, const QString &reason);
     void filesDropped(const QStringList &paths);
+    // Escape was pressed while nothing was measured.
+    void measuringEnded();
 
 protected:
     void dragEnterEvent(QDragEnterEvent *event) override;
@@ -66,8 +74,12 @@ private:
     void takeBoard(const drawing::LayerScene &scene);
     QString titleOf(const QVector<ViewRow> &rows) const;
     void lookAtFiles();
+    void press(const cam::Point &place);
+    double reach() const;
 
     SceneStore m_store;
+    Measuring m_measuring;
+    Inspection m_inspection;
     BoardView *m_view;
     QVector<ViewRow> m_rows;
     QString m_text; // where there is nothing to draw

@@ -2,11 +2,14 @@
 
 #include "workbench/exportdialog.h"
 #include "workbench/layerpanel.h"
+#include "workbench/view/boardview.h"
 #include "workbench/view/filescenes.h"
 #include "workbench/view/graphicview.h"
+#include "workbench/view/picturefile.h"
 
 #include <QAction>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLocale>
 #include <QMenu>
 
@@ -59,6 +62,11 @@ ViewCommands::ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMen
     open->setObjectName("OpenLayerFiles");
     open->setShortcut(QKeySequence::Open);
     open->setStatusTip(tr("Show GDSII and Gerber files over the job"));
+    QAction *save = fileMenu.addAction(tr("Save &picture ..."), this, &ViewCommands::choosePicture);
+    save->setObjectName("SavePicture");
+    save->setShortcut(QKeySequence::Save);
+    save->setStatusTip(tr("Save what is seen as PNG, PDF or SVG"));
+    fileMenu.addSeparator();
     addViewMenu(viewMenu);
     connect(&m_layers, &LayerPanel::shownChanged, this, &ViewCommands::showRows);
     connect(&m_layers, &LayerPanel::stepChosen, this, &ViewCommands::openStep);
@@ -103,6 +111,11 @@ void ViewCommands::addViewMenu(QMenu &menu)
     connect(m_asExported, &QAction::toggled, this, &ViewCommands::showRows);
     connect(add(tr("Next &unit"), "NextUnit", Qt::Key_U, tr("Millimetres, inches, mils")),
             &QAction::triggered, &m_view, &GraphicView::changeUnit);
+    QAction *measure = add(tr("&Measure"), "Measure", Qt::Key_M,
+                           tr("Press two places; centers, corners, ends and edges catch the mouse"));
+    measure->setCheckable(true);
+    connect(measure, &QAction::toggled, &m_view, &GraphicView::setMeasuring);
+    connect(&m_view, &GraphicView::measuringEnded, measure, [measure] { measure->setChecked(false); });
     menu.addSeparator();
     const struct
     {
@@ -193,4 +206,17 @@ void ViewCommands::chooseFiles()
     openFiles(QFileDialog::getOpenFileNames(&m_view, tr("Open layer files"), QString(),
                                             tr("Layer files (%1)").arg(layerFilePatterns().join(' ')) + ";;" +
                                                 tr("All files") + " (*)"));
+}
+
+void ViewCommands::choosePicture()
+{
+    QString path = QFileDialog::getSaveFileName(&m_view, tr("Save picture"), QString(),
+                                                tr("Pictures (%1)").arg(pictureFilePatterns().join(' ')));
+    if (path.isEmpty())
+        return;
+    if (QFileInfo(path).suffix().isEmpty())
+        path += ".png";
+    const QString failure = savePicture(m_view.board(), path);
+    if (!failure.isEmpty())
+        emit fileFailed(path, failure);
 }

@@ -42,6 +42,7 @@ private:
     void showRows();
     QVector<ViewRow> rows() const;
     void chooseFiles();
+    void choosePicture();
 
     LayerPanel &m_layers;
     GraphicView &m_view;

@@ -23,6 +23,7 @@
 #include "workbench/resultspane.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/shortcutsdialog.h"
+#include "workbench/view/boardview.h"
 #include "workbench/view/graphicview.h"
 #include "workbench/view/viewcommands.h"
 #include "workbench/windowmemory.h"
@@ -48,6 +49,7 @@
 
 #include <glog/logging.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -110,6 +112,7 @@ void MainWindow::buildPanels()
     m_view = new GraphicView;
     m_logPane = new LogPane;
     m_results = new ResultsPane;
+    connect(m_results, &ResultsPane::placeChosen, this, &MainWindow::showPlace);
     m_messageBar = new MessageBar;
     auto *centre = new QWidget;
     auto *layout = new QVBoxLayout(centre);
@@ -488,6 +491,19 @@ void MainWindow::showExportResults()
     if (m_verifies)
         m_verifier.start(results);
     showProofs();
+}
+
+// As the view draws the layer: in the place of the file while it shows layers as they are exported.
+void MainWindow::showPlace(const QString &layer, const QPointF &place, double width)
+{
+    constexpr double millimetre = 1e6, timesWidth = 5.0,
+                     least = 0.05; // to each side, the last in millimetres
+    m_layers->chooseLayer(layer);
+    const double reach = std::max(timesWidth * width, least);
+    cam::Box box;
+    box.add(cam::Point{(place.x() - reach) * millimetre, (place.y() - reach) * millimetre});
+    box.add(cam::Point{(place.x() + reach) * millimetre, (place.y() + reach) * millimetre});
+    m_view->board().showBox(box);
 }
 
 void MainWindow::showProofs()

@@ -98,6 +98,7 @@ private:
     void takeLayerFile(const QFileInfo &file);
     void showExportResults();
     void showProofs();
+    void showPlace(const QString &layer, const QPointF &place, double width);
     void takeExportReport(const QString &folder, const QStringList &layers);
     void readOpenJobAgain();
     void renameJob(const QString &name);

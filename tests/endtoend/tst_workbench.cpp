@@ -378,6 +378,8 @@ private slots:
         QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
         QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
         QCOMPARE(chosen.count(), 1);
+        const cam::Point shown = window->findChild<BoardView *>()->viewport().center;
+        QVERIFY(std::fabs(shown.x / 1e6 - 90.5) < 0.1 && std::fabs(shown.y / 1e6 - 91.0) < 0.1);
         QCOMPARE(chosen[0][0].toString(), QString("BOTTOM"));
         QVERIFY(std::fabs(chosen[0][1].toPointF().x() - 90.5) < 0.01);
         QVERIFY(std::fabs(chosen[0][2].toDouble() - 1.0) < 0.02);

@@ -420,6 +420,89 @@
     </message>
 </context>
 <context>
+    <name>Inspection</name>
+    <message>
+        <source>Line</source>
+        <translation>Linie</translation>
+    </message>
+    <message>
+        <source>Arc</source>
+        <translation>Bogen</translation>
+    </message>
+    <message>
+        <source>Pad</source>
+        <translation>Pad</translation>
+    </message>
+    <message>
+        <source>Surface</source>
+        <translation>Fläche</translation>
+    </message>
+    <message>
+        <source>Symbol %1</source>
+        <translation>Symbol %1</translation>
+    </message>
+    <message>
+        <source>, the job&apos;s own</source>
+        <translation>, des Auftrags eigenes</translation>
+    </message>
+    <message>
+        <source>, clears</source>
+        <translation>, löscht</translation>
+    </message>
+    <message>
+        <source>From %1</source>
+        <translation>Von %1</translation>
+    </message>
+    <message>
+        <source>To %1</source>
+        <translation>Nach %1</translation>
+    </message>
+    <message>
+        <source>Length %1</source>
+        <translation>Länge %1</translation>
+    </message>
+    <message>
+        <source>Center %1</source>
+        <translation>Mittelpunkt %1</translation>
+    </message>
+    <message>
+        <source>Radius %1</source>
+        <translation>Radius %1</translation>
+    </message>
+    <message>
+        <source>At %1</source>
+        <translation>Bei %1</translation>
+    </message>
+    <message>
+        <source>Turned clockwise by %1°</source>
+        <translation>Um %1° im Uhrzeigersinn gedreht</translation>
+    </message>
+    <message>
+        <source>Mirrored</source>
+        <translation>Gespiegelt</translation>
+    </message>
+    <message>
+        <source>Resized by %1</source>
+        <translation>Größe um %1 geändert</translation>
+    </message>
+    <message>
+        <source>%1 contours, %2 edges</source>
+        <translation>%1 Konturen, %2 Kanten</translation>
+    </message>
+    <message>
+        <source>Step %1, feature %2</source>
+        <translation>Step %1, Element %2</translation>
+    </message>
+    <message>
+        <source>Layer %1</source>
+        <translation>Lage %1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 here; click again for the next</source>
+        <translation>%1 von %2 hier; noch ein Klick zeigt das nächste</translation>
+    </message>
+</context>
+<context>
     <name>JobCommands</name>
     <message>
         <source>New name of the job %1:</source>
@@ -570,14 +653,6 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>Type</source>
         <translation>Typ</translation>
-    </message>
-    <message>
-        <source>Context</source>
-        <translation>Kontext</translation>
-    </message>
-    <message>
-        <source>Polarity</source>
-        <translation>Polarität</translation>
     </message>
     <message>
         <source>Step</source>
@@ -1242,6 +1317,30 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>All files</source>
         <translation>Alle Dateien</translation>
+    </message>
+    <message>
+        <source>Save &amp;picture ...</source>
+        <translation>&amp;Bild speichern ...</translation>
+    </message>
+    <message>
+        <source>Save what is seen as PNG, PDF or SVG</source>
+        <translation>Was zu sehen ist als PNG, PDF oder SVG speichern</translation>
+    </message>
+    <message>
+        <source>&amp;Measure</source>
+        <translation>&amp;Messen</translation>
+    </message>
+    <message>
+        <source>Press two places; centers, corners, ends and edges catch the mouse</source>
+        <translation>Zwei Stellen drücken; Mitten, Ecken, Enden und Kanten fangen die Maus</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>Bild speichern</translation>
+    </message>
+    <message>
+        <source>Pictures (%1)</source>
+        <translation>Bilder (%1)</translation>
     </message>
 </context>
 <context>

@@ -418,6 +418,89 @@
     </message>
 </context>
 <context>
+    <name>Inspection</name>
+    <message>
+        <source>Line</source>
+        <translation>线</translation>
+    </message>
+    <message>
+        <source>Arc</source>
+        <translation>圆弧</translation>
+    </message>
+    <message>
+        <source>Pad</source>
+        <translation>焊盘</translation>
+    </message>
+    <message>
+        <source>Surface</source>
+        <translation>面</translation>
+    </message>
+    <message>
+        <source>Symbol %1</source>
+        <translation>符号 %1</translation>
+    </message>
+    <message>
+        <source>, the job&apos;s own</source>
+        <translation>，料号自带</translation>
+    </message>
+    <message>
+        <source>, clears</source>
+        <translation>，清除</translation>
+    </message>
+    <message>
+        <source>From %1</source>
+        <translation>起点 %1</translation>
+    </message>
+    <message>
+        <source>To %1</source>
+        <translation>终点 %1</translation>
+    </message>
+    <message>
+        <source>Length %1</source>
+        <translation>长度 %1</translation>
+    </message>
+    <message>
+        <source>Center %1</source>
+        <translation>圆心 %1</translation>
+    </message>
+    <message>
+        <source>Radius %1</source>
+        <translation>半径 %1</translation>
+    </message>
+    <message>
+        <source>At %1</source>
+        <translation>位置 %1</translation>
+    </message>
+    <message>
+        <source>Turned clockwise by %1°</source>
+        <translation>顺时针旋转 %1°</translation>
+    </message>
+    <message>
+        <source>Mirrored</source>
+        <translation>已镜像</translation>
+    </message>
+    <message>
+        <source>Resized by %1</source>
+        <translation>涨缩 %1</translation>
+    </message>
+    <message>
+        <source>%1 contours, %2 edges</source>
+        <translation>%1 个轮廓，%2 条边</translation>
+    </message>
+    <message>
+        <source>Step %1, feature %2</source>
+        <translation>Step %1，图形 %2</translation>
+    </message>
+    <message>
+        <source>Layer %1</source>
+        <translation>层 %1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 here; click again for the next</source>
+        <translation>此处第 %1 / %2 个；再次点击看下一个</translation>
+    </message>
+</context>
+<context>
     <name>JobCommands</name>
     <message>
         <source>New name of the job %1:</source>
@@ -568,14 +651,6 @@ They can also be dropped on this window.</source>
     <message>
         <source>Type</source>
         <translation>类型</translation>
-    </message>
-    <message>
-        <source>Context</source>
-        <translation>上下文</translation>
-    </message>
-    <message>
-        <source>Polarity</source>
-        <translation>极性</translation>
     </message>
     <message>
         <source>Step</source>
@@ -1238,6 +1313,30 @@ They can also be dropped on this window.</source>
     <message>
         <source>All files</source>
         <translation>所有文件</translation>
+    </message>
+    <message>
+        <source>Save &amp;picture ...</source>
+        <translation>保存图片(&amp;P) ...</translation>
+    </message>
+    <message>
+        <source>Save what is seen as PNG, PDF or SVG</source>
+        <translation>将所见保存为 PNG、PDF 或 SVG</translation>
+    </message>
+    <message>
+        <source>&amp;Measure</source>
+        <translation>测量(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Press two places; centers, corners, ends and edges catch the mouse</source>
+        <translation>点击两处；中心、角点、端点和边会自动捕捉</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>Pictures (%1)</source>
+        <translation>图片 (%1)</translation>
     </message>
 </context>
 <context>

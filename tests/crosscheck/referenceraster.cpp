@@ -17,8 +17,14 @@ using cam::Point;
 using cam::Transform;
 using Polygon = std::vector<Point>; // output coordinates
 
-// Angle between two corners of a curve; at a radius of 10 mm its chords stay 0.1 um within the arc.
-constexpr double stepDegrees = 0.5;
+// The angle between two corners of a curve: its chords stay 50 nm within the arc, a hundredth of a pixel's
+// half, or at radii from 5 mm on are half a degree long.
+double stepDegrees(double radius)
+{
+    constexpr double tolerance = 50.0, least = 0.5, most = 30.0, halfTurn = 3.14159265358979323846;
+    const double step = 2.0 * std::acos(std::max(-1.0, 1.0 - tolerance / radius)) * 180.0 / halfTurn;
+    return radius > 0.0 ? std::clamp(step, least, most) : most;
+}
 
 class Canvas
 {
@@ -128,9 +134,9 @@ private:
 void addArc(Polygon &polygon, Point from, const cam::Edge &edge)
 {
     const double swept = cam::sweptDegrees(from, edge);
-    const int steps = static_cast<int>(std::fabs(swept) / stepDegrees) + 1;
     const double fromRadius = cam::distance(from, edge.center),
                  toRadius = cam::distance(edge.end, edge.center);
+    const int steps = static_cast<int>(std::fabs(swept) / stepDegrees(std::max(fromRadius, toRadius))) + 1;
     for (int i = 1; i < steps; ++i) {
         const double share = static_cast<double>(i) / steps;
         const double radius = fromRadius + share * (toRadius - fromRadius);

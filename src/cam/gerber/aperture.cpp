@@ -179,7 +179,8 @@ bool isPolygonWithCircles(const ContourView &contour)
             const double reach = edge.kind == EdgeKind::Line && along != Point{}
                                      ? std::fabs(cross(along, arc.center - from)) / length(along)
                                      : radius;
-            if (reach < radius * (1.0 - 1e-9))
+            // Where a shape has been resized, its arcs may meet in a notch within another one's circle.
+            if (std::min(reach, distance(edge.end, arc.center)) < radius * (1.0 - 1e-9))
                 return false;
         }
     }

@@ -78,6 +78,7 @@ private slots:
     void gapWithoutWidthIsNotCutOut();
     void symbolWithoutExactFormHasNoAperture_data();
     void symbolWithoutExactFormHasNoAperture();
+    void gapsThatGrowTogetherAreNotFilled();
     void fourGapsAreTheFormatsOwnThermal();
     void onlyMacrosWithCutOutsHaveClearParts();
 };
@@ -244,6 +245,12 @@ void tst_Aperture::symbolWithoutExactFormHasNoAperture()
 {
     QFETCH(QString, name);
     QVERIFY(!cam::apertureOf(symbol(name), 0.0, Transform()).has_value());
+}
+
+// Grown by more than its gaps, the outline has notches that the circles of its ends would fill.
+void tst_Aperture::gapsThatGrowTogetherAreNotFilled()
+{
+    QVERIFY(!cam::apertureOf(symbol("o_ths837x1440x0x4x117x318"), 274300.0, Transform()).has_value());
 }
 
 void tst_Aperture::fourGapsAreTheFormatsOwnThermal()

@@ -5,11 +5,12 @@
 #   scripts/bench.sh export [ROUNDS]     exports against KLayout and gerbv
 #   scripts/bench.sh import [ROUNDS]     job unpacking against tar, bsdtar and 7z
 #   scripts/bench.sh dialog [LAYERS...]  opening the Export dialog, and its table commands
+#   scripts/bench.sh view                the workbench's view on a panel of a million features
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 what=${1:-}
-[ -f "bench/$what.sh" ] || { echo "usage: scripts/bench.sh convert|dialog|export|import [ARGUMENTS]" >&2; exit 2; }
+[ -f "bench/$what.sh" ] || { echo "usage: scripts/bench.sh convert|dialog|export|import|view [ARGUMENTS]" >&2; exit 2; }
 shift
 scripts/packages.sh build test bench
 

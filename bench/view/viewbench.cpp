@@ -1,0 +1,125 @@
+// Measures the view: how long the first picture of a layer takes, how long frames take while the view is
+// panned and zoomed, and how much memory that is. One process a layer; scripts/bench.sh view runs it.
+//
+//   viewbench JOB STEP LAYER               the job's folder
+//   viewbench panel WORK JOB STEP LAYER    writes WORK/panel: a million features, the layer again and again
+#include "bench/export/panel.h"
+#include "drawing/layerscene.h"
+#include "workbench/view/boardview.h"
+#include "workbench/view/scenestore.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <functional>
+#include <vector>
+
+namespace {
+
+// Of this process, in MB of 1e6 bytes; 0 where the system does not say.
+double megabytes(const char *name)
+{
+    QFile file("/proc/self/status");
+    if (!file.open(QIODevice::ReadOnly))
+        return 0.0;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(name))
+            return line.mid(int(qstrlen(name))).simplified().split(' ').value(0).toDouble() * 1024 / 1e6;
+    }
+    return 0.0;
+}
+
+// Paints what the view shows now, as the window system would; returns milliseconds.
+double frame(BoardView &view)
+{
+    QElapsedTimer timer;
+    timer.start();
+    view.repaint();
+    QCoreApplication::processEvents();
+    return double(timer.nsecsElapsed()) / 1e6;
+}
+
+void waitFor(const std::function<bool()> &isDone)
+{
+    while (!isDone())
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
+}
+
+void print(const char *what, std::vector<double> times)
+{
+    std::sort(times.begin(), times.end());
+    std::printf("%s: median %.1f ms, 95 of 100 within %.1f ms, worst %.1f ms (%zu frames)\n", what,
+                times[times.size() / 2], times[times.size() * 95 / 100], times.back(), times.size());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (argc == 6 && qstrcmp(argv[1], "panel") == 0) {
+        const std::size_t count =
+            bench::writeFlatPanel({argv[3], argv[4], argv[5]}, std::string(argv[2]) + "/panel", 1000000);
+        std::printf("%zu features\n", count);
+        return 0;
+    }
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: viewbench JOB STEP LAYER\n"
+                             "       viewbench panel WORK JOB STEP LAYER\n");
+        return 2;
+    }
+    BoardView view;
+    view.resize(1240, 780);
+    view.show();
+    QCoreApplication::processEvents();
+    const double before = megabytes("VmRSS:");
+
+    QElapsedTimer timer;
+    timer.start();
+    SceneStore store;
+    ViewRow row;
+    row.name = argv[3];
+    row.color = QColor(255, 215, 0);
+    store.setStep(argv[1], argv[2]);
+    store.want({row});
+    waitFor([&] { return !store.isBusy(); });
+    const std::shared_ptr<const drawing::Scene> scene = store.scene(row);
+    if (!scene) {
+        std::fprintf(stderr, "the layer cannot be read\n");
+        return 1;
+    }
+    const double read = double(timer.elapsed());
+    std::printf("read: %.2f s of processor time\n", double(std::clock()) / CLOCKS_PER_SEC);
+    view.setFrame(scene->extent(), true);
+    view.setScenes({{scene, row.color, 1.0}});
+    waitFor([&] { return view.isDrawn(); });
+    frame(view);
+    std::printf("first picture: %.2f s, of these reading %.2f s; %.2f s of processor time\n",
+                double(timer.elapsed()) / 1e3, read / 1e3, double(std::clock()) / CLOCKS_PER_SEC);
+
+    std::vector<double> panning, zooming;
+    const drawing::Viewport start = view.viewport();
+    view.setViewport(start.center, start.pixel / 4);
+    waitFor([&] { return view.isDrawn(); });
+    for (int i = 0; i < 200; ++i) { // to and fro, twelve pixels a frame
+        const double far = (i % 100 < 50 ? i % 50 : 50 - i % 50) * 12.0 * start.pixel / 4;
+        view.setViewport({start.center.x + far, start.center.y + far / 2}, start.pixel / 4);
+        panning.push_back(frame(view));
+    }
+    for (int i = 0; i < 100; ++i) {
+        view.setViewport(start.center, start.pixel / std::pow(1.1, i % 50));
+        zooming.push_back(frame(view));
+    }
+    print("panning", panning);
+    print("zooming", zooming);
+    const auto features =
+        dynamic_cast<const drawing::LayerScene &>(*scene).image().top().features.order.size();
+    std::printf("memory: %.0f MB with %zu features, %.0f MB before; most %.0f MB\n", megabytes("VmRSS:"),
+                features, before, megabytes("VmHWM:"));
+    return 0;
+}

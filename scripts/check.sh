@@ -27,6 +27,8 @@ for test in $(git ls-files 'tests/**/tst_*.cpp'); do
         complain "$test: the test class is to have the name of its file."
 done
 
+scripts/translations.sh --check || complain "Translations: texts above are in one language only."
+
 for script in scripts/*.sh scripts/windows/*.sh .ci/run; do
     bash -n "$script" || complain "$script does not parse."
     # wine.sh is sourced by the others.

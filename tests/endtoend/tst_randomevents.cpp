@@ -69,6 +69,7 @@ private:
     std::mt19937 m_random;
     QStringList m_last; // what was done, for whoever looks for a failure
     int m_done = 0;
+    bool m_isRunning = false;
 
     int below(int most) { return most <= 0 ? 0 : int(m_random() % unsigned(most)); }
     bool oneIn(int number) { return below(number) == 0; }
@@ -251,29 +252,24 @@ private:
         }
     }
 
-    // Acts from a timer, so that it goes on in the event loops of dialogs.
+    // The next event is due before this one is made: it may open a dialog, whose own loop goes on with it. A
+    // timer would not fire again within its own slot.
+    void goOn(MainWindow &window)
+    {
+        QTimer::singleShot(5, &window, [this, &window] {
+            if (!m_isRunning)
+                return;
+            goOn(window);
+            act(window);
+        });
+    }
+
     void run(MainWindow &window, int milliseconds)
     {
-        QTimer timer;
-        bool isActing = false;
-        connect(&timer, &QTimer::timeout, this, [&] {
-            if (isActing)
-                return;
-            isActing = true;
-            act(window);
-            isActing = false;
-        });
-        // A dialog's own loop runs within act(): it must not hold the others up.
-        QTimer inner;
-        connect(&inner, &QTimer::timeout, this, [&] {
-            if (isActing && (QApplication::activeModalWidget() || QApplication::activePopupWidget()))
-                act(window);
-        });
-        timer.start(5);
-        inner.start(15);
+        m_isRunning = true;
+        goOn(window);
         QTest::qWait(milliseconds);
-        timer.stop();
-        inner.stop();
+        m_isRunning = false;
         for (int i = 0; i < 100; ++i) {
             if (QWidget *popup = QApplication::activePopupWidget())
                 popup->close();

@@ -9,7 +9,7 @@ declare -A packages=(
             libutfcpp-dev qttools5-dev-tools qttranslations5-l10n"
     [run]="p7zip-full fonts-dejavu-core fonts-wqy-microhei qtbase5-dev"
     [test]="p7zip-full fonts-dejavu-core dpkg-dev file parallel procps"
-    [check]="clang-format python3 qttools5-dev-tools"
+    [check]="clang-format clang-tidy python3 qttools5-dev-tools"
     [crosscheck]="gerbv klayout"
     [bench]="gerbv klayout libarchive-tools"
     [fuzz]="clang libclang-rt-dev"

@@ -57,7 +57,7 @@ protected:
         // The base would make a list in order to style it. The size hint that it would forget is not asked
         // for: the cell gives the size.
         if (event->type() == QEvent::StyleChange && !m_hasView)
-            QWidget::changeEvent(event);
+            QWidget::changeEvent(event); // NOLINT(bugprone-parent-virtual-call)
         else
             ComboBox::changeEvent(event);
     }

@@ -24,7 +24,7 @@ namespace cam::gdsii {
 // clang-format on
 
 enum class Record : std::uint16_t {
-#define CAM_GDSII_ENUMERATOR(name, number) name = number,
+#define CAM_GDSII_ENUMERATOR(name, number) name = (number),
     CAM_GDSII_RECORDS(CAM_GDSII_ENUMERATOR)
 #undef CAM_GDSII_ENUMERATOR
 };

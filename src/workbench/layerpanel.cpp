@@ -2,7 +2,6 @@
 
 #include "workbench/viewcolor.h"
 
-#include <QColorDialog>
 #include <QComboBox>
 #include <QContextMenuEvent>
 #include <QFileInfo>
@@ -18,6 +17,11 @@
 #include <QStackedWidget>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#if QT_CONFIG(colordialog)
+#include <QColorDialog>
+#else
+#include <QInputDialog>
+#endif
 
 #include <algorithm>
 
@@ -573,8 +577,13 @@ bool LayerPanel::eventFilter(QObject *watched, QEvent *event)
 
 void LayerPanel::chooseColor(int row)
 {
-    const QColor color = QColorDialog::getColor(m_rows[std::size_t(row)].color, this,
-                                                tr("Color of %1").arg(m_rows[std::size_t(row)].name));
+    const QString title = tr("Color of %1").arg(m_rows[std::size_t(row)].name);
+    const QColor before = m_rows[std::size_t(row)].color;
+#if QT_CONFIG(colordialog)
+    const QColor color = QColorDialog::getColor(before, this, title);
+#else // by its name, or as #rrggbb
+    const QColor color(QInputDialog::getText(this, title, title, QLineEdit::Normal, before.name()));
+#endif
     if (!color.isValid())
         return;
     m_rows[std::size_t(row)].color = color;

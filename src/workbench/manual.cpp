@@ -2,9 +2,14 @@
 
 #include <QImage>
 #include <QKeyEvent>
-#include <QTextBrowser>
 #include <QTextDocument>
 #include <QVBoxLayout>
+#if QT_CONFIG(textbrowser)
+#include <QTextBrowser>
+#else
+#include <QFile>
+#include <QPlainTextEdit>
+#endif
 
 // The guide lies in a static library, from which only what is called gets into a program.
 static void initManual()
@@ -12,6 +17,7 @@ static void initManual()
     Q_INIT_RESOURCE(manual);
 }
 
+#if QT_CONFIG(textbrowser)
 namespace {
 
 // The guide's pictures are as wide as the windows that they show, and often wider than this one.
@@ -30,6 +36,7 @@ public:
 };
 
 } // namespace
+#endif
 
 Manual::Manual(QWidget *parent) : QWidget(parent, Qt::Window)
 {
@@ -38,10 +45,18 @@ Manual::Manual(QWidget *parent) : QWidget(parent, Qt::Window)
     setWindowTitle(tr("User guide"));
     setAttribute(Qt::WA_DeleteOnClose);
     resize(900, 700);
+#if QT_CONFIG(textbrowser)
     auto *browser = new Browser;
     browser->setOpenExternalLinks(true);
     browser->resize(size());
     browser->setSource(QUrl("qrc:/manual/user-guide.md"));
+#else // a Qt without it: the guide as it was written, which is plain enough
+    auto *browser = new QPlainTextEdit;
+    browser->setReadOnly(true);
+    QFile guide(":/manual/user-guide.md");
+    if (guide.open(QIODevice::ReadOnly))
+        browser->setPlainText(QString::fromUtf8(guide.readAll()));
+#endif
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(browser);

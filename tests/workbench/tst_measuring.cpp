@@ -116,7 +116,9 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("head");
         QTest::newRow("PNG") << "seen.png" << QByteArray("\x89PNG");
+#if QT_CONFIG(pdf)
         QTest::newRow("PDF") << "seen.pdf" << QByteArray("%PDF-");
+#endif
         QTest::newRow("SVG") << "seen.svg" << QByteArray("<?xml");
     }
     void picturesAreSaved()

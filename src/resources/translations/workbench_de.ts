@@ -977,6 +977,21 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     </message>
 </context>
 <context>
+    <name>PictureFile</name>
+    <message>
+        <source>%1     Scale %2</source>
+        <translation>%1     Maßstab %2</translation>
+    </message>
+    <message>
+        <source>%1: expected a name that ends in .png, .pdf or .svg</source>
+        <translation>%1: erwartet wird ein Name, der auf .png, .pdf oder .svg endet</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
     <name>RecentJobs</name>
     <message>
         <source>Recent &amp;jobs</source>

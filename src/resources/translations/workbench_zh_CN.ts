@@ -974,6 +974,21 @@ They can also be dropped on this window.</source>
     </message>
 </context>
 <context>
+    <name>PictureFile</name>
+    <message>
+        <source>%1     Scale %2</source>
+        <translation>%1     比例 %2</translation>
+    </message>
+    <message>
+        <source>%1: expected a name that ends in .png, .pdf or .svg</source>
+        <translation>%1：名称应以 .png、.pdf 或 .svg 结尾</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 无法写入：%2</translation>
+    </message>
+</context>
+<context>
     <name>RecentJobs</name>
     <message>
         <source>Recent &amp;jobs</source>

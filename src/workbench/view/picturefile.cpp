@@ -6,8 +6,10 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QPainter>
-#include <QPdfWriter>
 #include <QSaveFile>
+#if QT_CONFIG(pdf)
+#include <QPdfWriter>
+#endif
 
 #include <chrono>
 #include <future>
@@ -16,17 +18,10 @@ namespace {
 
 constexpr double nanometresOfMillimetre = 1e6;
 
-QString tr(const char *text)
+struct PictureFile
 {
-    return QCoreApplication::translate("PictureFile", text);
-}
-
-// How large things come out: "5 : 1", "1 : 2.5".
-QString scaleText(double factor)
-{
-    return factor >= 1.0 ? QString("%1 : 1").arg(factor, 0, 'g', 4)
-                         : QString("1 : %1").arg(1.0 / factor, 0, 'g', 4);
-}
+    Q_DECLARE_TR_FUNCTIONS(PictureFile)
+};
 
 QByteArray pngOf(const QImage &image)
 {
@@ -50,6 +45,14 @@ QByteArray svgOf(const QImage &image, double width, double height)
            pngOf(image).toBase64() + "\"/>\n</svg>\n";
 }
 
+#if QT_CONFIG(pdf)
+// How large things come out: "5 : 1", "1 : 2.5".
+QString scaleText(double factor)
+{
+    return factor >= 1.0 ? QString("%1 : 1").arg(factor, 0, 'g', 4)
+                         : QString("1 : %1").arg(1.0 / factor, 0, 'g', 4);
+}
+
 QByteArray pdfOf(const QImage &image, double width, const QString &title)
 {
     QByteArray bytes;
@@ -68,23 +71,33 @@ QByteArray pdfOf(const QImage &image, double width, const QString &title)
     painter.drawImage(QRect(QPoint((room.width() - size.width()) / 2, 0), size), image);
     const double onPaper = size.width() / 300.0 * 25.4; // millimetres
     painter.drawText(QRect(0, writer.height() - line, writer.width(), line), Qt::AlignLeft | Qt::AlignVCenter,
-                     tr("%1     Scale %2").arg(title, scaleText(onPaper / width)));
+                     PictureFile::tr("%1     Scale %2").arg(title, scaleText(onPaper / width)));
     painter.end();
     return bytes;
 }
+#else
+QByteArray pdfOf(const QImage &, double, const QString &)
+{
+    return {};
+}
+#endif
 
 } // namespace
 
 QStringList pictureFilePatterns()
 {
+#if QT_CONFIG(pdf)
     return {"*.png", "*.pdf", "*.svg"};
+#else
+    return {"*.png", "*.svg"};
+#endif
 }
 
 QString savePicture(const BoardView &view, const QString &path, int factor)
 {
     const QString suffix = QFileInfo(path).suffix().toLower();
     if (!pictureFilePatterns().contains("*." + suffix))
-        return tr("%1: expected a name that ends in .png, .pdf or .svg").arg(path);
+        return PictureFile::tr("%1: expected a name that ends in .png, .pdf or .svg").arg(path);
     drawing::Viewport viewport = view.viewport();
     viewport.size *= factor;
     viewport.pixel /= factor;
@@ -101,6 +114,6 @@ QString savePicture(const BoardView &view, const QString &path, int factor)
                                                : pdfOf(image, width, view.title());
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        return tr("%1 cannot be written: %2").arg(path, file.errorString());
+        return PictureFile::tr("%1 cannot be written: %2").arg(path, file.errorString());
     return {};
 }

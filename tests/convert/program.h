@@ -50,6 +50,7 @@ public:
             process.kill();
         Ran ran;
         ran.output = QString::fromUtf8(process.readAllStandardOutput());
+        ran.output.replace("\r\n", "\n"); // Windows' ends of lines
         ran.errors = QString::fromUtf8(process.readAllStandardError());
         if (ended && process.exitStatus() == QProcess::NormalExit)
             ran.code = process.exitCode();

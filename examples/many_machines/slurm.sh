@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # A Slurm array job: the task N exports the archive in the line N of a list.
 #
-#   sbatch --array=1-$(wc -l <archives.txt) examples/farm/slurm.sh OUT archives.txt [OPTION...]
+#   sbatch --array=1-$(wc -l <archives.txt) examples/many_machines/slurm.sh OUT archives.txt [OPTION...]
 #
 #SBATCH --job-name=camconvert
 #SBATCH --requeue

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Jobs on two workers by examples/farm/parallel.sh; one worker is killed in the middle, then the engine itself; after a restart every
+# Jobs on two workers by examples/many_machines/parallel.sh; one worker is killed in the middle, then the engine itself; after a restart every
 # job is done, none twice, and nothing is lost or half.
 #
-#   tst_farm.sh CAMCONVERT PROJECT [JOBS]
+#   tst_manymachines.sh CAMCONVERT PROJECT [JOBS]
 set -euo pipefail
 
 program=$(realpath "$1") project=$(realpath "$2") jobs=${3:-8}
@@ -37,38 +37,38 @@ END
 chmod +x worker
 export CAMCONVERT=$work/worker
 : >written
-farm() { "$project/examples/farm/parallel.sh" out archives/*.tgz -- --layers top,gnd,drill; }
+convertAll() { "$project/examples/many_machines/parallel.sh" out archives/*.tgz -- --layers top,gnd,drill; }
 records() { find out/.camconvert -name '*.json' 2>/dev/null | wc -l; }
 # The processes below one.
 below() { local child; for child in $(ps -o pid= --ppid "$1"); do echo "$child"; below "$child"; done; }
 
-farm >first.log 2>&1 &
-farm=$!
+convertAll >first.log 2>&1 &
+engine=$!
 until [ "$(records)" -ge $((jobs / 4)) ]; do
-    kill -0 $farm 2>/dev/null || { cat first.log; die "the first run ended before anything could be killed"; }
+    kill -0 $engine 2>/dev/null || { cat first.log; die "the first run ended before anything could be killed"; }
     sleep 0.01
 done
 # One worker in the middle of its job...
 victim=
 while [ -z "$victim" ]; do
-    kill -0 $farm 2>/dev/null || { cat first.log; die "the first run ended before a worker could be killed"; }
-    for process in $(below $farm); do
+    kill -0 $engine 2>/dev/null || { cat first.log; die "the first run ended before a worker could be killed"; }
+    for process in $(below $engine); do
         [ "$(readlink "/proc/$process/exe" 2>/dev/null)" != "$program" ] || victim=$process
     done
 done
 kill -9 "$victim"
 # ...and then everything else.
 until [ "$(records)" -ge $((jobs / 2)) ]; do
-    kill -0 $farm 2>/dev/null || die "the first run ended too early"
+    kill -0 $engine 2>/dev/null || die "the first run ended too early"
     sleep 0.01
 done
-kill -9 $(below $farm) $farm 2>/dev/null || true
-wait $farm 2>/dev/null || true
+kill -9 $(below $engine) $engine 2>/dev/null || true
+wait $engine 2>/dev/null || true
 before=$(records)
 echo "killed: one worker, then all, with $before of $jobs jobs done"
 [ "$before" -lt "$jobs" ] || die "all jobs were done before the restart"
 
-farm >second.log 2>&1 || { cat second.log; die "the second run"; }
+convertAll >second.log 2>&1 || { cat second.log; die "the second run"; }
 [ "$(records)" -eq "$jobs" ] || die "$(records) records of $jobs"
 kept=$(grep -l '"status":"kept"' out/reports/*.jsonl | wc -l)
 [ "$kept" -ge "$before" ] || die "$kept jobs passed over of $before that were done"
@@ -89,6 +89,6 @@ for archive in archives/*.tgz; do
             die "out/$name/$file is not what it should be"
     done
 done
-farm >third.log 2>&1 || die "the third run"
+convertAll >third.log 2>&1 || die "the third run"
 [ "$(grep -l '"status":"written"' out/reports/*.jsonl | wc -l)" -eq 0 ] || die "a job was done again"
 echo "$jobs jobs: $before before the kill, $((jobs - before)) after it, none twice"

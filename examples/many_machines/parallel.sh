@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # Exports many archives with GNU parallel (Debian's package parallel), here or on other machines.
 #
-#   examples/farm/parallel.sh OUT ARCHIVE.tgz... [-- OPTION...]
+#   examples/many_machines/parallel.sh OUT ARCHIVE.tgz... [-- OPTION...]
 #
-#   FARM_JOBS     how many at a time on this machine (2)
-#   FARM_LOGINS   machines instead of this one, as --sshlogin of GNU parallel takes them
+#   CONVERT_JOBS     how many at a time on this machine (2)
+#   CONVERT_LOGINS   machines instead of this one, as --sshlogin of GNU parallel takes them
 #   CAMCONVERT    the program (camconvert)
 set -euo pipefail
 
-[ $# -ge 2 ] || { echo "usage: examples/farm/parallel.sh OUT ARCHIVE.tgz... [-- OPTION...]" >&2; exit 2; }
+[ $# -ge 2 ] || { echo "usage: examples/many_machines/parallel.sh OUT ARCHIVE.tgz... [-- OPTION...]" >&2; exit 2; }
 out=$(realpath -m "$1")
 shift
 archives=()
@@ -19,8 +19,8 @@ done
 [ $# -eq 0 ] || shift # the --
 mkdir -p "$out/reports"
 
-where=(--jobs "${FARM_JOBS:-2}")
-[ -z "${FARM_LOGINS:-}" ] || where=(--sshlogin "$FARM_LOGINS")
+where=(--jobs "${CONVERT_JOBS:-2}")
+[ -z "${CONVERT_LOGINS:-}" ] || where=(--sshlogin "$CONVERT_LOGINS")
 
 # Each job by one thread: jobs run side by side. {/.} is the archive's name without its folder and its ending.
 parallel --will-cite --quote "${where[@]}" --joblog "$out/parallel.log" --retries 2 \

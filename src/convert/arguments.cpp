@@ -235,7 +235,7 @@ PictureSize pictureSize(const Parser &parser, QString &error)
     if (!(size.pixelsPerMillimetre > 0.0))
         error = "--scale: expected a number above 0";
     if (width < 1.0 || width > 1e5 || width != std::floor(width))
-        error = "--width: expected a whole number above 0";
+        error = "--width: expected a whole number of 1 to 100000";
     if (parser.isSet("scale") && parser.isSet("width"))
         error = "expected --scale or --width, not both";
     if (!parser.isSet("scale"))
@@ -393,8 +393,10 @@ void parseDiff(const QStringList &arguments, Arguments &result)
     }
     values.first = operands[0];
     values.second = operands[1];
-    values.areFiles = !isJob(values.first);
-    if (isJob(values.second) == values.areFiles)
+    // What is not there is an error of the comparison, whatever it would have been.
+    const bool isFirstThere = QFileInfo::exists(values.first);
+    values.areFiles = !isJob(isFirstThere ? values.first : values.second);
+    if (isFirstThere && QFileInfo::exists(values.second) && isJob(values.second) == values.areFiles)
         result.error = "diff: expected two jobs or two files, found one of each";
     values.step = parser.text("step");
     values.layers = layerChoice(parser, result.error);

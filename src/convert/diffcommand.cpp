@@ -202,7 +202,10 @@ void Diff::compare()
         try {
             version->open(m_arguments.step, m_cancelled);
         } catch (const std::exception &failure) {
-            throw std::runtime_error(version->path().toStdString() + ": " + failure.what());
+            // Readers of files name theirs.
+            const std::string path = version->path().toStdString(), reason = failure.what();
+            throw std::runtime_error(reason.compare(0, path.size(), path) == 0 ? reason
+                                                                               : path + ": " + reason);
         }
     }
     plan();

@@ -177,8 +177,6 @@ private slots:
                                              << "expected a job, and the folder of its files";
         QTest::newRow("one job to compare") << "diff a.tgz"
                                             << "expected two jobs or two files";
-        QTest::newRow("a job and a file") << "diff a.tgz b.gds"
-                                          << "found one of each";
         QTest::newRow("a drawn difference") << "diff a.tgz b.tgz --picture x.pdf"
                                             << "expected a name that ends in .png";
         QTest::newRow("a picture of nothing") << "picture --out x.png"
@@ -192,7 +190,7 @@ private slots:
         QTest::newRow("a picture's scale") << "picture a --out x.png --scale 0"
                                            << "--scale: expected a number above 0";
         QTest::newRow("a picture's width") << "picture a --out x.png --width 1.5"
-                                           << "--width: expected a whole number above 0";
+                                           << "--width: expected a whole number of 1 to 100000";
         QTest::newRow("a picture's size") << "picture a --out x.png --width 15 --scale 3"
                                           << "not both";
         QTest::newRow("nothing to verify") << "verify"
@@ -668,6 +666,25 @@ private slots:
         QVERIFY2(unknown.errors.contains("nosuchlayer: neither job has a layer of that name"),
                  qPrintable(unknown.errors));
         QCOMPARE(program.temporaryFiles(), QStringList());
+    }
+
+    void diffNeedsTwoOfAKind()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QVERIFY(program.folder().write("b.gds", "x"));
+        const Ran mixed = program.run({"diff", job.filePath("board"), "b.gds"});
+        QCOMPARE(mixed.code, 2);
+        QVERIFY2(mixed.errors.contains("found one of each"), qPrintable(mixed.errors));
+        const QStringList board{job.filePath("board")};
+        for (const QStringList &operands : {board + QStringList{"gone"}, QStringList{"gone"} + board,
+                                            QStringList{"b.gds", "gone.gds"}, QStringList{"gone", "gone"}}) {
+            const Ran ran = program.run(QStringList{"diff"} + operands);
+            QCOMPARE(ran.code, 1);
+            QVERIFY2(ran.errors.contains("gone") || ran.errors.contains("b.gds"), qPrintable(ran.errors));
+            QVERIFY2(!ran.errors.contains("gone: gone"), qPrintable(ran.errors));
+        }
     }
 
     void diffComparesFilesOfEitherFormat()

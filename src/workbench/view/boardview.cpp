@@ -294,25 +294,28 @@ void BoardView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.fillRect(rect(), background);
     const bool hasPlaces = !m_scenes.empty() || m_hasBoard;
-    if (hasPlaces) {
-        drawGrid(painter);
-        painter.save();
-        const qreal ratio = devicePixelRatioF();
-        painter.scale(1.0 / ratio, 1.0 / ratio);
-        drawTiles(painter);
-        painter.restore();
-        drawBoard(painter);
-        for (Overlay *overlay : m_overlays) {
-            painter.save();
-            overlay->paint(painter, *this);
-            painter.restore();
-        }
-        drawScale(painter);
-    }
+    if (hasPlaces)
+        drawAll(painter, devicePixelRatioF(), [&] { drawTiles(painter); });
     painter.setPen(textColor);
     if (!m_text.isEmpty() && m_progress.isEmpty())
         painter.drawText(rect().adjusted(24, 24, -24, -24), Qt::AlignCenter | Qt::TextWordWrap, m_text);
     drawLabel(painter, QPoint(8, 6), m_progress.isEmpty() ? m_title : m_progress);
+}
+
+void BoardView::drawAll(QPainter &painter, double ratio, const std::function<void()> &drawLayers) const
+{
+    drawGrid(painter);
+    painter.save();
+    painter.scale(1.0 / ratio, 1.0 / ratio);
+    drawLayers();
+    painter.restore();
+    drawBoard(painter);
+    for (Overlay *overlay : m_overlays) {
+        painter.save();
+        overlay->paint(painter, *this);
+        painter.restore();
+    }
+    drawScale(painter);
 }
 
 QImage BoardView::finished(const QImage &layers) const
@@ -322,18 +325,7 @@ QImage BoardView::finished(const QImage &layers) const
     QPainter painter(&image);
     const double factor = static_cast<double>(layers.width()) / width();
     painter.scale(factor, factor);
-    drawGrid(painter);
-    painter.save();
-    painter.scale(1.0 / factor, 1.0 / factor);
-    painter.drawImage(0, 0, layers);
-    painter.restore();
-    drawBoard(painter);
-    for (Overlay *overlay : m_overlays) {
-        painter.save();
-        overlay->paint(painter, *this);
-        painter.restore();
-    }
-    drawScale(painter);
+    drawAll(painter, factor, [&] { painter.drawImage(0, 0, layers); });
     drawLabel(painter, QPoint(8, 6), m_title);
     return image;
 }

@@ -10,6 +10,8 @@
 #include <QPolygonF>
 #include <QWidget>
 
+#include <functional>
+
 Q_DECLARE_METATYPE(cam::Point)
 
 class BoardView : public QWidget
@@ -107,6 +109,9 @@ private:
     void zoomAbout(const QPointF &screen, double factor);
     void goTo(const cam::Box &box);
     void keepPicture();
+    // The layers, by `drawLayers` at `ratio` pixels to one of the painter's, and what is below and above
+    // them.
+    void drawAll(QPainter &painter, double ratio, const std::function<void()> &drawLayers) const;
     void drawTiles(QPainter &painter) const;
     void moveBy(const QPointF &screen);
     void viewChanged();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cam/model/contour.h"
+#include "cam/model/featuresource.h"
 
 #include <cstdint>
 #include <vector>
@@ -88,6 +89,7 @@ struct FeatureSet
     std::vector<Surface> surfaces;
     ContourPool contours;
     std::size_t negativeCount = 0;
+    FeatureSources sources; // of `order`; empty where the features come from no file
 
     void add(const Line &line, Polarity polarity);
     void add(const Arc &arc, Polarity polarity);

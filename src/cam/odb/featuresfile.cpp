@@ -76,6 +76,12 @@ private:
     void drawText(const Font &font, std::string_view text, const Transform &place, Point characterSize,
                   double strokeWidth, Polarity polarity);
 
+    template <typename Record>
+    void add(const Record &record, Polarity polarity)
+    {
+        m_result.features.add(record, polarity);
+        m_result.features.sources.add(m_source);
+    }
     void setUnit(LengthUnit unit);
     Point readPoint(Fields &fields, const char *what);
     // False when the symbol cannot be drawn; it has then been counted.
@@ -90,6 +96,8 @@ private:
     SymbolUnit m_symbolUnit = SymbolUnit::Mils;
     std::vector<SymbolEntry> m_symbols; // by the file's own numbers
     FeaturesFile m_result;
+    std::uint32_t m_recordCount = 0;
+    FeatureSource m_source; // of the record that is being read
 
     bool m_isInSurface = false;
     bool m_isInContour = false;
@@ -132,6 +140,11 @@ FeaturesFile Reader::read(LineReader &lines)
     return std::move(m_result);
 }
 
+bool isFeature(char record)
+{
+    return record == 'L' || record == 'P' || record == 'A' || record == 'T' || record == 'B' || record == 'S';
+}
+
 void Reader::readLine(const TextLine &line)
 {
     const std::string_view text =
@@ -145,6 +158,8 @@ void Reader::readLine(const TextLine &line)
     const bool isRecord = record.size() > 1 && (record[1] == ' ' || record[1] == '\t');
     if (!isRecord)
         return readHeaderLine({text, line.number});
+    if (isFeature(record[0]))
+        m_source = {m_recordCount++, static_cast<std::uint32_t>(line.number)};
     Fields fields(record.substr(2), line.number, m_file);
     switch (record[0]) {
     case 'L':
@@ -279,7 +294,7 @@ void Reader::readLineRecord(Fields &fields)
     const bool isDrawable = readSymbol(fields, line.symbol);
     const Polarity polarity = parsePolarity(fields);
     if (isDrawable)
-        m_result.features.add(line, polarity);
+        add(line, polarity);
 }
 
 // "P x y symbol polarity dcode orientation", where symbol may be "-1 symbol growth". The format calls the
@@ -304,7 +319,7 @@ void Reader::readPadRecord(Fields &fields)
     if (pad.growth != 0.0)
         ++m_result.readings["resized pads: grown by their number in mils, micrometres in a metric file"];
     if (isDrawable)
-        m_result.features.add(pad, polarity);
+        add(pad, polarity);
 }
 
 // "A xs ys xe ye xc yc symbol polarity dcode clockwise"
@@ -319,7 +334,7 @@ void Reader::readArcRecord(Fields &fields)
     fields.word(); // the aperture number, as above
     arc.clockwise = fields.letter('Y', 'N', "the arc's direction, Y (clockwise) or N");
     if (isDrawable)
-        m_result.features.add(arc, polarity);
+        add(arc, polarity);
 }
 
 // Whether no more than the version of a text and the attributes follows.
@@ -393,7 +408,7 @@ void Reader::drawText(const Font &font, std::string_view text, const Transform &
             line.start = place({x + stroke.start.x * scale.x, stroke.start.y * scale.y});
             line.end = place({x + stroke.end.x * scale.x, stroke.end.y * scale.y});
             line.symbol = roundSymbol(strokeWidth, stroke.isSquare);
-            m_result.features.add(line, isNegative ? Polarity::Negative : Polarity::Positive);
+            add(line, isNegative ? Polarity::Negative : Polarity::Positive);
         }
         x += characterSize.x;
     }
@@ -436,7 +451,7 @@ void Reader::readBarcodeRecord(Fields &fields)
     box.firstContour = static_cast<std::uint32_t>(m_result.features.contours.size());
     box.contourCount = 1;
     m_result.features.contours.addPolygon(corners, 4, false);
-    m_result.features.add(box, polarity);
+    add(box, polarity);
     ++m_result.simplified["barcode " + code + " as its box"];
 }
 
@@ -479,7 +494,7 @@ void Reader::readSurfaceLine(const TextLine &line)
     } else if (keyword == "SE") {
         if (m_surface.contourCount > 0 && !m_hasIsland)
             fields.fail("an island in a surface that has holes");
-        m_result.features.add(m_surface, m_surfacePolarity);
+        add(m_surface, m_surfacePolarity);
         m_isInSurface = false;
     } else {
         fields.fail("OB, OS, OC, OE or SE inside a surface");

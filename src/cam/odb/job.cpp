@@ -371,4 +371,19 @@ LayerImage Job::readLayer(const std::string &step, const std::string &layer, Rea
     return image;
 }
 
+LayerImage Job::readSteps(const std::string &step) const
+{
+    const MatrixLayer none; // no folder has its name
+    ReadingNotes notes;
+    const std::function<void(double)> report = [](double) {};
+    LayerImage image = LayerReader(m_folder, none, defaultUnit(), notes, report).read(step);
+    image.job = m_name;
+    return image;
+}
+
+LengthUnit Job::defaultUnit() const
+{
+    return readInfo(m_folder).units().value_or(LengthUnit::Inch);
+}
+
 } // namespace cam

@@ -27,6 +27,7 @@ public:
     // FormatError when that cannot be read.
     explicit Job(std::filesystem::path folder);
 
+    const std::filesystem::path &folder() const { return m_folder; }
     const std::string &name() const { return m_name; }
     const Matrix &matrix() const { return m_matrix; }
 
@@ -39,6 +40,12 @@ public:
     LayerImage readLayer(
         const std::string &step, const std::string &layer, ReadingNotes &notes,
         const std::function<void(double)> &report = [](double) {}) const;
+
+    // The steps as readLayer() has them, without features: where each nested one lies, profile and datum.
+    // Throws as readLayer() does.
+    LayerImage readSteps(const std::string &step) const;
+    // What holds in files that state no unit. Throws FormatError for a misc/info that cannot be read.
+    LengthUnit defaultUnit() const;
 
 private:
     std::filesystem::path m_folder;

@@ -578,6 +578,30 @@ private slots:
         QCOMPARE(program.run(command + QStringList{"--layers", "top", "--format", "gds"}).code, 0);
     }
 
+    // Crossings that rounding does not end with are an error of their layer, not a wrong file.
+    void edgesThatCannotBeResolvedFailTheirLayer()
+    {
+        JobFolder job;
+        job.features("$0 r200\nL 1 1 4 5 0 P 0\nL 1 5 4 1 0 N 0\n", "top");
+        job.features("$0 r200\nL 1 1 4 5 0 P 0\n", "drill");
+        const Program program;
+        const QString fewRounds = QCoreApplication::applicationDirPath() + "/camconvert_fewrounds";
+        const QStringList arguments{"export",   job.filePath("board"), "--out",    "o",
+                                    "--layers", "top,drill",           "--format", "gds"};
+        Ran ran = program.run(arguments, fewRounds);
+        QCOMPARE(ran.code, 1);
+        QVERIFY2(ran.errors.contains(QRegularExpression("error: board/pcb/top \\(gds\\): the edges around "
+                                                        "-?\\d+, -?\\d+ .*cannot be resolved")),
+                 qPrintable(ran.errors));
+        QCOMPARE(program.files("o/board"), QStringList{"drill.gds"});
+        QCOMPARE(program.run(arguments).code, 0);
+        ran = program.run({"verify", job.filePath("board"), "o", "--layers", "top", "--format", "gds"},
+                          fewRounds);
+        QCOMPARE(ran.code, 3);
+        QVERIFY2((ran.output + ran.errors).contains("cannot be resolved"),
+                 qPrintable(ran.output + ran.errors));
+    }
+
     void verifyFindsTheFilesByTheirPattern()
     {
         JobFolder job;

@@ -1,9 +1,11 @@
 #include "cam/polygon/arrangement.h"
 
+#include "cam/base/error.h"
+#include "cam/polygon/roundlimit.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <tuple>
 #include <utility>
 
 namespace cam {
@@ -11,6 +13,7 @@ namespace cam {
 namespace {
 
 constexpr std::uint32_t none = UINT32_MAX;
+constexpr int usualRounds = 2; // of most polygons
 
 // A product of 128 bits: magnitude and sign.
 struct Product
@@ -78,6 +81,17 @@ bool isWithin(GridPoint p, GridPoint a, GridPoint b)
            p.y <= std::max(a.y, b.y);
 }
 
+// Whether the line from `a` to `b` meets the square of one step around `p`.
+bool passesThrough(GridPoint a, GridPoint b, GridPoint p)
+{
+    const GridPoint u = b - a, v = p - a;
+    const std::int64_t half = (std::abs(u.x) + std::abs(u.y)) / 2;
+    if (isSmall(u) && isSmall(v))
+        return std::abs(u.x * v.y - u.y * v.x) <= half;
+    return std::fabs(static_cast<double>(u.x) * static_cast<double>(v.y) -
+                     static_cast<double>(u.y) * static_cast<double>(v.x)) <= static_cast<double>(half);
+}
+
 // An edge from its smaller end (further left, or further down) to its larger one, and how the two winding
 // numbers grow from its right side to its left one.
 struct Segment
@@ -114,8 +128,10 @@ public:
 
 private:
     void split();
+    [[noreturn]] void failToSplit() const;
     void uniteEqual();
     void findCuts();
+    bool drawTogether(std::uint32_t i, std::uint32_t j);
     void meet(std::uint32_t i, std::uint32_t j);
     void cut(std::uint32_t segment, GridPoint at);
     void applyCuts();
@@ -189,14 +205,34 @@ void Arrangement::add(const GridRing &ring, bool isSecond)
     }
 }
 
+// Segments nearly upon each other cross anew wherever rounding has bent them, and each round makes more of
+// them than it ends. So after the usual rounds the corners draw to them what passes them within half a step:
+// what was nearly one becomes one. That this ends: a cut lies in the box of what it cuts and is no end of it,
+// so that the widths and heights of the pieces sum up to those of the whole, and no piece is without both.
+// Every round cuts at least one, and uniting takes some away: there are no more rounds than grid steps along
+// all edges. That many would take for ever, though, so it gives up long before.
 void Arrangement::split()
 {
     uniteEqual();
     for (findCuts(); !m_cuts.empty(); findCuts()) {
+        if (m_rounds == mostSnappingRounds)
+            failToSplit();
         ++m_rounds;
         applyCuts();
         uniteEqual();
+        if (m_rounds == usualRounds) {
+            for (Segment &segment : m_segments)
+                segment.isNew = true;
+        }
     }
+}
+
+void Arrangement::failToSplit() const
+{
+    const GridPoint at = m_cuts.front().at;
+    throw Error("the edges around " + std::to_string(at.x) + ", " + std::to_string(at.y) +
+                " (steps of the grid) still cross each other after " + std::to_string(m_rounds) +
+                " rounds of rounding: their polygons cannot be resolved");
 }
 
 // Sorts them, too: those that are not new are in order already.
@@ -278,9 +314,26 @@ void Arrangement::findCuts()
     }
 }
 
+// Cuts each of two segments at the ends of the other that it passes within half a step. False where there are
+// none.
+bool Arrangement::drawTogether(std::uint32_t i, std::uint32_t j)
+{
+    const std::size_t before = m_cuts.size();
+    for (const auto &[segment, other] : {std::pair(i, j), std::pair(j, i)}) {
+        const GridPoint a = m_segments[segment].a, b = m_segments[segment].b;
+        for (const GridPoint end : {m_segments[other].a, m_segments[other].b}) {
+            if (isWithin(end, a, b) && passesThrough(a, b, end))
+                cut(segment, end);
+        }
+    }
+    return m_cuts.size() > before;
+}
+
 void Arrangement::meet(std::uint32_t i, std::uint32_t j)
 {
     const Segment &p = m_segments[i], &q = m_segments[j];
+    if (m_rounds >= usualRounds && drawTogether(i, j))
+        return;
     const int qa = side(p.a, p.b, q.a), qb = side(p.a, p.b, q.b);
     if (qa != 0 && qa == qb)
         return;
@@ -313,23 +366,8 @@ void Arrangement::meet(std::uint32_t i, std::uint32_t j)
         return std::clamp(v, std::max(std::min(a, b), std::min(c, d)),
                           std::min(std::max(a, b), std::max(c, d)));
     };
-    GridPoint at = {clamped(between(q.a.x, q.b.x), p.a.x, p.b.x, q.a.x, q.b.x),
-                    clamped(between(q.a.y, q.b.y), p.a.y, p.b.y, q.a.y, q.b.y)};
-    // Two segments nearly upon each other may cross a third one a step further with every round, and draw
-    // its end along for as long as it is: a corner that is there already ends that.
-    constexpr int usualRounds = 32;
-    if (m_rounds > usualRounds) {
-        const auto isBeside = [at](GridPoint end) {
-            return std::abs(at.x - end.x) <= 1 && std::abs(at.y - end.y) <= 1;
-        };
-        for (const auto &[end, a, b] : {std::tuple(p.a, q.a, q.b), std::tuple(p.b, q.a, q.b),
-                                        std::tuple(q.a, p.a, p.b), std::tuple(q.b, p.a, p.b)}) {
-            if (isBeside(end) && isWithin(end, a, b)) {
-                at = end;
-                break;
-            }
-        }
-    }
+    const GridPoint at = {clamped(between(q.a.x, q.b.x), p.a.x, p.b.x, q.a.x, q.b.x),
+                          clamped(between(q.a.y, q.b.y), p.a.y, p.b.y, q.a.y, q.b.y)};
     cut(i, at);
     cut(j, at);
 }
@@ -376,8 +414,12 @@ void Arrangement::applyCuts()
             isFirst = false;
             from = to;
         };
-        for (; i < m_cuts.size() && m_cuts[i].segment == cutSegment; ++i)
-            put(m_cuts[i].at);
+        // Rounding may have put a cut back behind the one before it: then it is left to the next round, which
+        // finds it where it is still needed.
+        for (; i < m_cuts.size() && m_cuts[i].segment == cutSegment; ++i) {
+            if (isWithin(m_cuts[i].at, from, whole.b))
+                put(m_cuts[i].at);
+        }
         put(whole.b);
     }
 }

@@ -6,7 +6,6 @@
 #include "cam/verify/sourcepicture.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace cam {
 
@@ -19,20 +18,20 @@ using verify::ArcCorners;
 Comparison verifyFile(const LayerImage &image, const ExportOptions &options,
                       const std::filesystem::path &file, const VerifyControl &control)
 {
-    std::unique_ptr<verify::Picture> written, source;
     try {
         // The number that stands for a layer is its row in the job's matrix, as far as the format has
         // numbers.
         constexpr int mostLayers = 32767;
-        written = verify::readPicture(file, static_cast<std::uint16_t>(std::clamp(image.row, 0, mostLayers)));
-        source = std::make_unique<verify::SourcePicture>(
-            image, options, verify::isGds(file) ? ArcCorners::Even : ArcCorners::Compass);
+        const auto written =
+            verify::readPicture(file, static_cast<std::uint16_t>(std::clamp(image.row, 0, mostLayers)));
+        verify::SourcePicture source(image, options,
+                                     verify::isGds(file) ? ArcCorners::Even : ArcCorners::Compass);
+        return verify::compare(source, *written, control);
     } catch (const Error &error) {
         Comparison result;
         result.reason = error.what();
         return result;
     }
-    return verify::compare(*source, *written, control);
 }
 
 Comparison compareFiles(const std::filesystem::path &first, const std::filesystem::path &second,

@@ -352,6 +352,34 @@ private slots:
         }
     }
 
+    // Long edges that run within a few units of each other, and cross at flat angles: each crossing that is
+    // rounded bends them, and makes others.
+    void bundlesOfLongEdgesAreResolved()
+    {
+        std::mt19937 random(1);
+        const auto below = [&random](unsigned end) { return static_cast<std::int64_t>(random() % end); };
+        constexpr std::int64_t length = 1'000'000'000;
+        for (int round = 0; round < 60; ++round) {
+            const std::int64_t rise = round % 3 == 0 ? below(7) : below(length);
+            Rings rings;
+            for (int i = 0; i < 40; ++i) {
+                rings.push_back({{below(9), below(9)},
+                                 {length + below(9), rise + below(9)},
+                                 {below(length), rise / 2 + (below(2) == 0 ? length : -length)}});
+                makeCounterClockwise(rings.back());
+            }
+            const Rings left = cleaned(rings);
+            const QByteArray where = "round " + QByteArray::number(round);
+            QVERIFY2(!haveEdgesUponEachOther(left), where);
+            for (int i = 0; i < 200; ++i) {
+                const PlainPoint p = {static_cast<double>(below(length)) + 0.5,
+                                      static_cast<double>(2 * below(length) - length) + 0.5};
+                if (!isNear(p, rings))
+                    QVERIFY2(windingNumber(p, left) == (windingNumber(p, rings) > 0 ? 1 : 0), where);
+            }
+        }
+    }
+
     // Rings upon each other have the same corners on both sides of every cut.
     void manyRingsUponEachOtherComeToAnEnd()
     {

@@ -17,7 +17,7 @@ GENERATED = (
     "run/orvexapi_export.h",
     "version.h",
 )
-CAM = ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/export", "cam/database")
+CAM = ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/excellon", "cam/export", "cam/database")
 
 DEPENDENCIES = {
     **{entry: () for entry in INTERFACE},
@@ -29,11 +29,12 @@ DEPENDENCIES = {
     "cam/odb": ("cam/base", "cam/model"),
     "cam/gdsii": ("cam/base", "cam/model", "cam/polygon"),
     "cam/gerber": ("cam/base", "cam/model", "cam/polygon"),
+    "cam/excellon": ("cam/base", "cam/model"),
     "cam/export": ("cam/base", "cam/model", "cam/odb", "cam/gdsii", "cam/gerber"),
     "cam/verify": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber"),
     "cam/database": ("cam/base",),
     "cam": (*INTERFACE, *CAM),
-    "drawing": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber"),
+    "drawing": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/excellon"),
     "pluginmanger": INTERFACE,
     "run": (*INTERFACE, "platform"),
     "import": (*INTERFACE, "platform", "archive", "run"),

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Exports every layer of the samples, and of the archives in ../shared/data, in both formats. KLayout reads both files and
-# compares them; pictures that gerbv and KLayout make of them are compared with the source.
+# compares them; pictures that gerbv and KLayout make of them are compared with the source. gerbv's
+# pictures of a few drill files are compared with the library's reading of them.
 #
 #   scripts/crosscheck.sh [--full] [--job NAME] [--transform NAME] [--layer NAME] [TEST ARGUMENT...]
 #       --full        pictures of all of the boards (minutes a job and transform), not of one window a layer and transform
@@ -27,7 +28,12 @@ build=build/crosscheck
 echo "Configuring"
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DFILE_PROCESS_CROSSCHECK=ON >/dev/null
 echo "Building"
-cmake --build "$build" --target tst_crosscheck
+cmake --build "$build" --target tst_crosscheck tst_drillpictures
 echo "Comparing"
-test=$(find "$build" -name tst_crosscheck -type f -perm -u+x | head -1)
-QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 "$test" -maxwarnings 0 "$@"
+run() {
+    local test
+    test=$(find "$build" -name "$1" -type f -perm -u+x | head -1)
+    QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 "$test" -maxwarnings 0 "${@:2}"
+}
+run tst_drillpictures
+run tst_crosscheck "$@"

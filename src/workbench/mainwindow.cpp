@@ -192,6 +192,7 @@ void MainWindow::buildMenus()
     quit->setShortcut(Qt::CTRL + Qt::Key_Q); // Windows has no key of its own
     connect(m_viewCommands, &ViewCommands::fileFailed, this,
             [this](const QString &, const QString &reason) { tellFailure(reason); });
+    connect(m_view, &GraphicView::fileRemarked, this, &MainWindow::tellWarning);
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());
     QMenu *help = menuBar()->addMenu(tr("&Help"));
@@ -259,6 +260,12 @@ void MainWindow::tell(const QString &text)
     m_messageBar->show(MessageBar::Kind::Good, text);
 }
 
+void MainWindow::tellWarning(const QString &text)
+{
+    LOG(WARNING) << text.toStdString();
+    m_messageBar->show(MessageBar::Kind::Warning, text);
+}
+
 void MainWindow::tellFailure(const QString &text)
 {
     LOG(ERROR) << text.toStdString();
@@ -297,7 +304,7 @@ void MainWindow::addPlugins()
     if (m_exportAction)
         m_exportAction->setShortcut(Qt::CTRL + Qt::Key_E);
     if (m_importAction)
-        m_importAction->setStatusTip(tr("Take in ODB++ job archives, GDSII and Gerber files"));
+        m_importAction->setStatusTip(tr("Take in ODB++ job archives, GDSII, Gerber and drill files"));
     if (m_exportAction)
         m_exportAction->setStatusTip(tr("Write layers of the open job as GDSII or Gerber files"));
     updateContext();

@@ -50,6 +50,7 @@ public:
     void openLastJob();
     // Says it above the view; what has failed stays until it is dismissed.
     void tell(const QString &text);
+    void tellWarning(const QString &text);
     void tellFailure(const QString &text);
 
     // Asks every loaded plug-in for its actions and puts them into the toolbar. Messages that plug-ins send

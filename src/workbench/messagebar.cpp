@@ -33,16 +33,17 @@ MessageBar::MessageBar(QWidget *parent)
 
 void MessageBar::show(Kind kind, const QString &text, const QString &folder, bool withDetails)
 {
-    m_kind = kind == Kind::Failure || !m_failure.isEmpty() ? Kind::Failure : Kind::Good;
+    m_kind = kind == Kind::Failure || !m_failure.isEmpty() ? Kind::Failure : kind;
     m_text->setText(m_failure.isEmpty() ? text : m_failure + "\n" + text);
     if (kind == Kind::Failure)
         m_failure = m_text->text();
     m_folder = folder;
     m_open->setVisible(!folder.isEmpty());
     m_details->setVisible(withDetails);
-    setStyleSheet(m_kind == Kind::Failure
-                      ? "#MessageBar { background: #a81e1e; } #MessageText { color: white; }"
-                      : "#MessageBar { background: #2c6e49; } #MessageText { color: white; }");
+    const QString color = m_kind == Kind::Failure   ? "#a81e1e"
+                          : m_kind == Kind::Warning ? "#8a5a00"
+                                                    : "#2c6e49";
+    setStyleSheet(QString("#MessageBar { background: %1; } #MessageText { color: white; }").arg(color));
     setVisible(true);
 }
 

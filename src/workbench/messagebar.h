@@ -1,5 +1,5 @@
 // A line above the view that stays until it is dismissed: what became of an import or an export. Failures are
-// red.
+// red, warnings brown.
 #pragma once
 
 #include <QFrame>
@@ -12,12 +12,12 @@ class MessageBar : public QFrame
     Q_OBJECT
 
 public:
-    enum class Kind { Good, Failure };
+    enum class Kind { Good, Warning, Failure };
 
     explicit MessageBar(QWidget *parent = nullptr);
 
     // Shows `text` in place of what was shown. With a `folder` it offers to open it; `withDetails` offers the
-    // details. A failure that has not been dismissed yet stays above a good message.
+    // details. A failure that has not been dismissed yet stays above any other message.
     void show(Kind kind, const QString &text, const QString &folder = QString(), bool withDetails = false);
     QString text() const;
     bool isFailure() const { return isVisibleTo(parentWidget()) && m_kind == Kind::Failure; }

@@ -857,10 +857,6 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         <translation>&amp;Über</translation>
     </message>
     <message>
-        <source>Take in ODB++ job archives, GDSII and Gerber files</source>
-        <translation>ODB++-Archive, GDSII- und Gerber-Dateien einlesen</translation>
-    </message>
-    <message>
         <source>Write layers of the open job as GDSII or Gerber files</source>
         <translation>Lagen des offenen Auftrags als GDSII- oder Gerber-Dateien schreiben</translation>
     </message>
@@ -952,6 +948,10 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>&amp;Keyboard</source>
         <translation>&amp;Tastatur</translation>
+    </message>
+    <message>
+        <source>Take in ODB++ job archives, GDSII, Gerber and drill files</source>
+        <translation>ODB++-Archive, GDSII-, Gerber- und Bohrdateien einlesen</translation>
     </message>
 </context>
 <context>
@@ -1254,10 +1254,6 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         <translation>Lagendateien ö&amp;ffnen ...</translation>
     </message>
     <message>
-        <source>Show GDSII and Gerber files over the job</source>
-        <translation>GDSII- und Gerber-Dateien über dem Auftrag zeigen</translation>
-    </message>
-    <message>
         <source>%1: nothing is drawn in it</source>
         <translation>%1: darin ist nichts gezeichnet</translation>
     </message>
@@ -1356,6 +1352,10 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>Pictures (%1)</source>
         <translation>Bilder (%1)</translation>
+    </message>
+    <message>
+        <source>Show GDSII, Gerber and drill files over the job</source>
+        <translation>GDSII-, Gerber- und Bohrdateien über dem Auftrag zeigen</translation>
     </message>
 </context>
 <context>

@@ -855,10 +855,6 @@ They can also be dropped on this window.</source>
         <translation>关于(&amp;A)</translation>
     </message>
     <message>
-        <source>Take in ODB++ job archives, GDSII and Gerber files</source>
-        <translation>导入 ODB++ 料号压缩包、GDSII 和 Gerber 文件</translation>
-    </message>
-    <message>
         <source>Write layers of the open job as GDSII or Gerber files</source>
         <translation>将打开料号的层写为 GDSII 或 Gerber 文件</translation>
     </message>
@@ -949,6 +945,10 @@ They can also be dropped on this window.</source>
     <message>
         <source>&amp;Keyboard</source>
         <translation>快捷键(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Take in ODB++ job archives, GDSII, Gerber and drill files</source>
+        <translation>导入 ODB++ 料号压缩包、GDSII、Gerber 和钻孔文件</translation>
     </message>
 </context>
 <context>
@@ -1250,10 +1250,6 @@ They can also be dropped on this window.</source>
         <translation>打开层文件(&amp;O) ...</translation>
     </message>
     <message>
-        <source>Show GDSII and Gerber files over the job</source>
-        <translation>在料号上方显示 GDSII 和 Gerber 文件</translation>
-    </message>
-    <message>
         <source>%1: nothing is drawn in it</source>
         <translation>%1：其中没有图形</translation>
     </message>
@@ -1352,6 +1348,10 @@ They can also be dropped on this window.</source>
     <message>
         <source>Pictures (%1)</source>
         <translation>图片 (%1)</translation>
+    </message>
+    <message>
+        <source>Show GDSII, Gerber and drill files over the job</source>
+        <translation>在料号上方显示 GDSII、Gerber 和钻孔文件</translation>
     </message>
 </context>
 <context>

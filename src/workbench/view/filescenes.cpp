@@ -1,8 +1,10 @@
 #include "workbench/view/filescenes.h"
 
 #include "cam/base/error.h"
+#include "cam/excellon/excellonreader.h"
 #include "cam/gdsii/gdsreader.h"
 #include "cam/gerber/gerberreader.h"
+#include "drawing/drillscene.h"
 #include "drawing/filescene.h"
 
 #include <QCoreApplication>
@@ -22,6 +24,8 @@ std::filesystem::path localPath(const QString &path)
 
 enum class Kind { Gds, Gerber, Excellon };
 
+const QStringList drillSuffixes{"drl", "xln", "exc", "nc"};
+
 // What it is, is told by its first bytes, not by its name.
 Kind kindOf(const QString &path)
 {
@@ -31,11 +35,14 @@ Kind kindOf(const QString &path)
     const QByteArray head = file.read(4096);
     if (head.size() > 3 && head[0] == 0 && head[2] == 0 && head[3] == 2) // a HEADER record
         return Kind::Gds;
-    const QByteArray text = head.trimmed();
-    if (text.startsWith("M48") || text.startsWith("%\nM48") ||
-        (text.contains("\nM48") && !text.contains("%FS")))
+    if (cam::isExcellon({head.constData(), std::size_t(head.size())}))
         return Kind::Excellon;
-    return QFileInfo(path).suffix().toLower() == "gds" ? Kind::Gds : Kind::Gerber;
+    // Anything else is refused by the reader that its name calls for; Gerber files have many names.
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    const bool isGerber = head.contains("%FS") || head.contains("G04");
+    return suffix == "gds"                               ? Kind::Gds
+           : drillSuffixes.contains(suffix) && !isGerber ? Kind::Excellon
+                                                         : Kind::Gerber;
 }
 
 // All rows of a GDSII file are drawn from one image of it.
@@ -61,35 +68,40 @@ std::shared_ptr<const cam::GdsImage> gdsImage(const QString &path)
 
 } // namespace
 
-QStringList fileParts(const QString &path)
+FileContents contentsOf(const QString &path)
 {
     const QString name = QFileInfo(path).fileName();
+    FileContents contents;
     switch (kindOf(path)) {
-    case Kind::Gds: {
-        QStringList parts;
+    case Kind::Gds:
         for (const cam::GdsLayer on : drawing::layersOf(*gdsImage(path)))
-            parts << QString("%1 %2/%3").arg(name).arg(on.layer).arg(on.datatype);
-        return parts;
-    }
+            contents.parts << QString("%1 %2/%3").arg(name).arg(on.layer).arg(on.datatype);
+        break;
     case Kind::Gerber:
         cam::readGerberFile(localPath(path));
-        return {name};
+        contents.parts << name;
+        break;
     case Kind::Excellon:
+        for (const std::string &assumption : cam::readExcellonFile(localPath(path)).assumptions)
+            contents.remarks << name + ": " + QString::fromStdString(assumption);
+        contents.parts << name;
         break;
     }
-    throw cam::Error(path.toStdString() +
-                     ": expected a GDSII or a Gerber file, not a drill file in Excellon's form");
+    return contents;
 }
 
 std::shared_ptr<const drawing::Scene> readFileScene(const QString &path, int part)
 {
-    if (kindOf(path) == Kind::Gds) {
+    const Kind kind = kindOf(path);
+    if (kind == Kind::Gds) {
         const std::shared_ptr<const cam::GdsImage> image = gdsImage(path);
         const std::vector<cam::GdsLayer> layers = drawing::layersOf(*image);
         if (part < 0 || part >= int(layers.size()))
             throw cam::Error(path.toStdString() + ": has changed, open it again");
         return std::make_shared<drawing::GdsScene>(image, layers[std::size_t(part)]);
     }
+    if (kind == Kind::Excellon)
+        return std::make_shared<drawing::DrillScene>(cam::readExcellonFile(localPath(path)));
     return std::make_shared<drawing::GerberScene>(
         std::make_shared<const cam::GerberImage>(cam::readGerberFile(localPath(path))));
 }
@@ -102,5 +114,8 @@ bool isLayerFile(const QString &path)
 
 QStringList layerFilePatterns()
 {
-    return {"*.gds", "*.gerber", "*.gbr", "*.ger", "*.drl"};
+    QStringList patterns{"*.gds", "*.gerber", "*.gbr", "*.ger"};
+    for (const QString &suffix : drillSuffixes)
+        patterns << "*." + suffix;
+    return patterns;
 }

@@ -1,4 +1,4 @@
-// Files that belong to no job: what they hold, row by row, and how it is drawn.
+// Files that belong to no job (GDSII, Gerber, Excellon): what they hold, row by row, and how it is drawn.
 #pragma once
 
 #include "drawing/scene.h"
@@ -8,9 +8,15 @@
 
 #include <memory>
 
-// The rows of the file `path`: of a GDSII file its layers with their datatypes, of a Gerber file one. Throws
-// cam::Error for what cannot be read, naming the file.
-QStringList fileParts(const QString &path);
+// What there is to say of a file before it is drawn.
+struct FileContents
+{
+    QStringList parts;   // its rows: of a GDSII file its layers with their datatypes, of any other file one
+    QStringList remarks; // what the file leaves open, and how it was taken; each names the file
+};
+
+// Throws cam::Error for what cannot be read, naming the file.
+FileContents contentsOf(const QString &path);
 
 // Row `part` of the file. May be called in any thread.
 std::shared_ptr<const drawing::Scene> readFileScene(const QString &path, int part);

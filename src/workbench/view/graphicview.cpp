@@ -2,7 +2,6 @@
 
 #include "cam/model/flatten.h"
 #include "workbench/view/boardview.h"
-#include "workbench/view/filescenes.h"
 
 #include <QDragEnterEvent>
 #include <QMimeData>
@@ -232,7 +231,7 @@ void GraphicView::clearMarks()
 
 void GraphicView::openFile(const QString &path)
 {
-    m_files.push_back({path, std::async(std::launch::async, fileParts, path)});
+    m_files.push_back({path, std::async(std::launch::async, contentsOf, path)});
     m_view->setProgress(tr("Reading %1 ...").arg(path));
     m_timer.start(lookInterval);
 }
@@ -253,9 +252,11 @@ void GraphicView::lookAtFiles()
         at = m_files.erase(at);
         m_store.forgetFile(listing.path);
         try {
-            const QStringList parts = listing.task.get();
+            const FileContents contents = listing.task.get();
             m_view->setProgress(m_store.progress());
-            emit fileRead(listing.path, parts);
+            emit fileRead(listing.path, contents.parts);
+            if (!contents.remarks.isEmpty())
+                emit fileRemarked(contents.remarks.join('\n'));
         } catch (const std::exception &error) {
             m_view->setProgress(m_store.progress());
             emit fileFailed(listing.path, QString::fromStdString(error.what()));

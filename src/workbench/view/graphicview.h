@@ -1,6 +1,7 @@
 // The graphics view of the workbench: shows the rows that it is told to, over each other.
 #pragma once
 
+#include "workbench/view/filescenes.h"
 #include "workbench/view/inspection.h"
 #include "workbench/view/lengthunit.h"
 #include "workbench/view/measuring.h"
@@ -52,6 +53,8 @@ signals:
     // The place under the mouse; empty when it leaves.
     void pointed(const QString &place);
     void fileRead(const QString &path, const QStringList &parts);
+    // What the file leaves open, and how it was taken: lines that name the file.
+    void fileRemarked(const QString &remarks);
     // `reason` names the file.
     void fileFailed(const QString &path, const QString &reason);
     void filesDropped(const QStringList &paths);
@@ -67,7 +70,7 @@ private:
     struct Listing
     {
         QString path;
-        std::future<QStringList> task;
+        std::future<FileContents> task;
     };
 
     void showScenes();

@@ -61,7 +61,7 @@ ViewCommands::ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMen
     QAction *open = fileMenu.addAction(tr("&Open layer files ..."), this, &ViewCommands::chooseFiles);
     open->setObjectName("OpenLayerFiles");
     open->setShortcut(QKeySequence::Open);
-    open->setStatusTip(tr("Show GDSII and Gerber files over the job"));
+    open->setStatusTip(tr("Show GDSII, Gerber and drill files over the job"));
     QAction *save = fileMenu.addAction(tr("Save &picture ..."), this, &ViewCommands::choosePicture);
     save->setObjectName("SavePicture");
     save->setShortcut(QKeySequence::Save);

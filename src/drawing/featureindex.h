@@ -15,6 +15,7 @@ class FeatureIndex
 public:
     FeatureIndex() = default;
     // `boxOf` is called three times for each of `count` features; those with an empty box are never found.
+    // What it throws is passed on.
     FeatureIndex(std::uint32_t count, const std::function<cam::Box(std::uint32_t)> &boxOf);
 
     // Of all boxes.

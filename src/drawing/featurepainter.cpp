@@ -19,8 +19,6 @@ namespace {
 
 // How far a chord may lie from its curve, in samples.
 constexpr double curveTolerance = 0.05;
-// Corners nearer to each other than this, in samples, are drawn as one.
-constexpr double sameCorner = 0.25;
 constexpr double pixel = Canvas::samples;
 
 double doubledArea(const Point *corners, std::size_t count)
@@ -61,6 +59,7 @@ void FeaturePainter::begin(Canvas &canvas, const Transform &map)
 {
     m_canvas = &canvas;
     m_map = map;
+    m_visible = visiblePart(canvas, map);
     const auto [place, isNew] = m_linears.try_emplace(cam::LinearPart(map));
     m_linear = &place->second;
     if (!isNew)
@@ -98,32 +97,6 @@ void FeaturePainter::draw(const DrawableFeatures &drawing, std::uint32_t index)
 
 // ---- rings
 
-void FeaturePainter::addCorner(Point sample)
-{
-    const std::size_t first = m_rings.ends.empty() ? 0 : m_rings.ends.back();
-    if (m_mode.levelOfDetail && m_rings.corners.size() > first) {
-        const Point last = m_rings.corners.back();
-        if (std::fabs(sample.x - last.x) < sameCorner && std::fabs(sample.y - last.y) < sameCorner)
-            return;
-    }
-    m_rings.corners.push_back(sample);
-}
-
-void FeaturePainter::addContour(const ContourView &contour, const Transform &map)
-{
-    addCorner(map(contour.start));
-    for (const auto [from, edge] : contour.walk()) {
-        if (edge.kind == EdgeKind::Line) {
-            addCorner(map(edge.end));
-            continue;
-        }
-        m_corners.clear();
-        cam::flattenArc(from, edge, tolerance(), m_corners);
-        for (const Point corner : m_corners)
-            addCorner(map(corner));
-    }
-}
-
 // Islands run as the map leaves counter-clockwise ones, holes the other way round.
 void FeaturePainter::endRing(bool isHole)
 {
@@ -133,6 +106,35 @@ void FeaturePainter::endRing(bool isHole)
     if (isIsland == isHole)
         std::reverse(m_rings.corners.begin() + static_cast<std::ptrdiff_t>(first), m_rings.corners.end());
     m_rings.endRing();
+}
+
+// The ring that was ended last winds around no sample of the canvas if it lies beside it.
+void FeaturePainter::dropIfOutside()
+{
+    const std::size_t first = m_rings.ends.size() < 2 ? 0 : m_rings.ends[m_rings.ends.size() - 2];
+    cam::Box box;
+    for (std::size_t i = first; i < m_rings.corners.size(); ++i)
+        box.add(m_rings.corners[i]);
+    const double width = m_canvas->width() * Canvas::samples, height = m_canvas->height() * Canvas::samples;
+    if (box.high.x >= 0.0 && box.high.y >= 0.0 && box.low.x <= width && box.low.y <= height)
+        return;
+    m_rings.corners.resize(first);
+    m_rings.ends.pop_back();
+}
+
+// Those contours of a pool that reach into the canvas.
+void FeaturePainter::addContours(const cam::ContourPool &pool, std::size_t first, std::size_t count)
+{
+    const Flattening flattening(m_map, m_mode.levelOfDetail);
+    const double width = m_canvas->width() * Canvas::samples, height = m_canvas->height() * Canvas::samples;
+    for (std::size_t i = first; i < first + count; ++i) {
+        const ContourView contour = pool[i];
+        if (flattening.isCircleOutside(contour, width, height))
+            continue;
+        flattening.add(contour, m_rings);
+        endRing(contour.isHole);
+        dropIfOutside();
+    }
 }
 
 // ---- lines and arcs
@@ -168,9 +170,10 @@ FeaturePainter::Pen &FeaturePainter::pen(std::uint32_t symbol, Polarity polarity
 // A piece of a sweep; pieces may overlap.
 void FeaturePainter::polygon(const Point *corners, std::size_t count)
 {
+    const Flattening flattening(m_map, m_mode.levelOfDetail);
     m_rings.clear();
     for (std::size_t i = 0; i < count; ++i)
-        addCorner(m_map(corners[i]));
+        flattening.addCorner(m_map(corners[i]), m_rings);
     m_rings.endRing();
     m_canvas->fill(m_rings, FillRule::NonZero, m_isDark);
 }
@@ -215,14 +218,11 @@ void FeaturePainter::drawArc(const cam::Arc &arc, Polarity polarity)
         return pen.swept->sweep(arc, *this);
     const Edge edge{arc.end, arc.center,
                     arc.clockwise ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise};
-    m_corners.clear();
-    cam::flattenArc(arc.start, edge, tolerance(), m_corners);
-    Point from = m_map(arc.start);
-    for (const Point corner : m_corners) {
-        const Point to = m_map(corner);
-        m_canvas->addThin(from, to, pen.width, m_isDark);
-        from = to;
-    }
+    m_rings.clear();
+    m_rings.corners.push_back(m_map(arc.start));
+    Flattening(m_map, false).addArc(arc.start, edge, m_rings);
+    for (std::size_t i = 1; i < m_rings.corners.size(); ++i)
+        m_canvas->addThin(m_rings.corners[i - 1], m_rings.corners[i], pen.width, m_isDark);
 }
 
 // ---- pads
@@ -252,15 +252,16 @@ const FeaturePainter::PlacedSymbol &FeaturePainter::placed(const cam::Pad &pad, 
     made.area = shape.area * std::fabs(map.determinant());
 
     // Rings run as those of the linear map without the pad's own mirror: endRing() looks at the result.
+    const Flattening flattening(map, m_mode.levelOfDetail);
     m_rings.clear();
     for (std::size_t i = 0; i < shape.shape.contours.size(); ++i) {
         const ContourView contour = shape.shape.contours[i];
-        addContour(contour, map);
+        flattening.add(contour, m_rings);
         endRing(contour.isHole);
     }
     for (const std::vector<Point> &polygon : shape.polygons) {
         for (const Point corner : polygon)
-            addCorner(map(corner));
+            flattening.addCorner(map(corner), m_rings);
         endRing(false);
     }
     made.rings = m_rings;
@@ -297,60 +298,49 @@ void FeaturePainter::drawPad(const cam::Pad &pad, Polarity polarity)
 void FeaturePainter::drawSurface(const DrawableFeatures &drawing, const cam::Surface &surface,
                                  const SurfaceSize &size)
 {
-    if (size.box.isEmpty())
+    if (size.box.isEmpty() || !size.box.touches(m_visible))
         return;
-    if (m_mode.levelOfDetail) {
-        const Point extent = size.box.high - size.box.low;
-        if (std::max(extent.x, extent.y) * m_linear->stretch < pixel)
-            return m_canvas->addSmall(m_map((size.box.low + size.box.high) * 0.5),
-                                      size.area * std::fabs(m_map.determinant()), m_isDark);
-        // What is thin may vanish between the samples: its edges are drawn besides, with no width.
-        if (2.0 * size.area < size.perimeter * pixel / m_linear->stretch)
-            drawThin(drawing, surface);
-    }
+    const Point extent = size.box.high - size.box.low;
+    if (m_mode.levelOfDetail && std::max(extent.x, extent.y) * m_linear->stretch < pixel)
+        return m_canvas->addSmall(m_map((size.box.low + size.box.high) * 0.5),
+                                  size.area * std::fabs(m_map.determinant()), m_isDark);
     m_rings.clear();
     if (m_resize != 0.0) {
+        const Flattening flattening(m_map, m_mode.levelOfDetail);
         for (const std::vector<Point> &ring : size.resized) {
             for (const Point corner : ring)
-                addCorner(m_map(corner));
+                flattening.addCorner(m_map(corner), m_rings);
             m_rings.endRing();
+            dropIfOutside();
         }
-        return m_canvas->fill(m_rings, m_linear->rule, m_isDark);
+    } else {
+        addContours(drawing.features->contours, surface.firstContour, surface.contourCount);
     }
-    const cam::ContourPool &pool = drawing.features->contours;
-    for (std::uint32_t i = 0; i < surface.contourCount; ++i) {
-        const ContourView contour = pool[surface.firstContour + i];
-        addContour(contour, m_map);
-        endRing(contour.isHole);
-    }
+    // What is thin may vanish between the samples: its edges are drawn besides, with no width.
+    if (m_mode.levelOfDetail && m_isDark && 2.0 * size.area < size.perimeter * pixel / m_linear->stretch)
+        drawEdges();
     // A contour that stands alone and crosses itself covers all places around which it runs.
-    m_canvas->fill(m_rings, surface.contourCount == 1 ? FillRule::NonZero : m_linear->rule, m_isDark);
+    const bool isAlone = m_resize == 0.0 && surface.contourCount == 1;
+    m_canvas->fill(m_rings, isAlone ? FillRule::NonZero : m_linear->rule, m_isDark);
 }
 
-void FeaturePainter::drawThin(const DrawableFeatures &drawing, const cam::Surface &surface)
+void FeaturePainter::drawEdges()
 {
-    if (!m_isDark)
-        return;
-    const cam::ContourPool &pool = drawing.features->contours;
-    for (std::uint32_t i = 0; i < surface.contourCount; ++i) {
-        m_rings.clear();
-        addContour(pool[surface.firstContour + i], m_map);
-        Point from = m_rings.corners.back();
-        for (const Point to : m_rings.corners) {
-            m_canvas->addThin(from, to, 0.0, true);
-            from = to;
+    std::size_t first = 0;
+    for (const std::size_t end : m_rings.ends) {
+        Point from = first < end ? m_rings.corners[end - 1] : Point();
+        for (std::size_t i = first; i < end; ++i) {
+            m_canvas->addThin(from, m_rings.corners[i], 0.0, true);
+            from = m_rings.corners[i];
         }
+        first = end;
     }
 }
 
 void FeaturePainter::fillContours(const cam::ContourPool &pool, bool dark)
 {
     m_rings.clear();
-    for (std::size_t i = 0; i < pool.size(); ++i) {
-        const ContourView contour = pool[i];
-        addContour(contour, m_map);
-        endRing(contour.isHole);
-    }
+    addContours(pool, 0, pool.size());
     m_canvas->fill(m_rings, m_linear->rule, dark);
 }
 

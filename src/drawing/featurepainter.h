@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cam/model/sweep.h"
+#include "drawing/flattening.h"
 #include "drawing/scene.h"
 #include "drawing/symbolshapes.h"
 
@@ -86,10 +87,10 @@ private:
     void drawArc(const cam::Arc &arc, cam::Polarity polarity);
     void drawPad(const cam::Pad &pad, cam::Polarity polarity);
     void drawSurface(const DrawableFeatures &drawing, const cam::Surface &surface, const SurfaceSize &size);
-    void drawThin(const DrawableFeatures &drawing, const cam::Surface &surface);
-    void addContour(const cam::ContourView &contour, const cam::Transform &map);
-    void addCorner(cam::Point sample);
+    void addContours(const cam::ContourPool &pool, std::size_t first, std::size_t count);
     void endRing(bool isHole);
+    void dropIfOutside();
+    void drawEdges();
     void polygon(const cam::Point *corners, std::size_t count) override;
     double tolerance() const;
 
@@ -101,6 +102,7 @@ private:
     Canvas *m_canvas = nullptr;
     Linear *m_linear = nullptr;
     cam::Transform m_map;
+    cam::Box m_visible; // of the canvas, in what m_map maps
     bool m_isDark = true;
     Rings m_rings; // scratch, as what follows
     std::vector<cam::Point> m_corners;

@@ -1,6 +1,6 @@
 #include "drawing/filescene.h"
 
-#include "cam/model/flatten.h"
+#include "drawing/flattening.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,19 +16,7 @@ using cam::Transform;
 namespace {
 
 constexpr double pixel = Canvas::samples;
-constexpr double curveTolerance = 0.05; // samples
-constexpr double sameCorner = 0.25;     // samples
 constexpr std::size_t shapesPerCheck = 256;
-
-void addCorner(Rings &rings, std::size_t first, Point corner, const DrawMode &mode)
-{
-    if (mode.levelOfDetail && rings.corners.size() > first) {
-        const Point last = rings.corners.back();
-        if (std::fabs(corner.x - last.x) < sameCorner && std::fabs(corner.y - last.y) < sameCorner)
-            return;
-    }
-    rings.corners.push_back(corner);
-}
 
 double areaOf(const std::vector<Point> &corners)
 {
@@ -41,13 +29,16 @@ double areaOf(const std::vector<Point> &corners)
 // A polygon in samples, filled by winding number.
 void fillPolygon(Canvas &canvas, const std::vector<Point> &corners, const DrawMode &mode)
 {
+    Box box;
+    for (const Point corner : corners)
+        box.add(corner);
+    if (box.high.x < 0.0 || box.high.y < 0.0 || box.low.x > canvas.width() * Canvas::samples ||
+        box.low.y > canvas.height() * Canvas::samples)
+        return;
     if (mode.levelOfDetail) {
-        Box box;
         double around = 0.0;
-        for (std::size_t i = 0; i < corners.size(); ++i) {
-            box.add(corners[i]);
+        for (std::size_t i = 0; i < corners.size(); ++i)
             around += cam::distance(corners[i], corners[(i + 1) % corners.size()]);
-        }
         const double area = areaOf(corners);
         if (std::max(box.high.x - box.low.x, box.high.y - box.low.y) < pixel)
             return canvas.addSmall((box.low + box.high) * 0.5, area, true);
@@ -56,9 +47,10 @@ void fillPolygon(Canvas &canvas, const std::vector<Point> &corners, const DrawMo
                 canvas.addThin(corners[i], corners[(i + 1) % corners.size()], 0.0, true);
         }
     }
+    const Flattening flattening(Transform(), mode.levelOfDetail);
     Rings rings;
     for (const Point corner : corners)
-        addCorner(rings, 0, corner, mode);
+        flattening.addCorner(corner, rings);
     rings.endRing();
     canvas.fill(rings, FillRule::NonZero, true);
 }
@@ -234,19 +226,26 @@ struct GerberScene::Work
     Canvas &canvas;
     Canvas own; // of a shape that takes something out of itself
     Transform map, linear;
+    Box visible; // in what `map` maps
     const DrawMode &mode;
     std::unordered_map<std::uint32_t, PlacedShape> shapes; // those that are flashed
     PlacedShape once;
-    std::vector<Point> corners;
 };
 
 void GerberScene::draw(Canvas &canvas, const Transform &toSamples, const DrawMode &mode) const
 {
     Canvas image(canvas.width(), canvas.height(), m_clears);
-    Work work{image, {canvas.width(), canvas.height(), true}, toSamples, toSamples, mode, {}, {}, {}};
+    Work work{image,
+              {canvas.width(), canvas.height(), true},
+              toSamples,
+              toSamples,
+              visiblePart(canvas, toSamples),
+              mode,
+              {},
+              {}};
     work.linear.offset = {};
     std::vector<std::uint32_t> found;
-    m_index.find(visiblePart(canvas, toSamples), found);
+    m_index.find(work.visible, found);
     for (std::size_t i = 0; i < found.size(); ++i) {
         if (i % shapesPerCheck == 0)
             mode.check();
@@ -259,7 +258,7 @@ void GerberScene::drawObject(std::uint32_t number, Work &work) const
 {
     const cam::GerberObject &object = m_image->objects[number];
     const cam::GerberShape &shape = m_image->shapes[object.shape];
-    if (shape.extent.isEmpty())
+    if (shape.extent.isEmpty() || !boxOf(number).touches(work.visible))
         return;
     const bool isFlash = object.kind == cam::GerberObjectKind::Flash;
     Work::PlacedShape &placed = isFlash ? work.shapes[object.shape] : work.once;
@@ -268,16 +267,13 @@ void GerberScene::drawObject(std::uint32_t number, Work &work) const
     if (!placed.isKnown) {
         placed.isKnown = true;
         placed.box = mapped(shape.extent, work.linear);
+        const Flattening flattening(work.linear, work.mode.levelOfDetail);
         for (std::uint32_t i = shape.firstPart; i < shape.firstPart + shape.partCount; ++i) {
             Rings rings;
             const cam::GerberPart &part = m_image->parts[i];
             for (std::uint32_t j = part.firstContour; j < part.firstContour + part.contourCount; ++j) {
-                work.corners.clear();
-                cam::flatten(m_image->contours[j], curveTolerance / cam::largestStretch(work.linear),
-                             work.corners);
                 const std::size_t first = rings.corners.size();
-                for (const Point corner : work.corners)
-                    addCorner(rings, first, work.linear(corner), work.mode);
+                flattening.add(m_image->contours[j], rings);
                 double area = 0.0;
                 for (std::size_t k = first; k < rings.corners.size(); ++k) {
                     const Point a = rings.corners[k],

@@ -16,6 +16,7 @@ using cam::Transform;
 namespace {
 
 constexpr std::size_t featuresPerCheck = 256;
+constexpr std::uint32_t featuresPerReport = 4096;
 
 Box around(Point at, double reach)
 {
@@ -89,15 +90,30 @@ void LayerScene::addStep(const cam::StepImage &step, const std::function<void(do
 {
     StepScene made;
     made.drawing.features = &step.features;
-    addShapes(step.features);
-    for (const cam::Surface &surface : step.features.surfaces)
-        made.drawing.surfaces.push_back(sizeOf(step.features, surface));
-    if (m_options.resize != 0.0)
-        resizeSurfaces(*m_image, step.features, m_options.resize, made.drawing.surfaces, report);
     const auto count = static_cast<std::uint32_t>(step.features.order.size());
-    made.index = FeatureIndex(count, [&](std::uint32_t i) { return boxOf(made.drawing, i); });
+    // Every feature is looked at four times: three times by the index, and once for its area.
+    std::uint64_t looks = 0;
+    const auto look = [&] {
+        if (looks++ % featuresPerReport == 0)
+            report(0.5 + 0.5 * static_cast<double>(looks) / (4.0 * count));
+    };
+    addShapes(step.features);
+    std::size_t sized = 0;
+    for (const cam::Surface &surface : step.features.surfaces) {
+        if (sized++ % featuresPerCheck == 0)
+            report(0.0);
+        made.drawing.surfaces.push_back(sizeOf(step.features, surface));
+    }
+    if (m_options.resize != 0.0)
+        resizeSurfaces(*m_image, step.features, m_options.resize, made.drawing.surfaces,
+                       [&report](double share) { report(0.5 * share); });
+    made.index = FeatureIndex(count, [&](std::uint32_t i) {
+        look();
+        return boxOf(made.drawing, i);
+    });
     made.extent = made.index.extent();
     for (std::uint32_t i = 0; i < count; ++i) {
+        look();
         if (step.features.order[i].polarity == Polarity::Positive)
             made.area += areaOf(made.drawing, i);
     }

@@ -17,7 +17,8 @@ class LayerScene : public Scene
 {
 public:
     // What an export by `options` makes of the layer (resize, negation, scale, mirror, rotation); the file
-    // and its format do not matter. `report` takes the share that is done, 0 to 1, and may throw to cancel.
+    // and its format do not matter. `report` takes the share of a step that is done, 0 to 1, every few
+    // thousand features, and may throw to cancel.
     // Throws cam::Error for a layer that cannot be drawn.
     LayerScene(
         std::shared_ptr<const cam::LayerImage> image, const cam::ExportOptions &options,

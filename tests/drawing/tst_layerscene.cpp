@@ -7,6 +7,7 @@
 #include "tests/cam/random/randomjob.h"
 #include "tests/cam/support/layerbuilding.h"
 #include "tests/crosscheck/referenceraster.h"
+#include "tests/support/processortime.h"
 
 #include <QtTest>
 
@@ -47,6 +48,31 @@ void addPlane(cam::FeatureSet &features, cam::Point low, cam::Point high, bool p
 cam::Transform toSamples(const drawing::Viewport &viewport)
 {
     return viewport.toPixels().then(cam::Transform::scaling(Canvas::samples, Canvas::samples));
+}
+
+// A square plane of 20 mm with round holes in rows, its lower left corner at `corner`. Every second hole is
+// made of two arcs.
+void addSieve(cam::FeatureSet &features, cam::Point corner, double radius, double pitch)
+{
+    const std::size_t first = features.contours.size();
+    const cam::Point corners[] = {corner, corner + at(20000, 0), corner + at(20000, 20000),
+                                  corner + at(0, 20000)};
+    features.contours.addPolygon(corners, 4, false);
+    bool isWhole = false;
+    for (double x = pitch; x < 20000 - radius; x += pitch) {
+        for (double y = pitch; y < 20000 - radius; y += pitch, isWhole = !isWhole) {
+            const cam::Point center = corner + at(x, y);
+            if (isWhole) {
+                features.contours.addCircle(center, radius * micrometre, true);
+                continue;
+            }
+            features.contours.begin(center + at(0, radius), true);
+            features.contours.arcTo(center - at(0, radius), center, true);
+            features.contours.arcTo(center + at(0, radius), center, true);
+            features.contours.end();
+        }
+    }
+    addSurface(features, first);
 }
 
 // Compares a picture of 24 x 24 pixels about `center`, sample by sample. Empty when nothing is wrong.
@@ -313,6 +339,89 @@ private slots:
         const double share =
             coveredPixels(inMillimetres(sceneOf(std::move(image))).copy(20, 20, 60, 60)) / 3600.0;
         QVERIFY2(std::fabs(share - 0.75) < 0.02, qPrintable(QString::number(share)));
+    }
+
+    // Pixels of a millimetre: holes as wide as half a sample to two pixels.
+    void roundHolesClearTheirArea_data()
+    {
+        QTest::addColumn<double>("radius");
+        QTest::addColumn<double>("pitch");
+        QTest::newRow("half a sample") << 70.0 << 404.5;
+        QTest::newRow("a sample") << 130.0 << 404.5;
+        QTest::newRow("half a pixel") << 260.0 << 710.0;
+        QTest::newRow("two pixels") << 970.0 << 2130.0;
+    }
+    void roundHolesClearTheirArea()
+    {
+        QFETCH(const double, radius);
+        QFETCH(const double, pitch);
+        cam::LayerImage image = emptyLayer();
+        addSieve(image.steps[0].features, at(-10130, -10370), radius, pitch);
+        double holes = 0.0;
+        for (std::size_t i = 1; i < image.steps[0].features.contours.size(); ++i)
+            holes += std::fabs(cam::signedArea(image.steps[0].features.contours[i])) / 1e12;
+        const double pixels = coveredPixels(inMillimetres(sceneOf(std::move(image))));
+        QVERIFY2(std::fabs(400.0 - holes - pixels) < 10.0,
+                 qPrintable(QString("%1 instead of %2").arg(pixels).arg(400.0 - holes)));
+    }
+
+    // A panel of 16 planes: a tile that shows a part of one of them is no work for the others.
+    void whatLiesBesideATileTakesNoTime()
+    {
+        cam::LayerImage image = emptyLayer();
+        for (int column = 0; column < 4; ++column) {
+            for (int row = 0; row < 4; ++row)
+                addSieve(image.steps[0].features, at(21000.0 * column, 21000.0 * row), 100, 250);
+        }
+        const LayerScene scene = sceneOf(std::move(image));
+        const auto timeOf = [&scene](cam::Point center, double side) {
+            drawing::Viewport viewport;
+            viewport.size = QSize(256, 256);
+            viewport.center = center;
+            viewport.pixel = side * micrometre / 256;
+            const double before = processorMilliseconds();
+            drawing::coverage(scene, viewport);
+            return processorMilliseconds() - before;
+        };
+        const double all = timeOf(at(42000, 42000), 84000), part = timeOf(at(3000, 3000), 5000);
+        QVERIFY2(part < all / 4.0, qPrintable(QString("%1 of %2 ms").arg(part).arg(all)));
+    }
+
+    void buildingTellsHowFarItIsAndEndsOnDemand_data()
+    {
+        QTest::addColumn<bool>("isOfSurfaces");
+        QTest::newRow("pads") << false;
+        QTest::newRow("surfaces") << true;
+    }
+    void buildingTellsHowFarItIsAndEndsOnDemand()
+    {
+        QFETCH(const bool, isOfSurfaces);
+        cam::LayerImage image = emptyLayer();
+        cam::FeatureSet &features = image.steps[0].features;
+        const std::uint32_t pad = symbol(image, "r300");
+        for (int i = 0; i < 20000; ++i) {
+            if (isOfSurfaces)
+                addPlane(features, at(i, 0), at(i + 1, 1));
+            else
+                addPad(features, pad, at(i, 0));
+        }
+        const auto made = shared(std::move(image));
+        std::vector<double> shares;
+        LayerScene(made, {}, [&shares](double share) { shares.push_back(share); });
+        QVERIFY(std::is_sorted(shares.begin(), shares.end()));
+        QCOMPARE(shares.back(), 1.0);
+        QVERIFY(std::count_if(shares.begin(), shares.end(),
+                              [](double share) { return share > 0.5 && share < 1.0; }) > 10);
+        for (std::size_t end = 0; end < shares.size(); ++end) {
+            std::size_t reports = 0;
+            QVERIFY_EXCEPTION_THROWN(LayerScene(made, {},
+                                                [&](double) {
+                                                    if (++reports > end)
+                                                        throw drawing::Cancelled();
+                                                }),
+                                     drawing::Cancelled);
+            QCOMPARE(reports, end + 1);
+        }
     }
 
     void areasThatTouchShowNoSeam()

@@ -13,7 +13,8 @@ namespace {
 
 const int lookInterval = 30; // ms
 const std::ptrdiff_t mostAtOnce = 2;
-const double mostKept = 2e6; // features of layers that are not shown: some hundred megabytes
+const double readingShare = 0.75; // of a layer's reading, the rest prepares its drawing
+const double mostKept = 2e6;      // features of layers that are not shown: some hundred megabytes
 
 std::filesystem::path localPath(const QString &path)
 {
@@ -179,21 +180,24 @@ void SceneStore::run(Work *work, const QString &job, const QString &step)
             throw drawing::Cancelled();
         work->percent = 100.0 * share;
     };
+    double builtFrom = 0.0;
     try {
         if (!work->row.file.isEmpty()) {
             work->scene = readFileScene(work->row.file, work->row.part);
             return;
         }
         if (!work->image) {
+            builtFrom = readingShare;
             const cam::Job folder(localPath(job));
             cam::ReadingNotes notes;
             work->image = std::make_shared<const cam::LayerImage>(
                 folder.readLayer(step.toStdString(), work->row.name.toStdString(), notes,
-                                 [&report](double share) { report(0.9 * share); }));
+                                 [&report](double share) { report(readingShare * share); }));
             logNotes(work->row.name, notes);
         }
         work->scene = std::make_shared<drawing::LayerScene>(
-            work->image, work->row.options, [&report](double share) { report(0.9 + 0.1 * share); });
+            work->image, work->row.options,
+            [&report, builtFrom](double share) { report(builtFrom + (1.0 - builtFrom) * share); });
     } catch (const std::exception &error) {
         work->error = QString::fromStdString(error.what());
     } catch (const drawing::Cancelled &) { // nobody asks for the result

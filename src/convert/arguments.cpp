@@ -1,6 +1,8 @@
 // Options by Qt's parser; what they mean, and what may not be, is settled here once.
 #include "convert/arguments.h"
 
+#include "version.h"
+
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -468,7 +470,7 @@ Arguments Arguments::parse(const QStringList &arguments)
     else if (command == "info")
         parseInfo(arguments, result);
     else if (command == "--version")
-        result.text = "camconvert " PROGRAM_VERSION "\n";
+        result.text = "camconvert " FILE_PROCESS_VERSION "\n";
     else if (command == "--help" || command == "-h" || command == "help")
         result.text = programHelp;
     else if (command.isEmpty())

@@ -10,6 +10,7 @@
 #include "convert/report.h"
 #include "convert/table.h"
 #include "convert/taskpool.h"
+#include "version.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -378,7 +379,7 @@ QJsonObject Diff::toJson() const
     for (const LayerDifference &layer : m_layers)
         layers.append(convert::toJson(layer));
     return {{"version", reportVersion},
-            {"program", "camconvert " PROGRAM_VERSION},
+            {"program", "camconvert " FILE_PROCESS_VERSION},
             {"first", m_before.toJson()},
             {"second", m_after.toJson()},
             {"same", code() == Done},

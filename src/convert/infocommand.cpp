@@ -10,6 +10,7 @@
 #include "convert/jobsource.h"
 #include "convert/report.h"
 #include "convert/table.h"
+#include "version.h"
 
 #include <QJsonArray>
 
@@ -107,7 +108,7 @@ QJsonObject describe(const JobSource &source, const std::atomic<bool> &cancelled
         steps.append(QJsonObject{{"name", text(name)}, {"extent", extent}, {"layers", contents}});
     }
     return {{"version", reportVersion},
-            {"program", "camconvert " PROGRAM_VERSION},
+            {"program", "camconvert " FILE_PROCESS_VERSION},
             {"job", source.name()},
             {"source", source.path()},
             {"unit", unitOf(source.folder())},

@@ -1,6 +1,8 @@
 // Writes the layers of a job, and remembers that it has.
 #include "convert/jobexport.h"
 
+#include "version.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -111,7 +113,7 @@ std::optional<JobReport> JobExport::earlierReport() const
     const QJsonObject json = QJsonDocument::fromJson(record.readAll()).object();
     JobReport earlier = reportFrom(json);
     if (json["version"].toInt() != reportVersion ||
-        json["program"].toString() != "camconvert " PROGRAM_VERSION || earlier.hash != m_report.hash ||
+        json["program"].toString() != "camconvert " FILE_PROCESS_VERSION || earlier.hash != m_report.hash ||
         earlier.job != m_report.job || !earlier.isProven())
         return std::nullopt;
     for (const FileReport &file : earlier.files) {

@@ -5,6 +5,7 @@
 #include "convert/picturecommand.h"
 #include "convert/verifycommand.h"
 #include "platform/termination.h"
+#include "version.h"
 
 #include <QCoreApplication>
 
@@ -61,6 +62,6 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("camconvert");
-    QCoreApplication::setApplicationVersion(PROGRAM_VERSION);
+    QCoreApplication::setApplicationVersion(FILE_PROCESS_VERSION);
     return run(convert::Arguments::parse(QCoreApplication::arguments()));
 }

@@ -1,5 +1,7 @@
 #include "convert/report.h"
 
+#include "version.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSaveFile>
@@ -68,7 +70,7 @@ QJsonObject JobReport::toJson() const
     for (const FileReport &file : files)
         list.append(convert::toJson(file));
     QJsonObject json{{"version", reportVersion},
-                     {"program", "camconvert " PROGRAM_VERSION},
+                     {"program", "camconvert " FILE_PROCESS_VERSION},
                      {"job", job},
                      {"source", source},
                      {"sha256", hash},

@@ -3,6 +3,7 @@
 #include "tests/archive/archivebuilder.h"
 #include "tests/cam/support/jobfolder.h"
 #include "tests/convert/program.h"
+#include "version.h"
 
 #include <QCryptographicHash>
 #include <QImage>
@@ -99,7 +100,7 @@ private slots:
                 qPrintable(own.output));
             QVERIFY(own.output.contains("Examples:"));
         }
-        QCOMPARE(program.run({"--version"}).output.trimmed(), QString("camconvert " PROGRAM_VERSION));
+        QCOMPARE(program.run({"--version"}).output.trimmed(), QString("camconvert " FILE_PROCESS_VERSION));
     }
 
     void everyOptionIsInTheManualPageAndCompleted()
@@ -460,7 +461,7 @@ private slots:
         QCOMPARE(ran.output.count('\n'), 1); // a line a job, and nothing else
         const QJsonObject report = ran.json();
         QCOMPARE(report["version"].toInt(), 1);
-        QCOMPARE(report["program"].toString(), QString("camconvert " PROGRAM_VERSION));
+        QCOMPARE(report["program"].toString(), QString("camconvert " FILE_PROCESS_VERSION));
         QCOMPARE(report["job"].toString(), QString("board"));
         QCOMPARE(report["source"].toString(), QString("board.tgz"));
         QCOMPARE(report["step"].toString(), QString("pcb"));

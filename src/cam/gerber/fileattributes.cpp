@@ -1,6 +1,8 @@
 // Matrix words to the vocabulary of the Gerber format.
 #include "cam/gerber/fileattributes.h"
 
+#include "version.h"
+
 namespace cam {
 
 namespace {
@@ -89,7 +91,8 @@ std::vector<std::string> fileAttributes(const LayerImage &image, bool negative)
 {
     const bool isNegative = (image.polarity == Polarity::Negative) != negative;
     const bool isPanel = !image.top().repeats.empty();
-    return {"TF.GenerationSoftware,File_Process,ORVEX_API,1.0", "TF.FileFunction," + function(image),
+    return {"TF.GenerationSoftware,File_Process,ORVEX_API," FILE_PROCESS_VERSION,
+            "TF.FileFunction," + function(image),
             std::string("TF.FilePolarity,") + (isNegative ? "Negative" : "Positive"),
             std::string("TF.Part,") + (isPanel ? "Array" : "Single")};
 }

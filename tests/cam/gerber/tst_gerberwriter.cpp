@@ -1,6 +1,7 @@
 // Files as they are written, record by record.
 #include "cam/gerber/gerberwriter.h"
 #include "tests/cam/support/layerbuilding.h"
+#include "version.h"
 
 #include <QtTest>
 
@@ -168,7 +169,7 @@ void tst_GerberWriter::headNamesFormatUnitAndAttributes()
 {
     const QStringList lines = WrittenFile(emptyLayer()).lines();
     QCOMPARE(lines.mid(0, 8),
-             (QStringList{"G04 #@! TF.GenerationSoftware,File_Process,ORVEX_API,1.0*",
+             (QStringList{"G04 #@! TF.GenerationSoftware,File_Process,ORVEX_API," FILE_PROCESS_VERSION "*",
                           "G04 #@! TF.FileFunction,Copper,L1,Top*", "G04 #@! TF.FilePolarity,Positive*",
                           "G04 #@! TF.Part,Single*", "G04 job job, step pcb, layer top*", "%FSLAX46Y46*%",
                           "%MOMM*%", "G75*"}));

@@ -120,7 +120,7 @@ void print(const QJsonObject &job, Console &console)
 {
     console.result(QString("%1: unit %2").arg(job["job"].toString(), job["unit"].toString()));
     QVector<Row> rows{{"row", "layer", "context", "type", "polarity", "span"}};
-    for (const QJsonValue &value : job["layers"].toArray()) {
+    for (const auto &value : job["layers"].toArray()) {
         const QJsonObject layer = value.toObject();
         const QString from = layer["from"].toString(), to = layer["to"].toString();
         rows << Row{QString::number(layer["row"].toInt()),
@@ -131,7 +131,7 @@ void print(const QJsonObject &job, Console &console)
                     from.isEmpty() && to.isEmpty() ? QString() : from + " to " + to};
     }
     printTable(rows, console);
-    for (const QJsonValue &value : job["steps"].toArray()) {
+    for (const auto &value : job["steps"].toArray()) {
         const QJsonObject step = value.toObject();
         const QJsonArray extent = step["extent"].toArray();
         console.result(QString());
@@ -144,7 +144,7 @@ void print(const QJsonObject &job, Console &console)
                                                        .arg(extent[0].toDouble())
                                                        .arg(extent[1].toDouble())));
         rows = {{"layer", "lines", "arcs", "pads", "surfaces", "negative", "cannot be drawn"}};
-        for (const QJsonValue &content : step["layers"].toArray()) {
+        for (const auto &content : step["layers"].toArray()) {
             const QJsonObject layer = content.toObject(), counts = layer["features"].toObject();
             Row row{layer["layer"].toString()};
             for (const char *kind : {"lines", "arcs", "pads", "surfaces", "negative"})

@@ -39,7 +39,7 @@ FileReport fileFrom(const QJsonObject &json)
     file.hash = json["sha256"].toString();
     file.bytes = qint64(json["bytes"].toDouble());
     file.seconds = json["seconds"].toDouble();
-    for (const QJsonValue &warning : json["warnings"].toArray())
+    for (const auto &warning : json["warnings"].toArray())
         file.warnings << warning.toString();
     file.verification = json["verification"].toObject();
     file.error = json["error"].toString();
@@ -113,7 +113,7 @@ JobReport reportFrom(const QJsonObject &json)
     report.step = json["step"].toString();
     report.seconds = json["seconds"].toDouble();
     report.error = json["error"].toString();
-    for (const QJsonValue &file : json["files"].toArray())
+    for (const auto &file : json["files"].toArray())
         report.files.push_back(fileFrom(file.toObject()));
     return report;
 }

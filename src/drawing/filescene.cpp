@@ -69,6 +69,7 @@ std::vector<cam::GdsLayer> layersOf(const cam::GdsImage &image)
             found.emplace(path.on.layer, path.on.datatype);
     }
     std::vector<cam::GdsLayer> layers;
+    layers.reserve(found.size());
     for (const auto &[layer, datatype] : found)
         layers.push_back({static_cast<std::uint16_t>(layer), static_cast<std::uint16_t>(datatype)});
     return layers;

@@ -5,7 +5,6 @@
 
 namespace drawing {
 
-using cam::Point;
 using cam::Transform;
 
 namespace {

@@ -104,6 +104,7 @@ void ShapeBuilder::obround(double width, double height)
 void ShapeBuilder::regularPolygon(Point center, double diameter, int corners, double degrees)
 {
     std::vector<Point> points;
+    points.reserve(std::size_t(std::max(corners, 0)));
     for (int i = 0; i < corners; ++i)
         points.push_back(center + Transform::rotation(360.0 * i / corners)({diameter / 2.0, 0.0}));
     if (diameter > 0.0)

@@ -50,6 +50,7 @@ bool assignHoles(const std::vector<BoxedRing> &rings, std::vector<Island> &islan
 bool areApart(const std::vector<BoxedRing> &rings, const std::vector<std::size_t> &holes)
 {
     std::vector<GridBox> boxes;
+    boxes.reserve(holes.size());
     for (const std::size_t hole : holes)
         boxes.push_back(rings[hole].box);
     std::sort(boxes.begin(), boxes.end(),
@@ -265,6 +266,7 @@ void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
         return;
     }
     std::vector<BoxedRing> boxedRings;
+    boxedRings.reserve(rings.size());
     for (GridRing &ring : rings)
         boxedRings.push_back(boxed(std::move(ring)));
     SurfaceEmitter(mostCorners, polygon, report).start(std::move(boxedRings), areWellMade);

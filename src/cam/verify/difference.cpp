@@ -375,12 +375,12 @@ void Comparer::compareRuns(std::vector<std::uint32_t> first, std::vector<std::ui
     const auto blockOf = [&](const GridBox &box) {
         const double width = static_cast<double>(extent.high.x - extent.low.x) + 1.0;
         const double height = static_cast<double>(extent.high.y - extent.low.y) + 1.0;
-        const auto x =
-            static_cast<std::size_t>(static_cast<double>((box.low.x + box.high.x) / 2 - extent.low.x) /
-                                     width * static_cast<double>(side));
-        const auto y =
-            static_cast<std::size_t>(static_cast<double>((box.low.y + box.high.y) / 2 - extent.low.y) /
-                                     height * static_cast<double>(side));
+        const double fromLeft =
+            static_cast<double>(box.low.x + box.high.x) / 2.0 - static_cast<double>(extent.low.x);
+        const double fromBottom =
+            static_cast<double>(box.low.y + box.high.y) / 2.0 - static_cast<double>(extent.low.y);
+        const auto x = static_cast<std::size_t>(fromLeft / width * static_cast<double>(side));
+        const auto y = static_cast<std::size_t>(fromBottom / height * static_cast<double>(side));
         return std::min(x, side - 1) + side * std::min(y, side - 1);
     };
     std::vector<std::vector<std::uint32_t>> blocks[2];
@@ -479,6 +479,7 @@ void Comparer::judgeLeft()
 
     std::vector<RingPicture> pictures(2 * m_left.size());
     std::vector<Picture *> pointers;
+    pointers.reserve(pictures.size());
     for (std::size_t run = 0; run < m_left.size(); ++run) {
         for (const GridRing &ring : m_left[run]) {
             pictures[2 * run].add(ring);

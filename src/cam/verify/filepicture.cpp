@@ -177,7 +177,7 @@ void GdsPicture::addParts(std::size_t number)
         if (part.corners == 0)
             continue;
         m_partsOf[number].push_back(static_cast<std::uint32_t>(m_parts.size()));
-        m_parts.push_back(std::move(part));
+        m_parts.push_back(part);
     }
 }
 

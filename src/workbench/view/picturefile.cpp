@@ -101,7 +101,9 @@ QString savePicture(const BoardView &view, const QString &path, int factor)
     drawing::Viewport viewport = view.viewport();
     viewport.size *= factor;
     viewport.pixel /= factor;
-    const std::vector<drawing::ColoredScene> scenes = view.scenes();
+    // A copy: the view may change while events are processed below.
+    const std::vector<drawing::ColoredScene> scenes = // NOLINT(performance-unnecessary-copy-initialization)
+        view.scenes();
     auto drawn = std::async(std::launch::async,
                             [&] { return drawing::picture(scenes, viewport, QColor(Qt::transparent)); });
     while (drawn.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready)

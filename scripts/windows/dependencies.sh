@@ -24,7 +24,7 @@ main() {
     component clipper 1 libpolyclipping        build_clipper
     # Headers alone: those of the distribution's package libutfcpp-dev serve Windows as well.
     cp -R /usr/include/utf8cpp "$prefix/include/"
-    component qt      2 qtbase-opensource-src  build_qt
+    component qt      3 qtbase-opensource-src  build_qt
     collect_licences
     say "dependencies complete in $deps"
 }
@@ -84,17 +84,17 @@ build_qt() {
 
 unused_qt_features=(
     # whole modules
-    sql network xml concurrent printer
+    sql network xml concurrent
     # see above
     accessibility tabletevent
     # Core
     etw hijricalendar islamiccivilcalendar jalalicalendar sharedmemory statemachine systemsemaphore timezone
     concatenatetablesproxymodel transposeproxymodel
     # Gui
-    movie pdf picture sessionmanager systemtrayicon textmarkdownreader textmarkdownwriter textodfwriter vulkan
+    movie sessionmanager systemtrayicon textmarkdownreader textmarkdownwriter textodfwriter vulkan
     # Widgets
-    calendarwidget colordialog columnview commandlinkbutton datawidgetmapper dial fontcombobox fontdialog graphicseffect
-    graphicsview keysequenceedit lcdnumber mdiarea scroller splashscreen syntaxhighlighter textbrowser undocommand wizard
+    calendarwidget columnview commandlinkbutton datawidgetmapper dial fontcombobox fontdialog graphicseffect
+    graphicsview keysequenceedit lcdnumber mdiarea scroller splashscreen syntaxhighlighter undocommand wizard
 )
 
 # The terms of all that the Windows package holds, in prefix/licences: out of the source packages, and what Debian's packages

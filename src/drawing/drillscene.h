@@ -2,13 +2,14 @@
 #pragma once
 
 #include "cam/excellon/drillimage.h"
+#include "drawing/figure.h"
 #include "drawing/layerscene.h"
 
 #include <vector>
 
 namespace drawing {
 
-class DrillScene : public Scene
+class DrillScene : public FigureScene
 {
 public:
     explicit DrillScene(const cam::DrillImage &image);
@@ -18,9 +19,12 @@ public:
     {
         m_layer.draw(canvas, toSamples, mode);
     }
+    void findFigures(const cam::Box &box, const FigureVisit &visit) const override;
 
 private:
     LayerScene m_layer;
+    std::vector<cam::DrillTool> m_tools;
+    std::vector<cam::DrillImage::Work> m_works;
 };
 
 } // namespace drawing

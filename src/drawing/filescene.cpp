@@ -55,6 +55,23 @@ void fillPolygon(Canvas &canvas, const std::vector<Point> &corners, const DrawMo
     canvas.fill(rings, FillRule::NonZero, true);
 }
 
+// What a part takes out is a hole.
+void addPart(cam::ContourPool &outline, const cam::ContourPool &contours, const cam::GerberPart &part,
+             Point at)
+{
+    for (std::uint32_t i = part.firstContour; i < part.firstContour + part.contourCount; ++i) {
+        const cam::ContourView contour = contours[i];
+        outline.begin(contour.start + at, !part.exposed);
+        for (const cam::Edge &edge : contour) {
+            if (edge.kind == cam::EdgeKind::Line)
+                outline.lineTo(edge.end + at);
+            else
+                outline.arcTo(edge.end + at, edge.center + at, edge.kind == cam::EdgeKind::ArcClockwise);
+        }
+        outline.end();
+    }
+}
+
 } // namespace
 
 // ---- GDSII
@@ -67,6 +84,8 @@ std::vector<cam::GdsLayer> layersOf(const cam::GdsImage &image)
             found.emplace(boundary.on.layer, boundary.on.datatype);
         for (const cam::GdsPath &path : structure.paths)
             found.emplace(path.on.layer, path.on.datatype);
+        for (const cam::GdsText &text : structure.texts)
+            found.emplace(text.on.layer, text.on.datatype);
     }
     std::vector<cam::GdsLayer> layers;
     layers.reserve(found.size());
@@ -97,9 +116,19 @@ void GdsScene::prepare(std::size_t number)
         if (structure.paths[i].on == m_on)
             made.paths.push_back(i);
     }
+    for (std::uint32_t i = 0; i < structure.texts.size(); ++i) {
+        if (structure.texts[i].on == m_on)
+            made.texts.push_back(i);
+    }
+    made.textIndex = FeatureIndex(static_cast<std::uint32_t>(made.texts.size()), [&](std::uint32_t i) {
+        Box box;
+        box.add(cam::pointOf(structure.texts[made.texts[i]].at));
+        return box;
+    });
     made.index = FeatureIndex(static_cast<std::uint32_t>(made.boundaries.size() + made.paths.size()),
                               [&](std::uint32_t i) { return boxOf(number, i); });
     made.extent = made.index.extent();
+    made.extent.add(made.textIndex.extent());
     for (const cam::GdsReference &reference : structure.references) {
         prepare(reference.structure);
         for (const int column : {0, reference.columns - 1}) {
@@ -159,6 +188,13 @@ void GdsScene::drawStructure(std::size_t number, const Transform &map, Canvas &c
             mode.check();
         drawShape(number, found[i], map, canvas, mode);
     }
+    if (!here.texts.empty()) {
+        found.clear();
+        here.textIndex.find(visible, found);
+        for (const std::uint32_t i : found)
+            canvas.addSmall(map(cam::pointOf(m_image->structures[number].texts[here.texts[i]].at)),
+                            pixel * pixel, true);
+    }
     mode.check();
     for (const cam::GdsReference &reference : m_image->structures[number].references) {
         for (int row = 0; row < reference.rows; ++row) {
@@ -191,6 +227,102 @@ void GdsScene::drawShape(std::size_t number, std::uint32_t shape, const Transfor
         corners.push_back(map(corner));
     if (!corners.empty())
         fillPolygon(canvas, corners, mode);
+}
+
+bool GdsScene::findStructures(std::size_t number, const Box &box, const Transform &map,
+                              const StructureVisit &visit) const
+{
+    const Structure &here = m_structures[number];
+    const Box part = mapped(box, inverse(map));
+    if (here.extent.isEmpty() || !here.extent.touches(part))
+        return true;
+    if (!visit(number, part, map))
+        return false;
+    for (const cam::GdsReference &reference : m_image->structures[number].references) {
+        for (int row = 0; row < reference.rows; ++row) {
+            for (int column = 0; column < reference.columns; ++column) {
+                if (!findStructures(reference.structure, box, reference.placement(column, row).then(map),
+                                    visit))
+                    return false;
+            }
+        }
+    }
+    return true;
+}
+
+Figure GdsScene::figureOf(std::size_t number, std::uint32_t shape, const Transform &map) const
+{
+    const Structure &here = m_structures[number];
+    const cam::GdsStructure &structure = m_image->structures[number];
+    Figure figure;
+    figure.name = structure.name;
+    std::vector<Point> corners;
+    if (shape < here.boundaries.size()) {
+        const cam::GdsBoundary &boundary = structure.boundaries[here.boundaries[shape]];
+        for (std::size_t i = boundary.first; i < boundary.first + boundary.count; ++i)
+            corners.push_back(map(cam::pointOf(structure.corners[i])));
+    } else {
+        const cam::GdsPath &path = structure.paths[here.paths[shape - here.boundaries.size()]];
+        figure.kind = Figure::Kind::Path;
+        figure.width = static_cast<double>(path.width) * std::sqrt(std::fabs(map.determinant()));
+        figure.start = map(cam::pointOf(path.points.front()));
+        for (std::size_t i = 1; i < path.points.size(); ++i)
+            figure.line.push_back({map(cam::pointOf(path.points[i])), {}, cam::EdgeKind::Line});
+        for (const Point corner : cam::outline(path))
+            corners.push_back(map(corner));
+    }
+    for (const Point corner : corners)
+        figure.box.add(corner);
+    if (!corners.empty())
+        figure.outline.addPolygon(corners.data(), corners.size(), false);
+    return figure;
+}
+
+void GdsScene::findFigures(const Box &box, const FigureVisit &visit) const
+{
+    const auto visitOne = [&](std::size_t number, const Box &part, const Transform &map) {
+        const Structure &here = m_structures[number];
+        std::vector<std::uint32_t> found;
+        here.index.find(part, found);
+        for (const std::uint32_t shape : found) {
+            if (!visit(figureOf(number, shape, map)))
+                return false;
+        }
+        found.clear();
+        here.textIndex.find(part, found);
+        for (const std::uint32_t i : found) {
+            const cam::GdsText &text = m_image->structures[number].texts[here.texts[i]];
+            Figure figure;
+            figure.kind = Figure::Kind::Text;
+            figure.at = map(cam::pointOf(text.at));
+            figure.words = text.text;
+            figure.name = m_image->structures[number].name;
+            if (!visit(std::move(figure)))
+                return false;
+        }
+        return true;
+    };
+    for (const std::size_t top : m_image->tops) {
+        if (!findStructures(top, box, Transform::scaling(m_image->unit, m_image->unit), visitOne))
+            return;
+    }
+}
+
+void GdsScene::findTexts(const Box &box, const TextVisit &visit) const
+{
+    const auto visitOne = [&](std::size_t number, const Box &part, const Transform &map) {
+        const Structure &here = m_structures[number];
+        std::vector<std::uint32_t> found;
+        here.textIndex.find(part, found);
+        return std::all_of(found.begin(), found.end(), [&](std::uint32_t i) {
+            const cam::GdsText &text = m_image->structures[number].texts[here.texts[i]];
+            return visit(map(cam::pointOf(text.at)), text.text);
+        });
+    };
+    for (const std::size_t top : m_image->tops) {
+        if (!findStructures(top, box, Transform::scaling(m_image->unit, m_image->unit), visitOne))
+            return;
+    }
 }
 
 // ---- Gerber
@@ -323,6 +455,44 @@ void GerberScene::drawObject(std::uint32_t number, Work &work) const
         work.canvas.add(work.own);
     else if (isOwnImage)
         work.canvas.remove(work.own);
+}
+
+void GerberScene::findFigures(const Box &box, const FigureVisit &visit) const
+{
+    std::vector<std::uint32_t> found;
+    m_index.find(box, found);
+    for (const std::uint32_t number : found) {
+        const cam::GerberObject &object = m_image->objects[number];
+        const cam::GerberShape &shape = m_image->shapes[object.shape];
+        Figure figure;
+        figure.dark = object.dark;
+        figure.lineNumber = object.line;
+        figure.number = object.aperture;
+        if (const auto known = m_image->apertures.find(object.aperture); known != m_image->apertures.end()) {
+            figure.name = known->second.shape;
+            figure.size = {known->second.width, known->second.height};
+        }
+        figure.box = boxOf(number);
+        if (object.kind == cam::GerberObjectKind::Stroke) {
+            const cam::GerberStroke &stroke = m_image->strokes[object.stroke];
+            figure.kind = Figure::Kind::Stroke;
+            figure.width = stroke.width;
+            figure.start = stroke.from + object.at;
+            figure.line.push_back(
+                {stroke.edge.end + object.at, stroke.edge.center + object.at, stroke.edge.kind});
+        } else {
+            const bool isFlash = object.kind == cam::GerberObjectKind::Flash;
+            figure.kind = isFlash ? Figure::Kind::Flash : Figure::Kind::Region;
+            figure.at = object.at;
+        }
+        // A stroke with a circle is as wide as its line.
+        if (figure.kind != Figure::Kind::Stroke || figure.name != "C") {
+            for (std::uint32_t i = shape.firstPart; i < shape.firstPart + shape.partCount; ++i)
+                addPart(figure.outline, m_image->contours, m_image->parts[i], object.at);
+        }
+        if (!visit(std::move(figure)))
+            return;
+    }
 }
 
 } // namespace drawing

@@ -1,6 +1,8 @@
 #include "drawing/snapping.h"
 
 #include "cam/model/winding.h"
+#include "drawing/figure.h"
+#include "drawing/snapsearch.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,81 +17,6 @@ using cam::Transform;
 
 namespace {
 
-// Beyond this a box around the mouse holds too much to look at one by one; nothing is snapped to then.
-constexpr std::size_t mostLookedAt = 5000;
-
-// Looks for the nearest place of each rank: points first, edges where there is none.
-class Search
-{
-public:
-    Search(Point at, double reach) : m_at(at), m_reach(reach) {}
-
-    void point(Point place, Snap::Kind kind)
-    {
-        const double far = cam::distance(place, m_at);
-        if (far <= m_reach && far < m_pointFar) {
-            m_pointFar = far;
-            m_point = Snap{place, kind};
-        }
-    }
-    void segment(Point from, Point to)
-    {
-        const Point along = to - from;
-        const double square = cam::dot(along, along);
-        const double share =
-            square > 0.0 ? std::min(1.0, std::max(0.0, cam::dot(m_at - from, along) / square)) : 0.0;
-        edge(from + along * share);
-    }
-    // On the circle about `center`, if the way from `from` to `to` passes there.
-    void arc(Point from, const Edge &arc)
-    {
-        const Point spoke = m_at - arc.center;
-        const double far = cam::length(spoke), radius = cam::distance(from, arc.center);
-        if (!(far > 0.0))
-            return;
-        const Point place = arc.center + spoke * (radius / far);
-        if (cam::distanceToArc(from, arc, place) < radius * 1e-6 + 1.0)
-            edge(place);
-    }
-    std::optional<Snap> result() const { return m_point ? m_point : m_edge; }
-
-private:
-    void edge(Point place)
-    {
-        const double far = cam::distance(place, m_at);
-        if (far <= m_reach && far < m_edgeFar) {
-            m_edgeFar = far;
-            m_edge = Snap{place, Snap::Kind::Edge};
-        }
-    }
-
-    Point m_at;
-    double m_reach;
-    double m_pointFar = 1e300, m_edgeFar = 1e300;
-    std::optional<Snap> m_point, m_edge;
-};
-
-// `map` must keep circles where there are arcs.
-void addContour(Search &search, const ContourView &contour, const Transform &map)
-{
-    for (const auto [from, edge] : contour.walk()) {
-        const Point a = map(from), b = map(edge.end);
-        if (edge.kind == EdgeKind::Line) {
-            search.segment(a, b);
-            search.point(b, Snap::Kind::Corner);
-            continue;
-        }
-        Edge mappedArc{b, map(edge.center), edge.kind};
-        if (map.turnsOver())
-            mappedArc.kind =
-                edge.kind == EdgeKind::ArcClockwise ? EdgeKind::ArcCounterClockwise : EdgeKind::ArcClockwise;
-        search.arc(a, mappedArc);
-        search.point(mappedArc.center, Snap::Kind::Center);
-        if (a != b)
-            search.point(b, Snap::Kind::Corner);
-    }
-}
-
 // Half of how wide a pen draws.
 double halfWidth(const LayerScene &scene, std::uint32_t symbol)
 {
@@ -100,7 +27,7 @@ double halfWidth(const LayerScene &scene, std::uint32_t symbol)
     return box.isEmpty() ? 0.0 : std::min(box.high.x - box.low.x, box.high.y - box.low.y) / 2.0;
 }
 
-void addLine(Search &search, const LayerScene &scene, const cam::Line &line, const Transform &place)
+void addLine(SnapSearch &search, const LayerScene &scene, const cam::Line &line, const Transform &place)
 {
     search.point(place(line.start), Snap::Kind::End);
     search.point(place(line.end), Snap::Kind::End);
@@ -114,7 +41,7 @@ void addLine(Search &search, const LayerScene &scene, const cam::Line &line, con
     search.segment(place(line.start - aside), place(line.end - aside));
 }
 
-void addPad(Search &search, const LayerScene &scene, const cam::Pad &pad, const Transform &place)
+void addPad(SnapSearch &search, const LayerScene &scene, const cam::Pad &pad, const Transform &place)
 {
     search.point(place(pad.at), Snap::Kind::Center);
     const cam::Symbol &symbol = scene.image().symbols[pad.symbol];
@@ -122,10 +49,10 @@ void addPad(Search &search, const LayerScene &scene, const cam::Pad &pad, const 
         return;
     const cam::Shape shape = cam::shapeOf(*symbol.standard, pad.growth);
     for (std::size_t i = 0; i < shape.contours.size(); ++i)
-        addContour(search, shape.contours[i], cam::placement(pad).then(place));
+        search.contour(shape.contours[i], cam::placement(pad).then(place));
 }
 
-void addFeature(Search &search, const LayerScene &scene, const FoundFeature &found)
+void addFeature(SnapSearch &search, const LayerScene &scene, const FoundFeature &found)
 {
     const cam::FeatureSet &features = scene.image().steps[found.step].features;
     const cam::Feature &feature = features.order[found.index];
@@ -144,29 +71,10 @@ void addFeature(Search &search, const LayerScene &scene, const FoundFeature &fou
     case cam::FeatureKind::Surface: {
         const cam::Surface &surface = features.surfaces[feature.index];
         for (std::uint32_t i = 0; i < surface.contourCount; ++i)
-            addContour(search, features.contours[surface.firstContour + i], found.place);
+            search.contour(features.contours[surface.firstContour + i], found.place);
         return;
     }
     }
-}
-
-// Whether a contour that stands for `isHole` covers the point, summed up over a surface.
-bool covers(const cam::ContourPool &pool, std::size_t first, std::size_t count, Point at)
-{
-    int depth = 0;
-    for (std::size_t i = first; i < first + count; ++i) {
-        if (cam::windingNumber(pool[i], at) != 0)
-            depth += pool[i].isHole ? -1 : 1;
-    }
-    return depth > 0;
-}
-
-double distanceToContours(const cam::ContourPool &pool, std::size_t first, std::size_t count, Point at)
-{
-    double nearest = 1e300;
-    for (std::size_t i = first; i < first + count; ++i)
-        nearest = std::min(nearest, cam::distanceTo(pool[i], at));
-    return nearest;
 }
 
 // In the step's own coordinates; 0 inside.
@@ -213,28 +121,76 @@ double distanceToFeature(const LayerScene &scene, const cam::FeatureSet &feature
 
 std::vector<FoundFeature> near(const LayerScene &scene, Point at, double reach)
 {
-    cam::Box box;
-    box.add(at - Point{reach, reach});
-    box.add(at + Point{reach, reach});
     std::vector<FoundFeature> found;
-    scene.findFeatures(box, [&](std::uint32_t step, std::uint32_t index, const Transform &place) {
-        if (found.size() < mostLookedAt)
-            found.push_back({step, index, place});
-    });
+    scene.findFeatures(boxAround(at, reach),
+                       [&](std::uint32_t step, std::uint32_t index, const Transform &place) {
+                           if (found.size() < mostLookedAt)
+                               found.push_back({step, index, place});
+                       });
     return found;
 }
 
-} // namespace
-
-std::optional<Snap> snapTo(const LayerScene &scene, Point at, double reach)
+std::optional<Snap> snapToFeature(const LayerScene &scene, Point at, double reach)
 {
     const std::vector<FoundFeature> found = near(scene, at, reach);
     if (found.size() >= mostLookedAt)
         return std::nullopt;
-    Search search(at, reach);
+    SnapSearch search(at, reach);
     for (const FoundFeature &feature : found)
         addFeature(search, scene, feature);
     return search.result();
+}
+
+bool isConvex(const ContourView &contour)
+{
+    bool left = false, right = false;
+    for (std::size_t i = 0; i < contour.edgeCount; ++i) {
+        const Point from = i == 0 ? contour.start : contour.edges[i - 1].end;
+        const Point next = contour.edges[(i + 1) % contour.edgeCount].end;
+        const double turn = cam::cross(contour.edges[i].end - from, next - contour.edges[i].end);
+        left = left || turn > 0.0;
+        right = right || turn < 0.0;
+    }
+    return !(left && right);
+}
+
+// Of a boundary without arcs, a circle as a polygon for instance, the middle is a centre when it is convex.
+void addFigure(SnapSearch &search, const Figure &figure)
+{
+    const bool isBoundary = figure.kind == Figure::Kind::Boundary || figure.kind == Figure::Kind::Region;
+    if (figure.line.empty() && !isBoundary)
+        search.point(figure.at, Snap::Kind::Center);
+    if (isBoundary && figure.outline.size() == 1 && isConvex(figure.outline[0]))
+        search.point((figure.box.low + figure.box.high) * 0.5, Snap::Kind::Center);
+    Point from = figure.start;
+    for (const Edge &edge : figure.line) {
+        search.line(from, edge, figure.outline.isEmpty() ? figure.width : 0.0);
+        from = edge.end;
+    }
+    for (std::size_t i = 0; i < figure.outline.size(); ++i)
+        search.contour(figure.outline[i]);
+}
+
+std::optional<Snap> snapToFigure(const FigureScene &scene, Point at, double reach)
+{
+    SnapSearch search(at, reach);
+    std::size_t count = 0;
+    scene.findFigures(boxAround(at, reach), [&](Figure &&figure) {
+        addFigure(search, figure);
+        return ++count < mostLookedAt;
+    });
+    return count < mostLookedAt ? search.result() : std::nullopt;
+}
+
+} // namespace
+
+std::optional<Snap> snapTo(const Scene &scene, Point at, double reach)
+{
+    if (const auto *layer = dynamic_cast<const LayerScene *>(&scene))
+        return snapToFeature(*layer, at, reach);
+    if (const auto *figures = dynamic_cast<const FigureScene *>(&scene))
+        return snapToFigure(*figures, at, reach);
+    return std::nullopt;
 }
 
 std::vector<FoundFeature> featuresAt(const LayerScene &scene, Point at, double reach, std::size_t most)

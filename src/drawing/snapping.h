@@ -15,9 +15,9 @@ struct Snap
     Kind kind = Kind::Edge;
 };
 
-// The place of a feature nearest to `at`, at most `reach` away: a centre, a corner or an end where one is
-// near enough, else a point on an edge. Nothing where no feature is near.
-std::optional<Snap> snapTo(const LayerScene &scene, cam::Point at, double reach);
+// The place of a feature, or of a file's figure, nearest to `at`, at most `reach` away: a centre, a corner or
+// an end where one is near enough, else a point on an edge. Nothing where none is near.
+std::optional<Snap> snapTo(const Scene &scene, cam::Point at, double reach);
 
 // A feature as it is found under the mouse.
 struct FoundFeature

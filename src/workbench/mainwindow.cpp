@@ -19,6 +19,7 @@
 #include "workbench/manual.h"
 #include "workbench/messagebar.h"
 #include "workbench/parentwidget.h"
+#include "workbench/recentfiles.h"
 #include "workbench/recentjobs.h"
 #include "workbench/resultspane.h"
 #include "workbench/settingsdialog.h"
@@ -171,6 +172,12 @@ void MainWindow::buildMenus()
             [this, recent] { recent->fill(m_memory->recentJobs(), m_jobRoot, jobNames()); });
     connect(recent, &RecentJobs::jobChosen, this, &MainWindow::openJob);
     file->addMenu(recent);
+    auto *recentFiles = new RecentFiles(file);
+    connect(recentFiles, &QMenu::aboutToShow, this,
+            [this, recentFiles] { recentFiles->fill(m_memory->recentFiles()); });
+    connect(recentFiles, &RecentFiles::fileChosen, this,
+            [this](const QString &path) { m_viewCommands->openFiles({path}); });
+    file->addMenu(recentFiles);
     file->addActions(m_jobs->jobActions());
     file->addSeparator();
     QAction *refresh = file->addAction(tr("&Refresh jobs"), this, [this] {
@@ -192,6 +199,8 @@ void MainWindow::buildMenus()
     quit->setShortcut(Qt::CTRL + Qt::Key_Q); // Windows has no key of its own
     connect(m_viewCommands, &ViewCommands::fileFailed, this,
             [this](const QString &, const QString &reason) { tellFailure(reason); });
+    connect(m_viewCommands, &ViewCommands::fileOpened, this,
+            [this](const QString &path) { m_memory->addRecentFile(QFileInfo(path).absoluteFilePath()); });
     connect(m_view, &GraphicView::fileRemarked, this, &MainWindow::tellWarning);
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());

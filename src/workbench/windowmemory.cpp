@@ -6,6 +6,7 @@ namespace {
 
 const int stateVersion = 1; // of the panes and tool bars; another one's state is not restored
 const int jobsToRemember = 10;
+const int filesToRemember = 15;
 
 } // namespace
 
@@ -45,6 +46,19 @@ void WindowMemory::removeRecentJob(const QString &folder)
     QStringList jobs = recentJobs();
     jobs.removeAll(folder);
     keep("recentJobs", jobs);
+}
+
+QStringList WindowMemory::recentFiles() const
+{
+    return m_settings ? m_settings->value("recentFiles").toStringList() : QStringList();
+}
+
+void WindowMemory::addRecentFile(const QString &path)
+{
+    QStringList files = recentFiles();
+    files.removeAll(path);
+    files.prepend(path);
+    keep("recentFiles", QStringList(files.mid(0, filesToRemember)));
 }
 
 QByteArray WindowMemory::state(const QString &pane) const

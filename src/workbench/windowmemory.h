@@ -26,6 +26,10 @@ public:
     void addRecentJob(const QString &folder);
     void removeRecentJob(const QString &folder);
 
+    // Layer files, the one that was opened last first.
+    QStringList recentFiles() const;
+    void addRecentFile(const QString &path);
+
     QString importFolder() const { return text("importFolder"); }
     void setImportFolder(const QString &folder) { keep("importFolder", folder); }
 

@@ -5,6 +5,7 @@
 #include "cam/model/contour.h"
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -28,10 +29,26 @@ struct GerberShape
 
 enum class GerberObjectKind : std::uint8_t { Stroke, Flash, Region };
 
+// What a stroke is drawn along, before it is moved by its object's `at`.
+struct GerberStroke
+{
+    Point from;
+    Edge edge;
+    double width = 0.0; // nanometres; of a rectangle its shorter side
+};
+
+struct GerberAperture
+{
+    std::string shape;                // C, R, O, P or the name of a macro
+    double width = 0.0, height = 0.0; // nanometres
+};
+
 // A shape, moved by `at`, painted dark or clear.
 struct GerberObject
 {
     std::uint32_t shape = 0;
+    std::uint32_t stroke = 0; // index into the image's strokes, of a stroke
+    int aperture = 0;         // D10 is 10; 0 for a region
     GerberObjectKind kind = GerberObjectKind::Stroke;
     bool dark = true;
     Point at;             // nanometres
@@ -58,7 +75,9 @@ struct GerberImage
     ContourPool contours;
     std::vector<GerberPart> parts;
     std::vector<GerberShape> shapes;
+    std::vector<GerberStroke> strokes;
     std::vector<GerberObject> objects;
+    std::map<int, GerberAperture> apertures; // by their numbers
     std::vector<GerberRemark> remarks;
 
     bool covers(const GerberShape &shape, Point at) const; // `at` in the shape's own coordinates

@@ -625,7 +625,15 @@ void Reader::takeApertureDefinition(std::string_view text)
     if (comma + 1 < text.size())
         sizes = numbers(text.substr(comma + 1), 'X');
 
-    if (!m_apertures.emplace(code, definedAperture(name, sizes)).second)
+    const ReadAperture aperture = definedAperture(name, sizes);
+    const Box box = m_image.shapes[aperture.shape].extent;
+    GerberAperture &told = m_image.apertures[code];
+    told.shape = name;
+    if (!box.isEmpty()) {
+        told.width = box.high.x - box.low.x;
+        told.height = box.high.y - box.low.y;
+    }
+    if (!m_apertures.emplace(code, aperture).second)
         fail("each aperture once, not D" + std::to_string(code) + " again");
 }
 
@@ -812,6 +820,10 @@ void Reader::paint(std::uint32_t shape, GerberObjectKind kind, Point at, std::si
     object.kind = kind;
     object.dark = m_isDark;
     object.at = at;
+    if (kind != GerberObjectKind::Region)
+        object.aperture = m_aperture;
+    if (kind == GerberObjectKind::Stroke)
+        object.stroke = static_cast<std::uint32_t>(m_image.strokes.size() - 1);
     object.line = line;
     add(object);
 }
@@ -945,6 +957,8 @@ void Reader::stroke(const Edge &edge)
             shape.rectangleStroke(m_position, edge.end, aperture.width * m_placing.scale,
                                   aperture.height * m_placing.scale);
     }
+    m_image.strokes.push_back(
+        {m_position, edge, std::min(aperture.width, aperture.height) * m_placing.scale});
     paint(shape.finish(), GerberObjectKind::Stroke, {}, m_line);
 }
 

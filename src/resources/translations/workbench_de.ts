@@ -208,6 +208,133 @@
     </message>
 </context>
 <context>
+    <name>FigureInspection</name>
+    <message>
+        <source>Boundary</source>
+        <translation>Fläche (Boundary)</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Flash</source>
+        <translation>Blitz (Flash)</translation>
+    </message>
+    <message>
+        <source>Stroke</source>
+        <translation>Strich</translation>
+    </message>
+    <message>
+        <source>Region</source>
+        <translation>Region</translation>
+    </message>
+    <message>
+        <source>Hole</source>
+        <translation>Bohrung</translation>
+    </message>
+    <message>
+        <source>Slot</source>
+        <translation>Langloch</translation>
+    </message>
+    <message>
+        <source>Routed path</source>
+        <translation>Fräsbahn</translation>
+    </message>
+    <message>
+        <source>circle</source>
+        <translation>Kreis</translation>
+    </message>
+    <message>
+        <source>rectangle</source>
+        <translation>Rechteck</translation>
+    </message>
+    <message>
+        <source>obround</source>
+        <translation>Langrund</translation>
+    </message>
+    <message>
+        <source>polygon</source>
+        <translation>Vieleck</translation>
+    </message>
+    <message>
+        <source>macro %1</source>
+        <translation>Makro %1</translation>
+    </message>
+    <message>
+        <source>From %1</source>
+        <translation>Von %1</translation>
+    </message>
+    <message>
+        <source>To %1</source>
+        <translation>Nach %1</translation>
+    </message>
+    <message>
+        <source>Length %1</source>
+        <translation>Länge %1</translation>
+    </message>
+    <message>
+        <source>Center %1</source>
+        <translation>Mittelpunkt %1</translation>
+    </message>
+    <message>
+        <source>Radius %1</source>
+        <translation>Radius %1</translation>
+    </message>
+    <message>
+        <source>Aperture D%1, %2, %3</source>
+        <translation>Blende D%1, %2, %3</translation>
+    </message>
+    <message>
+        <source>, plated</source>
+        <translation>, durchkontaktiert</translation>
+    </message>
+    <message>
+        <source>, not plated</source>
+        <translation>, nicht durchkontaktiert</translation>
+    </message>
+    <message>
+        <source>Tool T%1, %2</source>
+        <translation>Werkzeug T%1, %2</translation>
+    </message>
+    <message>
+        <source>, clears</source>
+        <translation>, löscht</translation>
+    </message>
+    <message>
+        <source>At %1</source>
+        <translation>Bei %1</translation>
+    </message>
+    <message>
+        <source>%1 contours, %2 edges</source>
+        <translation>%1 Konturen, %2 Kanten</translation>
+    </message>
+    <message>
+        <source>Width %1</source>
+        <translation>Breite %1</translation>
+    </message>
+    <message>
+        <source>Line %1 of the file</source>
+        <translation>Zeile %1 der Datei</translation>
+    </message>
+    <message>
+        <source>Structure %1</source>
+        <translation>Struktur %1</translation>
+    </message>
+    <message>
+        <source>Layer %1</source>
+        <translation>Lage %1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 here; click again for the next</source>
+        <translation>%1 von %2 hier; noch ein Klick zeigt das nächste</translation>
+    </message>
+</context>
+<context>
     <name>FileProcess</name>
     <message>
         <source>import</source>
@@ -989,6 +1116,17 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>%1 cannot be written: %2</source>
         <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>RecentFiles</name>
+    <message>
+        <source>Recent &amp;layer files</source>
+        <translation>Zuletzt geöffnete &amp;Lagendateien</translation>
+    </message>
+    <message>
+        <source>No layer file has been opened yet</source>
+        <translation>Es wurde noch keine Lagendatei geöffnet</translation>
     </message>
 </context>
 <context>

@@ -208,6 +208,133 @@
     </message>
 </context>
 <context>
+    <name>FigureInspection</name>
+    <message>
+        <source>Boundary</source>
+        <translation>边界</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>路径</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>文字</translation>
+    </message>
+    <message>
+        <source>Flash</source>
+        <translation>闪绘</translation>
+    </message>
+    <message>
+        <source>Stroke</source>
+        <translation>描线</translation>
+    </message>
+    <message>
+        <source>Region</source>
+        <translation>区域</translation>
+    </message>
+    <message>
+        <source>Hole</source>
+        <translation>钻孔</translation>
+    </message>
+    <message>
+        <source>Slot</source>
+        <translation>槽孔</translation>
+    </message>
+    <message>
+        <source>Routed path</source>
+        <translation>铣削路径</translation>
+    </message>
+    <message>
+        <source>circle</source>
+        <translation>圆形</translation>
+    </message>
+    <message>
+        <source>rectangle</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>obround</source>
+        <translation>长圆形</translation>
+    </message>
+    <message>
+        <source>polygon</source>
+        <translation>多边形</translation>
+    </message>
+    <message>
+        <source>macro %1</source>
+        <translation>宏 %1</translation>
+    </message>
+    <message>
+        <source>From %1</source>
+        <translation>起点 %1</translation>
+    </message>
+    <message>
+        <source>To %1</source>
+        <translation>终点 %1</translation>
+    </message>
+    <message>
+        <source>Length %1</source>
+        <translation>长度 %1</translation>
+    </message>
+    <message>
+        <source>Center %1</source>
+        <translation>圆心 %1</translation>
+    </message>
+    <message>
+        <source>Radius %1</source>
+        <translation>半径 %1</translation>
+    </message>
+    <message>
+        <source>Aperture D%1, %2, %3</source>
+        <translation>光圈 D%1，%2，%3</translation>
+    </message>
+    <message>
+        <source>, plated</source>
+        <translation>，镀铜</translation>
+    </message>
+    <message>
+        <source>, not plated</source>
+        <translation>，非镀铜</translation>
+    </message>
+    <message>
+        <source>Tool T%1, %2</source>
+        <translation>刀具 T%1，%2</translation>
+    </message>
+    <message>
+        <source>, clears</source>
+        <translation>，清除</translation>
+    </message>
+    <message>
+        <source>At %1</source>
+        <translation>位置 %1</translation>
+    </message>
+    <message>
+        <source>%1 contours, %2 edges</source>
+        <translation>%1 个轮廓，%2 条边</translation>
+    </message>
+    <message>
+        <source>Width %1</source>
+        <translation>宽度 %1</translation>
+    </message>
+    <message>
+        <source>Line %1 of the file</source>
+        <translation>文件第 %1 行</translation>
+    </message>
+    <message>
+        <source>Structure %1</source>
+        <translation>结构 %1</translation>
+    </message>
+    <message>
+        <source>Layer %1</source>
+        <translation>层 %1</translation>
+    </message>
+    <message>
+        <source>%1 of %2 here; click again for the next</source>
+        <translation>此处第 %1 / %2 个；再次点击看下一个</translation>
+    </message>
+</context>
+<context>
     <name>FileProcess</name>
     <message>
         <source>import</source>
@@ -986,6 +1113,17 @@ They can also be dropped on this window.</source>
     <message>
         <source>%1 cannot be written: %2</source>
         <translation>%1 无法写入：%2</translation>
+    </message>
+</context>
+<context>
+    <name>RecentFiles</name>
+    <message>
+        <source>Recent &amp;layer files</source>
+        <translation>最近的层文件(&amp;L)</translation>
+    </message>
+    <message>
+        <source>No layer file has been opened yet</source>
+        <translation>尚未打开任何层文件</translation>
     </message>
 </context>
 <context>

@@ -36,7 +36,9 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardVie
     layout->addWidget(m_view);
     setFocusProxy(m_view);
     setAcceptDrops(true);
+    m_view->addOverlay(&m_texts);
     m_view->addOverlay(&m_inspection);
+    m_view->addOverlay(&m_figures);
     m_view->addOverlay(&m_measuring);
     connect(m_view, &BoardView::pointed, this, &GraphicView::pointed);
     connect(m_view, &BoardView::escaped, this, &GraphicView::clearMarks);
@@ -99,16 +101,26 @@ void GraphicView::showScenes()
         if (const auto *layer = dynamic_cast<const drawing::LayerScene *>(scene.get()); layer && !m_hasBoard)
             takeBoard(*layer);
     }
-    std::vector<std::shared_ptr<const drawing::LayerScene>> measured;
+    std::vector<std::shared_ptr<const drawing::Scene>> measured;
+    std::vector<FigureInspection::Layer> figures;
+    std::vector<TextLabels::Layer> texts;
     std::vector<Inspection::Layer> inspected;
     for (auto row = m_rows.crbegin(); row != m_rows.crend(); ++row) {
+        const std::shared_ptr<const drawing::Scene> scene = m_store.scene(*row);
+        if (scene)
+            measured.push_back(scene);
+        if (const auto file = std::dynamic_pointer_cast<const drawing::FigureScene>(scene)) {
+            figures.push_back({row->name, file});
+            texts.push_back({file, row->color});
+        }
         if (const auto layer = std::dynamic_pointer_cast<const drawing::LayerScene>(m_store.scene(*row))) {
-            measured.push_back(layer);
             inspected.push_back({row->name, layer});
         }
     }
     m_measuring.setScenes(measured);
     m_inspection.setLayers(inspected);
+    m_figures.setLayers(figures);
+    m_texts.setLayers(texts);
     m_view->setProgress(m_store.progress());
     if (scenes.empty() && !m_failure.isEmpty())
         return m_view->showText(m_failure);
@@ -206,22 +218,31 @@ void GraphicView::press(const cam::Point &place)
 {
     if (m_measuring.isOn())
         m_measuring.press(place, reach());
+    else if (m_figures.press(place, reach() / 4.0))
+        m_inspection.clear();
     else
         m_inspection.press(place, reach() / 4.0);
     m_view->update();
+}
+
+QStringList GraphicView::inspected() const
+{
+    const QStringList figure = m_figures.text(m_view->unit());
+    return figure.isEmpty() ? m_inspection.text(m_view->unit()) : figure;
 }
 
 void GraphicView::setMeasuring(bool measuring)
 {
     m_measuring.setOn(measuring);
     m_inspection.clear();
+    m_figures.clear();
     setCursor(measuring ? Qt::CrossCursor : Qt::ArrowCursor);
     m_view->update();
 }
 
 void GraphicView::clearMarks()
 {
-    const bool had = m_inspection.clear();
+    const bool hadFigure = m_figures.clear(), had = m_inspection.clear() || hadFigure;
     if (!m_measuring.clear() && !had)
         emit measuringEnded();
     m_view->update();

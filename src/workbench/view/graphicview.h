@@ -1,11 +1,13 @@
 // The graphics view of the workbench: shows the rows that it is told to, over each other.
 #pragma once
 
+#include "workbench/view/figureinspection.h"
 #include "workbench/view/filescenes.h"
 #include "workbench/view/inspection.h"
 #include "workbench/view/lengthunit.h"
 #include "workbench/view/measuring.h"
 #include "workbench/view/scenestore.h"
+#include "workbench/view/textlabels.h"
 
 #include <QStringList>
 #include <QTimer>
@@ -33,6 +35,9 @@ public:
     // Reads what a file holds; fileRead() or fileFailed() follows.
     void openFile(const QString &path);
     void closeFile(const QString &path);
+    // What is said about the feature or figure that was clicked; empty when there is none.
+    QStringList inspected() const;
+    std::optional<Measurement> measurement() const { return m_measuring.measurement(); }
     // Ends the reading of layers and returns when it has ended.
     void stopReading() { m_store.stopAndWait(); }
     bool isReading() const { return m_store.isBusy() || !m_files.empty(); }
@@ -83,6 +88,8 @@ private:
     SceneStore m_store;
     Measuring m_measuring;
     Inspection m_inspection;
+    FigureInspection m_figures; // of files, which lie above the job
+    TextLabels m_texts;
     BoardView *m_view;
     QVector<ViewRow> m_rows;
     QString m_text; // where there is nothing to draw

@@ -31,10 +31,7 @@ public:
     // Off forgets what was measured.
     void setOn(bool on);
     // What is snapped to: the scenes of layers that are seen, the uppermost first.
-    void setScenes(const std::vector<std::shared_ptr<const drawing::LayerScene>> &scenes)
-    {
-        m_scenes = scenes;
-    }
+    void setScenes(const std::vector<std::shared_ptr<const drawing::Scene>> &scenes) { m_scenes = scenes; }
 
     // The mouse is at `place`; `reach`: nanometres within which it snaps.
     void moveTo(cam::Point place, double reach);
@@ -50,7 +47,7 @@ private:
     drawing::Snap snapped(cam::Point place, double reach, bool &isSnapped) const;
 
     bool m_isOn = false;
-    std::vector<std::shared_ptr<const drawing::LayerScene>> m_scenes;
+    std::vector<std::shared_ptr<const drawing::Scene>> m_scenes;
     std::optional<cam::Point> m_from, m_to;
     drawing::Snap m_mouse;
     bool m_hasMouse = false, m_isSnapped = false;

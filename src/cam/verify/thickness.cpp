@@ -1,5 +1,6 @@
 // Squares are divided, the most promising first, until the best disc found is as good as any that a square
-// could still hold.
+// could still hold. Strips nearly as thick as what is asked for would take squares without end: there a disc
+// is led along their sides.
 #include "cam/verify/thickness.h"
 
 #include <algorithm>
@@ -53,6 +54,17 @@ void addSides(const GridRing &ring, std::vector<Side> &sides)
     }
 }
 
+bool isInsideOf(const std::vector<Side> &sides, Point at)
+{
+    bool isInside = false;
+    for (const Side &side : sides) {
+        const Point a = side.a, b = side.b;
+        if ((a.y > at.y) != (b.y > at.y) && at.x < a.x + (b.x - a.x) * ((at.y - a.y) / (b.y - a.y)))
+            isInside = !isInside;
+    }
+    return isInside;
+}
+
 // Sides by their index, those that may be the nearest of some point of a square.
 using Nearby = std::shared_ptr<const std::vector<std::uint32_t>>;
 
@@ -101,7 +113,7 @@ public:
 
 private:
     Square square(Point center, double half, const Nearby &among) const;
-    bool isInside(Point at) const;
+    bool isInside(Point at) const { return isInsideOf(m_sides, at); }
     void take(const Square &square)
     {
         if (square.distance > m_best.radius && isInside(square.center))
@@ -117,17 +129,6 @@ private:
     double m_bound = 0.0;
     bool m_isThrough = true;
 };
-
-bool Search::isInside(Point at) const
-{
-    bool isInside = false;
-    for (const Side &side : m_sides) {
-        const Point a = side.a, b = side.b;
-        if ((a.y > at.y) != (b.y > at.y) && at.x < a.x + (b.x - a.x) * ((at.y - a.y) / (b.y - a.y)))
-            isInside = !isInside;
-    }
-    return isInside;
-}
 
 Square Search::square(Point center, double half, const Nearby &among) const
 {
@@ -230,6 +231,173 @@ void Search::improve()
     }
 }
 
+// Whether a disc of `radius` fits, beyond doubt: one that does can be moved until it lies beside a side, or
+// until two corners hold it. Beside a side the other sides forbid an interval each, as a disc's centre may
+// not come near to them and what is near to a straight side is convex.
+class DiscWalk
+{
+public:
+    DiscWalk(const std::vector<GridRing> &rings, double radius);
+    bool finds();
+
+private:
+    struct Interval
+    {
+        double low, high;
+    };
+    struct Near // a side and where it lies
+    {
+        Point low, high;
+        std::uint32_t side;
+    };
+    void findNeighbours();
+    bool fitsBeside(std::uint32_t side);
+    bool fitsBetweenCorners(std::uint32_t side) const;
+    Interval forbiddenBy(const Side &other, Point from, Point along, double length) const;
+
+    const double m_radius;
+    std::vector<Side> m_sides;
+    std::vector<bool> m_turnsRight; // where the side begins: the area bends around this corner
+    std::vector<std::vector<std::uint32_t>> m_neighbours;
+    std::vector<Interval> m_forbidden; // scratch
+};
+
+DiscWalk::DiscWalk(const std::vector<GridRing> &rings, double radius) : m_radius(radius)
+{
+    for (const GridRing &ring : rings) {
+        const std::size_t first = m_sides.size();
+        addSides(ring, m_sides);
+        for (std::size_t i = first; i < m_sides.size(); ++i) {
+            const Side &before = m_sides[i > first ? i - 1 : m_sides.size() - 1];
+            m_turnsRight.push_back(cross(before.b - before.a, m_sides[i].b - m_sides[i].a) < 0.0);
+        }
+    }
+    findNeighbours();
+}
+
+void DiscWalk::findNeighbours()
+{
+    std::vector<Near> all;
+    for (std::uint32_t i = 0; i < m_sides.size(); ++i) {
+        const Point a = m_sides[i].a, b = m_sides[i].b;
+        const Point reach = {m_radius + 1.0, m_radius + 1.0};
+        all.push_back({Point{std::min(a.x, b.x), std::min(a.y, b.y)} - reach,
+                       Point{std::max(a.x, b.x), std::max(a.y, b.y)} + reach, i});
+    }
+    std::sort(all.begin(), all.end(), [](const Near &one, const Near &other) {
+        return std::pair(one.low.x, one.side) < std::pair(other.low.x, other.side);
+    });
+    m_neighbours.resize(m_sides.size());
+    std::vector<Near> open;
+    for (const Near &here : all) {
+        open.erase(std::remove_if(open.begin(), open.end(),
+                                  [&here](const Near &other) { return other.high.x < here.low.x; }),
+                   open.end());
+        for (const Near &other : open) {
+            if (other.high.y < here.low.y || here.high.y < other.low.y)
+                continue;
+            m_neighbours[here.side].push_back(other.side);
+            m_neighbours[other.side].push_back(here.side);
+        }
+        open.push_back(here);
+    }
+}
+
+bool DiscWalk::finds()
+{
+    for (std::uint32_t i = 0; i < m_sides.size(); ++i) {
+        if (fitsBeside(i) || fitsBetweenCorners(i))
+            return true;
+    }
+    return false;
+}
+
+// Along a line of centres: `from` and then up to `length` in direction `along`.
+DiscWalk::Interval DiscWalk::forbiddenBy(const Side &other, Point from, Point along, double length) const
+{
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    Interval forbidden = {infinity, -infinity};
+    const auto add = [&forbidden](double low, double high) {
+        if (low < high)
+            forbidden = {std::min(forbidden.low, low), std::max(forbidden.high, high)};
+    };
+    for (const Point end : {other.a, other.b}) {
+        const double middle = dot(end - from, along), aside = cross(along, end - from);
+        const double square = m_radius * m_radius - aside * aside;
+        if (square > 0.0)
+            add(middle - std::sqrt(square), middle + std::sqrt(square));
+    }
+    // Beside the other side itself, where its ends are not nearest.
+    const double otherLength = distance(other.a, other.b);
+    const Point direction = (other.b - other.a) * (1.0 / otherLength);
+    Interval beside = {-1.0, length + 1.0}; // the ends themselves are in it
+    const auto limit = [&beside](double start, double slope, double low, double high) {
+        if (slope == 0.0) {
+            if (start < low || start > high)
+                beside.high = -1.0;
+            return;
+        }
+        const double one = (low - start) / slope, two = (high - start) / slope;
+        beside = {std::max(beside.low, std::min(one, two)), std::min(beside.high, std::max(one, two))};
+    };
+    limit(dot(from - other.a, direction), dot(along, direction), 0.0, otherLength);
+    limit(cross(direction, from - other.a), cross(direction, along), -m_radius, m_radius);
+    add(beside.low, beside.high);
+    return forbidden;
+}
+
+bool DiscWalk::fitsBeside(std::uint32_t side)
+{
+    const Point a = m_sides[side].a;
+    const double length = distance(a, m_sides[side].b);
+    const Point along = (m_sides[side].b - a) * (1.0 / length);
+    // The area lies to the left. A hair farther away, so that what only continues the side is not in the way.
+    constexpr double hair = 1e-3;
+    const Point from = a + Point{-along.y, along.x} * (m_radius + hair);
+    m_forbidden.clear();
+    for (const std::uint32_t i : m_neighbours[side]) {
+        const Interval here = forbiddenBy(m_sides[i], from, along, length);
+        if (here.low < here.high)
+            m_forbidden.push_back(here);
+    }
+    std::sort(m_forbidden.begin(), m_forbidden.end(),
+              [](const Interval &one, const Interval &other) { return one.low < other.low; });
+    double reached = 0.0;
+    for (const Interval &here : m_forbidden) {
+        if (here.low > reached)
+            break;
+        reached = std::max(reached, here.high);
+    }
+    return reached <= length;
+}
+
+// Two corners that the area bends around hold a disc between them.
+bool DiscWalk::fitsBetweenCorners(std::uint32_t side) const
+{
+    if (!m_turnsRight[side])
+        return false;
+    const Point a = m_sides[side].a;
+    const std::vector<std::uint32_t> &neighbours = m_neighbours[side];
+    for (const std::uint32_t i : neighbours) {
+        const Point across = m_sides[i].a - a;
+        const double apart = length(across);
+        if (!m_turnsRight[i] || apart == 0.0 || apart > 2.0 * m_radius)
+            continue;
+        const double rise = std::sqrt(m_radius * m_radius - apart * apart / 4.0) / apart;
+        for (const double sign : {-1.0, 1.0}) {
+            const Point center = a + across * 0.5 + Point{-across.y, across.x} * (sign * rise);
+            const auto isInTheWay = [&](std::uint32_t other) {
+                constexpr double hair = 1e-3;
+                return distanceTo(m_sides[other], center) < m_radius - hair;
+            };
+            if (!isInTheWay(side) && std::none_of(neighbours.begin(), neighbours.end(), isInTheWay) &&
+                isInsideOf(m_sides, center))
+                return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 double boundOfThickness(const GridRing &ring)
@@ -253,8 +421,10 @@ Fit discFits(const std::vector<GridRing> &rings, double radius)
 {
     Search search(rings);
     search.tryBesideSides(radius);
-    search.run(radius, radius, 200000);
-    const bool fits = search.best().radius >= radius || !search.isThrough();
+    constexpr int fewSquares = 500; // enough for what is much thicker or much thinner
+    search.run(radius, radius, fewSquares);
+    const bool fits =
+        search.best().radius >= radius || (!search.isThrough() && DiscWalk(rings, radius).finds());
     return {fits, std::min(search.bound(), radius)};
 }
 

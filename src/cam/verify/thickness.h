@@ -18,8 +18,7 @@ struct Disc
 // smaller one that fits.
 Disc largestDisc(const std::vector<GridRing> &rings);
 
-// Whether a disc of `radius` nanometres fits; a bound of all that do when it does not, below `radius`. What
-// cannot be told with reasonable effort fits.
+// Whether a disc of `radius` nanometres fits; a bound of all that do when it does not, `radius` at most.
 struct Fit
 {
     bool fits = false;

@@ -192,7 +192,10 @@ void Resolver::dropCovered(std::vector<Item> &items, const GridBox &room) const
 // lie over each other, few corners of each are left in a tile.
 Item Resolver::part(const Item &item, const GridBox &room) const
 {
-    if (room.contains(item.box) || item.corners <= fewCorners)
+    // Long ones may have nothing in the room but their box.
+    const bool isLong = item.box.high.x - item.box.low.x > room.high.x - room.low.x ||
+                        item.box.high.y - item.box.low.y > room.high.y - room.low.y;
+    if (room.contains(item.box) || (item.corners <= fewCorners && !isLong))
         return item;
     Item cut;
     cut.picture = item.picture;

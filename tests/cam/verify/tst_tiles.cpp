@@ -16,10 +16,18 @@ using cam::GridRing;
 
 namespace {
 
-// Discs, counting how often each is drawn.
+// Discs and other rings, counting how often each is drawn.
 class Discs : public Picture
 {
 public:
+    void add(GridRing ring)
+    {
+        Paint paint;
+        paint.box.add(ring);
+        paint.corners = static_cast<std::uint32_t>(ring.size());
+        m_paints.push_back(paint);
+        all.push_back(std::move(ring));
+    }
     void add(GridPoint center, double radius, int corners)
     {
         GridRing ring;
@@ -28,11 +36,7 @@ public:
             ring.push_back({center.x + std::llround(radius * std::cos(angle)),
                             center.y + std::llround(radius * std::sin(angle))});
         }
-        Paint paint;
-        paint.box.add(ring);
-        paint.corners = static_cast<std::uint32_t>(ring.size());
-        m_paints.push_back(paint);
-        all.push_back(std::move(ring));
+        add(std::move(ring));
     }
     void rings(std::uint32_t paint, std::vector<GridRing> &rings) override
     {
@@ -73,6 +77,7 @@ private slots:
     void coverThePicture();
     void coverWhatIsAskedFor();
     void drawPaintsFewTimes();
+    void leaveOutWhatHasOnlyItsBoxThere();
 };
 
 void tst_Tiles::coverThePicture()
@@ -111,6 +116,26 @@ void tst_Tiles::drawPaintsFewTimes()
         picture.add({place(random), place(random)}, 60000.0, 64);
     areaByTiles(picture, {});
     QVERIFY2(picture.drawn <= 4 * count, qPrintable(QString("%1 drawn").arg(picture.drawn)));
+}
+
+// Slanted strokes beside each other: every tile lies in the boxes of all of them.
+void tst_Tiles::leaveOutWhatHasOnlyItsBoxThere()
+{
+    Discs picture;
+    for (int i = 0; i < 500; ++i) {
+        const std::int64_t x = i * 10000;
+        picture.add(GridRing{{x, 0}, {x + 1000, 0}, {x + 10001000, 10000000}, {x + 10000000, 10000000}});
+    }
+    int tiles = 0;
+    double sum = 0.0;
+    forEachTile({&picture}, {}, 1000, [&](const Tile &tile) {
+        if (++tiles > 1000)
+            QFAIL("too many tiles");
+        std::vector<GridRing> here = tile.areas[0];
+        clip(here, tile.box);
+        sum += areaOf(here);
+    });
+    QVERIFY(std::fabs(sum / (500.0 * 1000.0 * 10000000.0) - 1.0) < 1e-3);
 }
 
 QTEST_APPLESS_MAIN(tst_Tiles)

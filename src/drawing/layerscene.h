@@ -37,6 +37,11 @@ public:
     using FeatureVisit =
         std::function<void(std::uint32_t step, std::uint32_t feature, const cam::Transform &place)>;
     void findFeatures(const cam::Box &box, const FeatureVisit &visit) const;
+    // Holds what is drawn of one feature, in its step's coordinates.
+    cam::Box featureBox(std::uint32_t step, std::uint32_t feature) const
+    {
+        return boxOf(m_steps[step].drawing, feature);
+    }
 
 private:
     struct StepScene

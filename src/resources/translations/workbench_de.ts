@@ -628,6 +628,54 @@
         <source>%1 of %2 here; click again for the next</source>
         <translation>%1 von %2 hier; noch ein Klick zeigt das nächste</translation>
     </message>
+    <message>
+        <source>Net %1</source>
+        <translation>Netz %1</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keines</translation>
+    </message>
+    <message>
+        <source>Text &quot;%1&quot;</source>
+        <translation>Text „%1“</translation>
+    </message>
+    <message>
+        <source>Step %1, feature %2, line %3 of its file</source>
+        <translation>Step %1, Element %2, Zeile %3 seiner Datei</translation>
+    </message>
+    <message>
+        <source>Component %1</source>
+        <translation>Bauteil %1</translation>
+    </message>
+    <message>
+        <source>Part %1</source>
+        <translation>Artikel %1</translation>
+    </message>
+    <message>
+        <source>Package %1, %2 × %3</source>
+        <translation>Gehäuse %1, %2 × %3</translation>
+    </message>
+    <message>
+        <source>On the bottom side</source>
+        <translation>Auf der Unterseite</translation>
+    </message>
+    <message>
+        <source>On the top side</source>
+        <translation>Auf der Oberseite</translation>
+    </message>
+    <message>
+        <source>%1 pins</source>
+        <translation>%1 Anschlüsse</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
+    </message>
+    <message>
+        <source>Step %1, line %2 of its file</source>
+        <translation>Step %1, Zeile %2 seiner Datei</translation>
+    </message>
 </context>
 <context>
     <name>JobCommands</name>

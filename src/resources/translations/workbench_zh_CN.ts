@@ -626,6 +626,54 @@
         <source>%1 of %2 here; click again for the next</source>
         <translation>此处第 %1 / %2 个；再次点击看下一个</translation>
     </message>
+    <message>
+        <source>Net %1</source>
+        <translation>网络 %1</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>无</translation>
+    </message>
+    <message>
+        <source>Text &quot;%1&quot;</source>
+        <translation>文字“%1”</translation>
+    </message>
+    <message>
+        <source>Step %1, feature %2, line %3 of its file</source>
+        <translation>步骤 %1,图元 %2,文件第 %3 行</translation>
+    </message>
+    <message>
+        <source>Component %1</source>
+        <translation>元件 %1</translation>
+    </message>
+    <message>
+        <source>Part %1</source>
+        <translation>物料 %1</translation>
+    </message>
+    <message>
+        <source>Package %1, %2 × %3</source>
+        <translation>封装 %1,%2 × %3</translation>
+    </message>
+    <message>
+        <source>On the bottom side</source>
+        <translation>在底面</translation>
+    </message>
+    <message>
+        <source>On the top side</source>
+        <translation>在顶面</translation>
+    </message>
+    <message>
+        <source>%1 pins</source>
+        <translation>%1 个引脚</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>还有 %1 项</translation>
+    </message>
+    <message>
+        <source>Step %1, line %2 of its file</source>
+        <translation>步骤 %1,文件第 %2 行</translation>
+    </message>
 </context>
 <context>
     <name>JobCommands</name>

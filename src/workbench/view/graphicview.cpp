@@ -37,6 +37,7 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardVie
     setFocusProxy(m_view);
     setAcceptDrops(true);
     m_view->addOverlay(&m_texts);
+    m_view->addOverlay(&m_names);
     m_view->addOverlay(&m_inspection);
     m_view->addOverlay(&m_figures);
     m_view->addOverlay(&m_measuring);
@@ -56,13 +57,16 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardVie
         m_failure = tr("%1 cannot be shown.\n%2").arg(name, reason);
     });
     connect(&m_timer, &QTimer::timeout, this, &GraphicView::lookAtFiles);
+    connect(&m_factsTimer, &QTimer::timeout, this, &GraphicView::lookAtFacts);
 }
 
 GraphicView::~GraphicView() = default;
 
 void GraphicView::openStep(const QString &job, const QString &step)
 {
-    m_store.setStep(job, step);
+    m_source = std::make_shared<StepSource>(job, step);
+    m_store.setStep(job, step, m_source);
+    m_inspection.setSource(m_source);
     m_hasBoard = false;
     m_rows.clear();
 }
@@ -105,6 +109,7 @@ void GraphicView::showScenes()
     std::vector<FigureInspection::Layer> figures;
     std::vector<TextLabels::Layer> texts;
     std::vector<Inspection::Layer> inspected;
+    std::vector<ComponentNames::Layer> named;
     for (auto row = m_rows.crbegin(); row != m_rows.crend(); ++row) {
         const std::shared_ptr<const drawing::Scene> scene = m_store.scene(*row);
         if (scene)
@@ -115,12 +120,15 @@ void GraphicView::showScenes()
         }
         if (const auto layer = std::dynamic_pointer_cast<const drawing::LayerScene>(m_store.scene(*row))) {
             inspected.push_back({row->name, layer});
+            if (const auto components = std::dynamic_pointer_cast<const ComponentScene>(layer))
+                named.push_back({components, row->color});
         }
     }
     m_measuring.setScenes(measured);
     m_inspection.setLayers(inspected);
     m_figures.setLayers(figures);
     m_texts.setLayers(texts);
+    m_names.setLayers(named);
     m_view->setProgress(m_store.progress());
     if (scenes.empty() && !m_failure.isEmpty())
         return m_view->showText(m_failure);
@@ -222,6 +230,8 @@ void GraphicView::press(const cam::Point &place)
         m_inspection.clear();
     else
         m_inspection.press(place, reach() / 4.0);
+    if (m_inspection.isReading())
+        m_factsTimer.start(lookInterval);
     m_view->update();
 }
 
@@ -229,6 +239,14 @@ QStringList GraphicView::inspected() const
 {
     const QStringList figure = m_figures.text(m_view->unit());
     return figure.isEmpty() ? m_inspection.text(m_view->unit()) : figure;
+}
+
+void GraphicView::lookAtFacts()
+{
+    if (m_inspection.look())
+        m_view->update();
+    if (!m_inspection.isReading())
+        m_factsTimer.stop();
 }
 
 void GraphicView::setMeasuring(bool measuring)

@@ -1,6 +1,7 @@
 // The graphics view of the workbench: shows the rows that it is told to, over each other.
 #pragma once
 
+#include "workbench/view/componentnames.h"
 #include "workbench/view/figureinspection.h"
 #include "workbench/view/filescenes.h"
 #include "workbench/view/inspection.h"
@@ -43,6 +44,8 @@ public:
     bool isReading() const { return m_store.isBusy() || !m_files.empty(); }
     // Whether all that is to be seen has been read and drawn.
     bool isDrawn() const;
+    // Whether more is being read of what is inspected.
+    bool isInspecting() const { return m_inspection.isReading(); }
 
 public slots:
     void fitBoard();
@@ -82,10 +85,13 @@ private:
     void takeBoard(const drawing::LayerScene &scene);
     QString titleOf(const QVector<ViewRow> &rows) const;
     void lookAtFiles();
+    void lookAtFacts();
     void press(const cam::Point &place);
     double reach() const;
 
+    std::shared_ptr<StepSource> m_source; // of the open step
     SceneStore m_store;
+    ComponentNames m_names;
     Measuring m_measuring;
     Inspection m_inspection;
     FigureInspection m_figures; // of files, which lie above the job
@@ -97,4 +103,5 @@ private:
     QString m_failure; // of the layer that was chosen last
     std::list<Listing> m_files;
     QTimer m_timer;
+    QTimer m_factsTimer;
 };

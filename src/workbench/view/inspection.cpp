@@ -1,7 +1,5 @@
 #include "workbench/view/inspection.h"
 
-#include "cam/model/flatten.h"
-
 #include <QPainter>
 
 #include <cmath>
@@ -40,19 +38,6 @@ QString symbolText(const cam::Symbol &symbol, LengthUnit unit)
     return line +
            QString(", %1 \u00d7 %2")
                .arg(lengthText(box.high.x - box.low.x, unit), lengthText(box.high.y - box.low.y, unit));
-}
-
-// The edges of a contour as a polygon of the screen.
-QPolygonF outlineOf(const cam::ContourView &contour, const cam::Transform &map, const BoardView &view)
-{
-    std::vector<cam::Point> corners;
-    cam::flatten(contour, view.pixel() / cam::largestStretch(map) / 4.0, corners);
-    QPolygonF shown;
-    for (const cam::Point corner : corners)
-        shown << view.toScreen(map(corner));
-    if (!shown.isEmpty())
-        shown << shown.first();
-    return shown;
 }
 
 } // namespace
@@ -116,9 +101,50 @@ QStringList describeFeature(const drawing::LayerScene &scene, const drawing::Fou
         break;
     }
     }
-    lines << text(QT_TRANSLATE_NOOP("Inspection", "Step %1, feature %2"))
-                 .arg(QString::fromStdString(step.name))
-                 .arg(found.index + 1);
+    const cam::FeatureSource source = features.sources[found.index];
+    if (source.line == 0)
+        lines << text(QT_TRANSLATE_NOOP("Inspection", "Step %1, feature %2"))
+                     .arg(QString::fromStdString(step.name))
+                     .arg(found.index + 1);
+    else
+        lines << text(QT_TRANSLATE_NOOP("Inspection", "Step %1, feature %2, line %3 of its file"))
+                     .arg(QString::fromStdString(step.name))
+                     .arg(source.record + 1)
+                     .arg(source.line);
+    return lines;
+}
+
+QStringList describeComponent(const ComponentScene &scene, std::uint32_t step,
+                              const cam::Component &component, LengthUnit unit)
+{
+    constexpr std::size_t mostLines = 16;
+    const std::string &stepName = scene.image().steps[step].name;
+    const cam::ComponentSide *side = scene.contents().sideOf(stepName, scene.image().layer);
+    const cam::EdaData &eda = scene.contents().partsOf(stepName)->eda;
+    QStringList lines;
+    lines << text(QT_TRANSLATE_NOOP("Inspection", "Component %1")).arg(fileText(component.name))
+          << text(QT_TRANSLATE_NOOP("Inspection", "Part %1")).arg(fileText(component.part));
+    if (const cam::Package *package = packageOf(component, eda)) {
+        const cam::Box &box = package->box;
+        lines << text(QT_TRANSLATE_NOOP("Inspection", "Package %1, %2 \u00d7 %3"))
+                     .arg(fileText(package->name), lengthText(box.high.x - box.low.x, unit),
+                          lengthText(box.high.y - box.low.y, unit));
+    }
+    lines << text(QT_TRANSLATE_NOOP("Inspection", "At %1")).arg(placeText(component.at, unit))
+          << (side->isBottom ? text(QT_TRANSLATE_NOOP("Inspection", "On the bottom side"))
+                             : text(QT_TRANSLATE_NOOP("Inspection", "On the top side")));
+    if (component.angle != 0.0)
+        lines << text(QT_TRANSLATE_NOOP("Inspection", "Turned clockwise by %1\u00b0")).arg(component.angle);
+    lines << text(QT_TRANSLATE_NOOP("Inspection", "%1 pins")).arg(component.toeprints.size());
+    std::vector<cam::Attribute> words = component.attributes;
+    words.insert(words.end(), component.properties.begin(), component.properties.end());
+    for (std::size_t i = 0; i < words.size() && i < mostLines; ++i)
+        lines << attributeText(words[i]);
+    if (words.size() > mostLines)
+        lines << text(QT_TRANSLATE_NOOP("Inspection", "and %1 more")).arg(words.size() - mostLines);
+    lines << text(QT_TRANSLATE_NOOP("Inspection", "Step %1, line %2 of its file"))
+                 .arg(QString::fromStdString(stepName))
+                 .arg(component.line);
     return lines;
 }
 
@@ -128,24 +154,72 @@ void Inspection::setLayers(const std::vector<Layer> &layers)
     clear();
 }
 
+void Inspection::setSource(const std::shared_ptr<StepSource> &source)
+{
+    m_source = source;
+    clear();
+}
+
 bool Inspection::press(cam::Point place, double reach)
 {
     if (!m_hits.empty() && cam::distance(place, m_place) <= reach) {
         m_current = (m_current + 1) % m_hits.size();
+        askForFacts();
         return true;
     }
     clear();
     m_place = place;
-    for (const Layer &layer : m_layers) {
-        for (const drawing::FoundFeature &feature : drawing::featuresAt(*layer.scene, place, reach))
-            m_hits.push_back({layer, feature});
-    }
+    for (const Layer &layer : m_layers)
+        findIn(layer, place, reach);
+    askForFacts();
     return !m_hits.empty();
+}
+
+// A component is hit inside of its outline, too, where nothing is drawn.
+void Inspection::findIn(const Layer &layer, cam::Point place, double reach)
+{
+    const auto *components = dynamic_cast<const ComponentScene *>(layer.scene.get());
+    for (const drawing::FoundFeature &feature : drawing::featuresAt(*layer.scene, place, reach))
+        addHit({layer, feature, components ? components->componentOf(feature.step, feature.index) : nullptr});
+    if (!components)
+        return;
+    for (const drawing::FoundFeature &feature : components->componentsAt(place))
+        addHit({layer, feature, components->componentOf(feature.step, feature.index)});
+}
+
+// Of what one record draws with many features, a text or a component, one is enough.
+void Inspection::addHit(const Hit &hit)
+{
+    const auto recordOf = [](const Hit &some) {
+        return some.layer.scene->image().steps[some.feature.step].features.sources[some.feature.index];
+    };
+    for (const Hit &known : m_hits) {
+        const cam::Point offset = known.feature.place.offset - hit.feature.place.offset;
+        if (known.layer.scene == hit.layer.scene && known.feature.step == hit.feature.step &&
+            offset == cam::Point{} && recordOf(known).line != 0 &&
+            recordOf(known).record == recordOf(hit).record)
+            return;
+    }
+    m_hits.push_back(hit);
+}
+
+void Inspection::askForFacts()
+{
+    m_facts.forget();
+    if (m_hits.empty() || !m_source || m_hits[m_current].component)
+        return;
+    const Hit &hit = m_hits[m_current];
+    const cam::LayerImage &image = hit.layer.scene->image();
+    const cam::StepImage &step = image.steps[hit.feature.step];
+    const cam::FeatureSource source = step.features.sources[hit.feature.index];
+    if (source.line != 0)
+        m_facts.ask(m_source, step.name, image.layer, source);
 }
 
 bool Inspection::clear()
 {
     const bool had = !m_hits.empty();
+    m_facts.forget();
     m_hits.clear();
     m_current = 0;
     return had;
@@ -157,7 +231,11 @@ QStringList Inspection::text(LengthUnit unit) const
         return {};
     const Hit &hit = m_hits[m_current];
     QStringList lines{tr("Layer %1").arg(hit.layer.name)};
-    lines << describeFeature(*hit.layer.scene, hit.feature, unit);
+    if (hit.component)
+        lines << describeComponent(static_cast<const ComponentScene &>(*hit.layer.scene), hit.feature.step,
+                                   *hit.component, unit);
+    else
+        lines << describeFeature(*hit.layer.scene, hit.feature, unit) << m_facts.lines();
     if (m_hits.size() > 1)
         lines << tr("%1 of %2 here; click again for the next").arg(m_current + 1).arg(m_hits.size());
     return lines;
@@ -169,46 +247,15 @@ void Inspection::paint(QPainter &painter, const BoardView &view)
         return;
     const Hit &hit = m_hits[m_current];
     const drawing::LayerScene &scene = *hit.layer.scene;
-    const cam::FeatureSet &features = scene.image().steps[hit.feature.step].features;
-    const cam::Feature &feature = features.order[hit.feature.index];
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(255, 80, 255), 2));
+    painter.setPen(QPen(markColor(), 2));
     painter.setClipRect(view.rect());
-    const auto line = [&](const QPolygonF &shown) {
-        if (QRectF(view.rect()).adjusted(-1e5, -1e5, 1e5, 1e5).contains(shown.boundingRect()))
-            painter.drawPolyline(shown);
-    };
-    const cam::Transform &place = hit.feature.place;
-    if (feature.kind == cam::FeatureKind::Line) {
-        const cam::Line &drawn = features.lines[feature.index];
-        line(QPolygonF(QVector<QPointF>{view.toScreen(place(drawn.start)), view.toScreen(place(drawn.end))}));
-    } else if (feature.kind == cam::FeatureKind::Arc) {
-        const cam::Arc &arc = features.arcs[feature.index];
-        std::vector<cam::Point> corners{arc.start};
-        cam::flattenArc(arc.start,
-                        {arc.end, arc.center,
-                         arc.clockwise ? cam::EdgeKind::ArcClockwise : cam::EdgeKind::ArcCounterClockwise},
-                        view.pixel() / cam::largestStretch(place) / 4.0, corners);
-        QPolygonF shown;
-        for (const cam::Point corner : corners)
-            shown << view.toScreen(place(corner));
-        line(shown);
-    } else if (feature.kind == cam::FeatureKind::Pad) {
-        const cam::Pad &pad = features.pads[feature.index];
-        const cam::Symbol &symbol = scene.image().symbols[pad.symbol];
-        const QPointF at = view.toScreen(place(pad.at));
-        painter.drawLine(at - QPointF(6, 0), at + QPointF(6, 0));
-        painter.drawLine(at - QPointF(0, 6), at + QPointF(0, 6));
-        if (symbol.standard) {
-            const cam::Shape shape = cam::shapeOf(*symbol.standard, pad.growth);
-            for (std::size_t i = 0; i < shape.contours.size(); ++i)
-                line(outlineOf(shape.contours[i], cam::placement(pad).then(place), view));
-        }
-    } else {
-        const cam::Surface &surface = features.surfaces[feature.index];
-        for (std::uint32_t i = 0; i < surface.contourCount; ++i)
-            line(outlineOf(features.contours[surface.firstContour + i], place, view));
-    }
+    const cam::FeatureSources &sources = scene.image().steps[hit.feature.step].features.sources;
+    const auto all = sources.featuresOf(sources[hit.feature.index].record);
+    for (std::uint32_t i = all.first; i < all.second; ++i)
+        paintFeature(painter, view, scene, {hit.feature.step, i, hit.feature.place});
+    if (all.first == all.second)
+        paintFeature(painter, view, scene, hit.feature);
     const QString text = this->text(view.unit()).join('\n');
     QRect box = painter.fontMetrics().boundingRect(QRect(0, 0, 2000, 2000), 0, text).adjusted(-8, -5, 8, 5);
     box.moveTopRight(QPoint(view.width() - 8, 6 + 2 * painter.fontMetrics().height())); // below the title

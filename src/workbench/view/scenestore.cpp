@@ -2,6 +2,7 @@
 
 #include "cam/odb/job.h"
 #include "platform/thread.h"
+#include "workbench/view/componentscene.h"
 #include "workbench/view/filescenes.h"
 
 #include <glog/logging.h>
@@ -47,7 +48,8 @@ void logNotes(const QString &layer, const cam::ReadingNotes &notes)
 
 } // namespace
 
-SceneStore::SceneStore(QObject *parent) : QObject(parent)
+SceneStore::SceneStore(QObject *parent)
+    : QObject(parent), m_source(std::make_shared<StepSource>(QString(), QString()))
 {
     connect(&m_timer, &QTimer::timeout, this, &SceneStore::look);
 }
@@ -57,12 +59,13 @@ SceneStore::~SceneStore()
     stopAndWait();
 }
 
-void SceneStore::setStep(const QString &job, const QString &step)
+void SceneStore::setStep(const QString &job, const QString &step, const std::shared_ptr<StepSource> &source)
 {
     stop();
     ++m_generation;
     m_job = job;
     m_step = step;
+    m_source = source;
     for (auto at = m_entries.begin(); at != m_entries.end();)
         at = at->second.image || at->second.hasFailed ? m_entries.erase(at) : std::next(at);
 }
@@ -138,7 +141,8 @@ void SceneStore::startNext()
         work->row = row;
         if (known != m_entries.end())
             work->image = known->second.image;
-        work->task = std::async(std::launch::async, run, work, m_job, m_step);
+        work->source = m_source;
+        work->task = std::async(std::launch::async, run, work, m_job, m_step, std::ref(*m_source));
         m_timer.start(lookInterval);
     }
 }
@@ -172,7 +176,7 @@ QString SceneStore::progress() const
     return parts.join('\n');
 }
 
-void SceneStore::run(Work *work, const QString &job, const QString &step)
+void SceneStore::run(Work *work, const QString &job, const QString &step, StepSource &source)
 {
     const platform::BackgroundWork background;
     const auto report = [work](double share) {
@@ -190,14 +194,23 @@ void SceneStore::run(Work *work, const QString &job, const QString &step)
             builtFrom = readingShare;
             const cam::Job folder(localPath(job));
             cam::ReadingNotes notes;
-            work->image = std::make_shared<const cam::LayerImage>(
+            cam::LayerImage image =
                 folder.readLayer(step.toStdString(), work->row.name.toStdString(), notes,
-                                 [&report](double share) { report(readingShare * share); }));
+                                 [&report](double share) { report(readingShare * share); });
             logNotes(work->row.name, notes);
+            if (image.type == "COMPONENT")
+                addComponents(image, *source.read([&report, builtFrom] { report(builtFrom); }));
+            work->image = std::make_shared<const cam::LayerImage>(std::move(image));
         }
-        work->scene = std::make_shared<drawing::LayerScene>(
-            work->image, work->row.options,
-            [&report, builtFrom](double share) { report(builtFrom + (1.0 - builtFrom) * share); });
+        const auto reportRest = [&report, builtFrom](double share) {
+            report(builtFrom + (1.0 - builtFrom) * share);
+        };
+        if (work->image->type == "COMPONENT")
+            work->scene = std::make_shared<ComponentScene>(
+                work->image, source.read([&report, builtFrom] { report(builtFrom); }), work->row.options,
+                reportRest);
+        else
+            work->scene = std::make_shared<drawing::LayerScene>(work->image, work->row.options, reportRest);
     } catch (const std::exception &error) {
         work->error = QString::fromStdString(error.what());
     } catch (const drawing::Cancelled &) { // nobody asks for the result

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "drawing/layerscene.h"
+#include "workbench/view/stepsource.h"
 #include "workbench/view/viewrow.h"
 
 #include <QObject>
@@ -23,8 +24,9 @@ public:
     // Ends what is being read.
     ~SceneStore() override;
 
-    // From now on layers are those of `step` of the job in the folder `job`. Forgets all others.
-    void setStep(const QString &job, const QString &step);
+    // From now on layers are those of `step` of the job in the folder `job`. Forgets all others. `source` is
+    // of that step.
+    void setStep(const QString &job, const QString &step, const std::shared_ptr<StepSource> &source);
     // What is shown: what is not there yet is read, and the reading of anything else ends.
     void want(const QVector<ViewRow> &rows);
     // Ends all reading, soon; and returns when it has ended.
@@ -52,7 +54,8 @@ private:
     {
         QString key;
         ViewRow row;
-        quint64 generation = 0;                       // of the step
+        quint64 generation = 0; // of the step
+        std::shared_ptr<StepSource> source;
         std::shared_ptr<const cam::LayerImage> image; // where it has been read before
         std::atomic<bool> cancel{false};
         std::atomic<double> percent{0.0};
@@ -72,7 +75,7 @@ private:
     };
 
     static QString keyOf(const ViewRow &row);
-    static void run(Work *work, const QString &job, const QString &step);
+    static void run(Work *work, const QString &job, const QString &step, StepSource &source);
     bool isWanted(const QString &key, const cam::ExportOptions &options) const;
     void startNext();
     void look();
@@ -80,6 +83,7 @@ private:
     void forgetUnused();
 
     QString m_job, m_step;
+    std::shared_ptr<StepSource> m_source;
     QVector<ViewRow> m_wanted;
     std::list<std::unique_ptr<Work>> m_works;
     std::map<QString, Entry> m_entries;

@@ -97,9 +97,11 @@ void JobExport::writeRecord() const
 {
     const QString path = recordPath();
     QDir().mkpath(QFileInfo(path).path());
+    // flush() sees a full disk, commit() does not.
     QSaveFile file(path);
     const QByteArray bytes = lineOf(m_report.toJson()) + '\n';
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+        !file.commit())
         throw std::runtime_error(
             (path + ": the record cannot be written: " + file.errorString()).toStdString());
 }

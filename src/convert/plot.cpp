@@ -94,8 +94,10 @@ public:
     }
     void save() override
     {
+        // flush() sees a full disk, commit() does not.
         QSaveFile file(m_file);
-        if (!file.open(QIODevice::WriteOnly) || !m_image.save(&file, "PNG") || !file.commit())
+        if (!file.open(QIODevice::WriteOnly) || !m_image.save(&file, "PNG") || !file.flush() ||
+            !file.commit())
             cannotWrite(file);
     }
 
@@ -173,9 +175,11 @@ public:
     void end() override { m_text += "</g>\n"; }
     void save() override
     {
+        // flush() sees a full disk, commit() does not.
         QSaveFile file(m_file);
         m_text += "</svg>\n";
-        if (!file.open(QIODevice::WriteOnly) || file.write(m_text) != m_text.size() || !file.commit())
+        if (!file.open(QIODevice::WriteOnly) || file.write(m_text) != m_text.size() || !file.flush() ||
+            !file.commit())
             cannotWrite(file);
     }
 

@@ -129,8 +129,10 @@ bool writeJson(const QString &file, const QByteArray &lines, Console &console)
         console.json(lines.trimmed());
     if (file.isEmpty() || file == "-")
         return true;
+    // flush() sees a full disk, commit() does not.
     QSaveFile written(file);
-    if (written.open(QIODevice::WriteOnly) && written.write(lines) == lines.size() && written.commit())
+    if (written.open(QIODevice::WriteOnly) && written.write(lines) == lines.size() && written.flush() &&
+        written.commit())
         return true;
     console.error(QString("%1: cannot be written: %2").arg(file, written.errorString()));
     return false;

@@ -693,6 +693,64 @@ private slots:
         QCOMPARE(program.temporaryFiles(), QStringList());
     }
 
+    // Of a layer of clearances what the job draws is compared; of a file what it shows.
+    void diffOfNegativeLayers()
+    {
+        JobFolder before, after;
+        const QByteArray clearances = "$0 r1000\n$1 r300\nP 5 5 0 P 0 0\nP 5 5 1 N 0 0\nP 9 5 0 P 0 0\n";
+        before.features(clearances, "gnd");
+        after.features(clearances + "P 15 5 0 P 0 0\nP 9 5 1 N 0 0\n", "gnd");
+        const Program program;
+        const QString a = before.filePath("board"), b = after.filePath("board");
+        QCOMPARE(program.run({"diff", a, a, "--layers", "gnd"}).code, 0);
+        const Ran jobs = program.run({"diff", a, b, "--layers", "gnd"});
+        QVERIFY2(jobs.code == 3, qPrintable(jobs.errors));
+        QVERIFY2(
+            jobs.output.contains(QRegularExpression("gnd added at 15.0000, 5.0000 mm: .* um wide, 0.785")) &&
+                jobs.output.contains(
+                    QRegularExpression("gnd removed at 9.0000, 5.0000 mm: .* um wide, 0.070")),
+            qPrintable(jobs.output));
+        for (const char *polarity : {"--negate", "--positive"}) {
+            for (const QString &job : {a, b})
+                QCOMPARE(
+                    program.run({"export", job, polarity, "--layers", "gnd", "--out", job + polarity}).code,
+                    0);
+            const QString old = a + polarity + "/board/gnd", now = b + polarity + "/board/gnd";
+            QCOMPARE(program.run({"diff", old + ".gds", old + ".gerber"}).code, 0);
+            QCOMPARE(program.run({"diff", now + ".gerber", now + ".gds"}).code, 0);
+            for (const char *ending : {".gds", ".gerber"}) {
+                const Ran files = program.run({"diff", old + ending, now + ".gds"});
+                QVERIFY2(files.code == 3, qPrintable(files.errors));
+                QVERIFY2(files.output.contains(
+                             QRegularExpression("removed at 15.0000, 5.0000 mm: .* um wide, 0.785")) &&
+                             files.output.contains(
+                                 QRegularExpression("added at 9.0000, 5.0000 mm: .* um wide, 0.070")),
+                         qPrintable(files.output));
+            }
+        }
+    }
+
+    // Thousands of strokes that have nothing in common but their boxes.
+    void diffOfLayersThatHaveNothingInCommon()
+    {
+        JobFolder before, after;
+        QByteArray rising = "$0 s50\n", falling = rising;
+        for (int i = 0; i < 600; ++i) {
+            const QByteArray x = QByteArray::number(i * 0.1), far = QByteArray::number(60.0 + i * 0.1);
+            rising += "L " + x + " 0 " + far + " 60 0 P 0\n";
+            falling += "L " + x + " 60 " + far + " 0 0 P 0\n";
+        }
+        before.features(rising, "top");
+        after.features(falling, "top");
+        const Program program;
+        const Ran ran = program.run(
+            {"diff", before.filePath("board"), after.filePath("board"), "--layers", "top", "--json", "-"});
+        QCOMPARE(ran.code, 3);
+        const QJsonObject top = ran.json()["layers"].toArray().first().toObject();
+        QVERIFY(top["added"].toDouble() > 100.0);
+        QVERIFY(std::fabs(top["added"].toDouble() / top["removed"].toDouble() - 1.0) < 1e-6);
+    }
+
     void diffNeedsTwoOfAKind()
     {
         JobFolder job;
@@ -751,6 +809,45 @@ private slots:
         QVERIFY(at(6, 2).red() > 200 && at(6, 2).green() < 50);
         QVERIFY(at(10, 2).green() > 120 && at(10, 2).red() < 50);
         QCOMPARE(at(4, 2), QColor(255, 255, 255));
+    }
+
+    // A panel of panels of boards, turned and mirrored: each board clears in its own picture only.
+    void picturesShowNestedSteps()
+    {
+        JobFolder job;
+        job.write(
+            "matrix/matrix",
+            "STEP {\n COL=1\n NAME=PCB\n}\nSTEP {\n COL=2\n NAME=ARRAY\n}\nSTEP {\n COL=3\n NAME=PANEL\n}\n"
+            "LAYER {\n ROW=1\n CONTEXT=BOARD\n TYPE=SIGNAL\n NAME=TOP\n POLARITY=POSITIVE\n}\n");
+        job.features("$0 s2000\n$1 s1000\nP 1 1 0 P 0 0\nP 4 1 0 P 0 0\nP 4 1 1 N 0 0\n", "top");
+        job.write("steps/array/stephdr",
+                  "UNITS=MM\nX_DATUM=0\nY_DATUM=0\nSTEP-REPEAT {\n NAME=PCB\n X=0\n Y=0\n"
+                  " DX=10\n DY=10\n NX=2\n NY=1\n ANGLE=0\n MIRROR=NO\n}\n");
+        job.write(
+            "steps/panel/stephdr",
+            "UNITS=MM\nX_DATUM=0\nY_DATUM=0\n"
+            "STEP-REPEAT {\n NAME=ARRAY\n X=0\n Y=0\n DX=0\n DY=0\n NX=1\n NY=1\n ANGLE=0\n MIRROR=NO\n}\n"
+            "STEP-REPEAT {\n NAME=ARRAY\n X=20\n Y=10\n DX=0\n DY=0\n NX=1\n NY=1\n ANGLE=0\n"
+            " MIRROR=YES\n}\n");
+        // Lies below a clearance of the first board.
+        job.features("$0 s400\nP 4 1 0 P 0 0\n", "top", "panel");
+        const Program program;
+        const Ran ran = program.run({"picture", job.filePath("board"), "--step", "panel", "--layer", "top",
+                                     "--out", "panel.png", "--scale", "20"});
+        QVERIFY2(ran.code == 0, qPrintable(ran.errors));
+        const QImage picture(program.filePath("panel.png"));
+        const double margin = 0.6; // 3 % of the longer side
+        QCOMPARE(picture.size(),
+                 QSize(qRound((20.0 + 2.0 * margin) * 20.0), qRound((12.0 + 2.0 * margin) * 20.0)));
+        const auto isDark = [&](double x, double y) {
+            return picture.pixelColor(int((x + margin) * 20.0), int((12.0 + margin - y) * 20.0)) ==
+                   QColor(255, 215, 0);
+        };
+        for (const QPointF at :
+             {QPointF(1, 1), {4.8, 1}, {11, 1}, {14.8, 1}, {4, 1}, {19, 11}, {15.2, 11}, {9, 11}})
+            QVERIFY2(isDark(at.x(), at.y()), qPrintable(QString("%1, %2").arg(at.x()).arg(at.y())));
+        for (const QPointF at : {QPointF(14, 1), {4.4, 1}, {16, 11}, {6, 11}, {2.5, 1}, {1, 11}, {10, 6}})
+            QVERIFY2(!isDark(at.x(), at.y()), qPrintable(QString("%1, %2").arg(at.x()).arg(at.y())));
     }
 
     void picturesHaveTheTablesColours()

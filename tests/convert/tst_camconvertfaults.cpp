@@ -62,6 +62,51 @@ private slots:
         QCOMPARE(partFiles(program.filePath("o")), QStringList());
     }
 
+    void fullDiskFailsReportsAndPictures_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QString>("file");
+        QTest::newRow("verify's report") << "verify $0 o --layers top --format gds --json x.json"
+                                         << "x.json";
+        QTest::newRow("diff's report") << "diff $0 $1 --json x.json"
+                                       << "x.json";
+        QTest::newRow("diff's picture") << "diff $0 $1 --layers top --picture x.png"
+                                        << "x.png";
+        QTest::newRow("picture") << "picture $0 --out x.png"
+                                 << "x.png";
+        QTest::newRow("drawing") << "picture $0 --out x.svg"
+                                 << "x.svg";
+    }
+    void fullDiskFailsReportsAndPictures()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(QString, file);
+        JobFolder job, other;
+        job.features(tangle(30), "top");
+        other.features(tangle(60), "top");
+        const Program program;
+        QCOMPARE(
+            program.run({"export", job.filePath("board"), "--out", "o", "--format", "gds", "--layers", "top"})
+                .code,
+            0);
+        QVERIFY(program.folder().write(file, "old"));
+        const auto run = [&](const QString &limit) {
+            return program.run({"-c", "trap '' XFSZ; " + limit + " exec " + Program::path() + ' ' + arguments,
+                                job.filePath("board"), other.filePath("board")},
+                               "/bin/sh");
+        };
+        const Ran ran = run("ulimit -f 1;");
+        QCOMPARE(ran.code, 1);
+        QVERIFY2(ran.errors.contains(QRegularExpression("error: .*" + QRegularExpression::escape(file) +
+                                                        ".*: cannot be written")),
+                 qPrintable(ran.errors));
+        QCOMPARE(program.bytes(file), QByteArray("old"));
+        QCOMPARE(program.files(".").filter("x."), QStringList{file});
+        // With room it is done: 3 is a difference, and verify's layers without files.
+        run({});
+        QVERIFY(program.bytes(file).size() > 512);
+    }
+
     void signalEndsItAndLeavesNothingHalf_data()
     {
         QTest::addColumn<int>("signal");

@@ -114,8 +114,10 @@ QString savePicture(const BoardView &view, const QString &path, int factor)
     const QByteArray bytes = suffix == "png"   ? pngOf(image)
                              : suffix == "svg" ? svgOf(image, width, height)
                                                : pdfOf(image, width, view.title());
+    // flush() sees a full disk, commit() does not.
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+        !file.commit())
         return PictureFile::tr("%1 cannot be written: %2").arg(path, file.errorString());
     return {};
 }

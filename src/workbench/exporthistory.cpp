@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <glog/logging.h>
+
 #include <algorithm>
 
 namespace {
@@ -35,6 +37,7 @@ PastExport exportOf(const cam::SavedExport &row)
     layer.change.xScale = record.isScale ? record.xScale : 1.0;
     layer.change.yScale = record.isScale ? record.yScale : 1.0;
     layer.change.negate = record.isNegative;
+    layer.isProven = row.isProven;
     past.folder = QFileInfo(layer.file).path();
     past.layers << layer;
     return past;
@@ -51,6 +54,22 @@ bool belongsTo(const PastExport &run, const PastExport &layer)
 }
 
 } // namespace
+
+void keepVerdict(const QString &record, const cam::ExportRequest &layer, bool isProven)
+{
+    if (record.isEmpty())
+        return;
+    cam::ExportRecord exported;
+    exported.job = layer.job.filename().u8string();
+    exported.step = layer.step;
+    exported.layer = layer.layer;
+    exported.format = layer.format == cam::FileFormat::Gds ? "gds" : "gerber";
+    try {
+        cam::saveVerdict(record.toStdString(), exported, isProven);
+    } catch (const std::exception &failure) {
+        LOG(WARNING) << "what the verification found is not recorded: " << failure.what();
+    }
+}
 
 QVector<PastExport> readHistory(const QString &path, QString &error)
 {

@@ -1,5 +1,7 @@
 #include "workbench/historypane.h"
 
+#include "workbench/statuscolor.h"
+
 #include <QAction>
 #include <QDesktopServices>
 #include <QDir>
@@ -14,11 +16,12 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
-enum Column { When, Job, Step, Format, Layers, Parameters, Folder, ColumnCount };
+enum Column { When, Job, Step, Format, Layers, Verified, Parameters, Folder, ColumnCount };
 
 QString number(double value)
 {
@@ -49,6 +52,32 @@ QString settingsText(const PastExport &past)
     if (past.withProfile)
         parts << HistoryPane::tr("with profile");
     return parts.join(", ");
+}
+
+// Of one layer or of several; the worst counts.
+QString verdictText(const QVector<PastLayer> &layers)
+{
+    int proven = 0, known = 0;
+    for (const PastLayer &layer : layers) {
+        known += layer.isProven ? 1 : 0;
+        proven += layer.isProven.value_or(false) ? 1 : 0;
+    }
+    if (proven < known)
+        return layers.size() == 1
+                   ? HistoryPane::tr("not proven")
+                   : HistoryPane::tr("%1 of %2 not proven").arg(known - proven).arg(layers.size());
+    if (known == 0)
+        return HistoryPane::tr("not verified");
+    return proven == layers.size() ? HistoryPane::tr("proven")
+                                   : HistoryPane::tr("%1 of %2 proven").arg(proven).arg(layers.size());
+}
+
+void showVerdict(QTreeWidgetItem *item, const QVector<PastLayer> &layers, const QPalette &palette)
+{
+    item->setText(Verified, verdictText(layers));
+    if (std::any_of(layers.begin(), layers.end(),
+                    [](const PastLayer &layer) { return !layer.isProven.value_or(true); }))
+        item->setForeground(Verified, statuscolor::failure(palette));
 }
 
 } // namespace
@@ -129,8 +158,8 @@ void HistoryPane::changeEvent(QEvent *event)
 
 void HistoryPane::retranslate()
 {
-    m_list->setHeaderLabels(
-        {tr("When"), tr("Job"), tr("Step"), tr("Format"), tr("Layers"), tr("Parameters"), tr("Folder")});
+    m_list->setHeaderLabels({tr("When"), tr("Job"), tr("Step"), tr("Format"), tr("Layers"), tr("Verified"),
+                             tr("Parameters"), tr("Folder")});
     m_open->setText(tr("Open &folder"));
     m_open->setToolTip(tr("Open the folder of the files in the system's file manager"));
     m_repeat->setText(tr("Export &again ..."));
@@ -151,12 +180,14 @@ void HistoryPane::fill()
         item->setText(Step, past.step);
         item->setText(Format, past.format);
         item->setText(Layers, locale.toString(past.layers.size()));
+        showVerdict(item, past.layers, palette());
         item->setText(Parameters, settingsText(past));
         item->setText(Folder, QDir::toNativeSeparators(past.folder));
         item->setToolTip(Folder, QDir::toNativeSeparators(past.folder));
         for (const PastLayer &layer : past.layers) {
             auto *row = new QTreeWidgetItem(item);
             row->setText(When, layer.layer);
+            showVerdict(row, {layer}, palette());
             row->setText(Parameters, changeText(layer.change));
             row->setText(Folder, QFileInfo(layer.file).fileName());
         }

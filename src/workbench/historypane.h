@@ -18,6 +18,7 @@ public:
 
     // The SQLite file with the record, from now on; empty when there is none.
     void setRecord(const QString &path);
+    QString record() const { return m_record; }
 
 public slots:
     // Reads the record again, when the pane is seen.

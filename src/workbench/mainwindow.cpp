@@ -506,6 +506,7 @@ void MainWindow::showExportResults()
                        results.folder(), true);
     if (m_verifies)
         m_verifier.start(results);
+    m_keptVerdicts = 0;
     showProofs();
 }
 
@@ -525,9 +526,26 @@ void MainWindow::showPlace(const QString &layer, const QPointF &place, double wi
 void MainWindow::showProofs()
 {
     m_results->showProofs(m_verifier);
+    keepVerdicts();
     if (!m_verifier.isRunning() && !m_verifier.unproven().isEmpty())
         m_messageBar->show(MessageBar::Kind::Failure, m_verifier.summary(), m_exports.results().folder(),
                            true);
+}
+
+// Each when it is found: the window may be closed before the last one.
+void MainWindow::keepVerdicts()
+{
+    const QVector<LayerProof> &proofs = m_verifier.proofs();
+    if (m_keptVerdicts == proofs.size())
+        return;
+    for (; m_keptVerdicts < proofs.size(); ++m_keptVerdicts) {
+        const LayerProof &proof = proofs[m_keptVerdicts];
+        for (const LayerResult &result : m_exports.results().layers) {
+            if (result.layer == proof.layer)
+                keepVerdict(m_history->record(), result.request, proof.found.isProven());
+        }
+    }
+    m_history->refresh();
 }
 
 void MainWindow::repeatExport(const PastExport &past)

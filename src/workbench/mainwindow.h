@@ -99,6 +99,7 @@ private:
     void takeLayerFile(const QFileInfo &file);
     void showExportResults();
     void showProofs();
+    void keepVerdicts();
     void showPlace(const QString &layer, const QPointF &place, double width);
     void takeExportReport(const QString &folder, const QStringList &layers);
     void readOpenJobAgain();
@@ -118,6 +119,7 @@ private:
     ExportWatch m_exports;
     ExportVerifier m_verifier;
     bool m_verifies = true;
+    int m_keptVerdicts = 0; // of the verifier's proofs
     std::unique_ptr<WindowPlacer> m_placer;
     WindowMemory *m_memory; // never null
     ImportFolder *m_importFolder = nullptr;

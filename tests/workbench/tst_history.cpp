@@ -72,6 +72,49 @@ private slots:
         QVERIFY(pane.findChild<QLabel *>()->text().contains("broken.sqlite"));
     }
 
+    void verdictsAreKeptWithTheirExports()
+    {
+        TemporaryWorkingFolder folder;
+        const QString file = folder.filePath("exports.sqlite");
+        save(file, "beacon", "top", "gds"); // never verified
+        save(file, "other", "top", "gds");
+        save(file, "beacon", "bottom", "gds");
+        save(file, "beacon", "top", "gds");
+        cam::ExportRequest request;
+        request.job = "/jobs/Beacon";
+        request.step = "PCB";
+        request.format = cam::FileFormat::Gds;
+        HistoryPane pane;
+        pane.resize(900, 300);
+        pane.show();
+        pane.setRecord(file);
+        auto *list = pane.findChild<QTreeWidget *>();
+        QCOMPARE(list->headerItem()->text(5), QString("Verified"));
+        QCOMPARE(list->topLevelItem(0)->text(5), QString("not verified"));
+        request.layer = "top";
+        keepVerdict(file, request, true);
+        pane.refresh();
+        QCOMPARE(list->topLevelItem(0)->text(5), QString("1 of 2 proven"));
+        QCOMPARE(list->topLevelItem(0)->child(0)->text(5), QString("not verified"));
+        QCOMPARE(list->topLevelItem(0)->child(1)->text(5), QString("proven"));
+        QCOMPARE(list->topLevelItem(1)->text(5), QString("not verified")); // another job's
+        QCOMPARE(list->topLevelItem(2)->text(5), QString("not verified")); // an earlier one's
+        request.layer = "bottom";
+        keepVerdict(file, request, false);
+        pane.refresh();
+        QCOMPARE(list->topLevelItem(0)->text(5), QString("1 of 2 not proven"));
+        keepVerdict(file, request, true); // verified again
+        pane.refresh();
+        QCOMPARE(list->topLevelItem(0)->text(5), QString("proven"));
+        // The table of exports is as it was.
+        save(file, "beacon", "top", "gerber");
+        QString error;
+        QCOMPARE(readHistory(file, error).size(), 4);
+        QVERIFY(!readHistory(file, error)[0].layers[0].isProven);
+        keepVerdict(folder.filePath("none.sqlite"), request, true);
+        QVERIFY(!QFileInfo::exists(folder.filePath("none.sqlite")));
+    }
+
     void thePaneOpensFoldersAndRepeats()
     {
         TemporaryWorkingFolder folder;
@@ -84,7 +127,7 @@ private slots:
         pane.setRecord(file);
         auto *list = pane.findChild<QTreeWidget *>();
         QCOMPARE(list->topLevelItemCount(), 1);
-        QVERIFY(list->topLevelItem(0)->text(5).contains("12.5"));
+        QVERIFY(list->topLevelItem(0)->text(6).contains("12.5"));
         for (const QToolButton *button : pane.findChildren<QToolButton *>())
             QVERIFY(!button->isEnabled());
         list->setFocus();
@@ -93,7 +136,7 @@ private slots:
         QTest::keyClick(list, Qt::Key_Down);
         QTest::keyClick(list, Qt::Key_Down);
         QCOMPARE(list->currentItem()->text(0), QString("top"));
-        QVERIFY(list->currentItem()->text(5).contains("90"));
+        QVERIFY(list->currentItem()->text(6).contains("90"));
         QVector<PastExport> repeated;
         connect(&pane, &HistoryPane::repeatAsked, &pane,
                 [&repeated](const PastExport &past) { repeated << past; });

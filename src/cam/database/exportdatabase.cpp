@@ -113,10 +113,11 @@ private:
     int m_place = 0;
 };
 
-bool hasTable(const std::string &path, sqlite3 *database)
+bool hasTable(const std::string &path, sqlite3 *database, const std::string &name)
 {
     const Statement find =
-        prepare(path, database, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'exports'");
+        prepare(path, database, "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = ?");
+    Binder(find.get()) << name;
     const int result = sqlite3_step(find.get());
     if (result != SQLITE_ROW && result != SQLITE_DONE)
         fail(path, database);
@@ -152,6 +153,29 @@ void saveExport(const std::string &path, const ExportRecord &record)
     run(file, database.get(), insert.get());
 }
 
+void saveVerdict(const std::string &path, const ExportRecord &record, bool isProven)
+{
+    const fs::path local = resolveIgnoringCase(path);
+    std::error_code ignored; // what cannot be looked at is not there
+    if (!fs::exists(local, ignored))
+        return;
+    const std::string file = local.u8string();
+    const Database database = open(file, SQLITE_OPEN_READWRITE);
+    if (!hasTable(file, database.get(), "exports"))
+        return;
+    const Statement create =
+        prepare(file, database.get(),
+                "CREATE TABLE IF NOT EXISTS verdicts (export INTEGER PRIMARY KEY, proven INTEGER NOT NULL)");
+    run(file, database.get(), create.get());
+    const Statement insert =
+        prepare(file, database.get(),
+                "INSERT OR REPLACE INTO verdicts (proven, export) SELECT ?, id FROM exports WHERE job = ? "
+                "COLLATE NOCASE AND step = ? COLLATE NOCASE AND layer = ? COLLATE NOCASE AND format = ? "
+                "ORDER BY id DESC LIMIT 1");
+    Binder(insert.get()) << isProven << record.job << record.step << record.layer << record.format;
+    run(file, database.get(), insert.get());
+}
+
 std::vector<SavedExport> readExports(const std::string &path, int most)
 {
     const fs::path local = resolveIgnoringCase(path);
@@ -160,13 +184,14 @@ std::vector<SavedExport> readExports(const std::string &path, int most)
         return {};
     const std::string file = local.u8string();
     const Database database = open(file, SQLITE_OPEN_READONLY);
-    if (!hasTable(file, database.get()))
+    if (!hasTable(file, database.get(), "exports"))
         return {};
-    const Statement select =
-        prepare(file, database.get(),
-                "SELECT time, job, step, layer, format, file, dbu, resize, negative, mirror, "
-                "rotate, scale, profile, angle, axis, x_scale, y_scale FROM exports ORDER BY id "
-                "DESC LIMIT ?");
+    const bool hasVerdicts = hasTable(file, database.get(), "verdicts");
+    const std::string sql = std::string("SELECT time, job, step, layer, format, file, dbu, resize, negative, "
+                                        "mirror, rotate, scale, profile, angle, axis, x_scale, y_scale, ") +
+                            (hasVerdicts ? "(SELECT proven FROM verdicts WHERE export = id)" : "NULL") +
+                            " FROM exports ORDER BY id DESC LIMIT ?";
+    const Statement select = prepare(file, database.get(), sql.c_str());
     sqlite3_bind_int(select.get(), 1, most);
     std::vector<SavedExport> rows;
     int result = sqlite3_step(select.get());
@@ -177,6 +202,9 @@ std::vector<SavedExport> readExports(const std::string &path, int most)
             record.file >> record.dbu >> record.resize >> record.isNegative >> record.isMirror >>
             record.isRotate >> record.isScale >> record.isProfileTop >> record.angle >> record.axis >>
             record.xScale >> record.yScale;
+        const int verdict = sqlite3_column_count(select.get()) - 1;
+        if (sqlite3_column_type(select.get(), verdict) != SQLITE_NULL)
+            row.isProven = sqlite3_column_int(select.get(), verdict) != 0;
         rows.push_back(std::move(row));
     }
     if (result != SQLITE_DONE)

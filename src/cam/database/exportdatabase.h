@@ -1,6 +1,8 @@
-// The host's record of exports: one SQLite table, one row an export.
+// The host's record of exports: one SQLite table, one row an export. Beside it a table of what a verification
+// has found of them, which only hosts write that verify; the table of exports is as it is without them.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,10 +26,16 @@ struct ExportRecord
 // the database's own message when that fails.
 void saveExport(const std::string &path, const ExportRecord &record);
 
+// Keeps what the verification of a file has found, with the newest row of that job, step, layer and format,
+// which are compared without regard to case. Nothing happens where there is no such row. Throws Error with
+// the database's own message.
+void saveVerdict(const std::string &path, const ExportRecord &record, bool isProven);
+
 struct SavedExport
 {
     std::string time; // "YYYY-MM-DD hh:mm:ss", UTC
     ExportRecord record;
+    std::optional<bool> isProven; // nothing for a file that was not verified
 };
 
 // The newest `most` rows of the database file `path`, the newest first; none when there is no such file or no

@@ -1,5 +1,6 @@
 #include "workbench/layerpanel.h"
 
+#include "workbench/layerwords.h"
 #include "workbench/viewcolor.h"
 
 #include <QComboBox>
@@ -58,22 +59,14 @@ namespace {
 
 using Column = LayerTable::Column;
 
-// "SOLDER_MASK" as a person writes it.
-QString readable(const std::string &word)
-{
-    QString text = QString::fromStdString(word).toLower();
-    text.replace('_', ' ');
-    return text;
-}
-
 // "power ground, negative"; "document, misc".
 QString typeText(const ORVEX::API::layer_info &layer)
 {
-    QStringList parts{readable(layer.type)};
+    QStringList parts{layerWord(layer.type)};
     if (layer.context != "BOARD" && !layer.context.empty())
-        parts << readable(layer.context);
+        parts << layerWord(layer.context);
     if (layer.polarity == "NEGATIVE")
-        parts << readable(layer.polarity);
+        parts << layerWord(layer.polarity);
     return parts.join(", ");
 }
 
@@ -558,6 +551,17 @@ void LayerPanel::setShown(const QString &name, bool shown)
 }
 
 // ---- commands
+
+void LayerPanel::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::LanguageChange)
+        return;
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        if (m_rows[row].file.isEmpty())
+            m_table->item(int(row), Column::Type)->setText(typeText(m_rows[row].layer));
+    }
+}
 
 bool LayerPanel::eventFilter(QObject *watched, QEvent *event)
 {

@@ -66,6 +66,7 @@ signals:
     void fileRemoved(const QString &path);
 
 protected:
+    void changeEvent(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -1,6 +1,7 @@
 // The program in another language, at once: what is on the screen, and what comes.
 #include "tests/support/temporaryworkingfolder.h"
 #include "workbench/languages.h"
+#include "workbench/layerpanel.h"
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
 #include "workbench/windowmemory.h"
@@ -13,6 +14,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -76,6 +78,40 @@ private slots:
         QCOMPARE(jobs->windowTitle(), QString("Jobs"));
         QCOMPARE(window.findChild<QAction *>("Settings")->text(), QString("&Settings ..."));
         QVERIFY(window.close());
+    }
+
+    void wordsOfTheMatrixAreTranslated()
+    {
+        Languages languages;
+        languages.choose("en");
+        LayerPanel panel;
+        ORVEX::API::layer_info mask, plane, other;
+        mask.name = "mask";
+        mask.context = plane.context = "BOARD";
+        mask.type = "SOLDER_MASK";
+        plane.name = "plane";
+        plane.type = "POWER_GROUND";
+        plane.polarity = "NEGATIVE";
+        other.name = "other";
+        other.context = "MISC";
+        other.type = "NEW_KIND";
+        panel.showMatrix("job", {"pcb"}, {mask, plane, other});
+        panel.show();
+        const auto types = [&panel] {
+            const auto *table = panel.findChild<QTableWidget *>();
+            QStringList words;
+            for (int row = 0; row < table->rowCount(); ++row)
+                words << table->item(row, 1)->text();
+            return words;
+        };
+        QCOMPARE(types(), (QStringList{"solder mask", "power ground, negative", "new kind, misc"}));
+        languages.choose("de");
+        QTRY_COMPARE(types(), (QStringList{QString::fromUtf8("Lötstoppmaske"), "Versorgung, negativ",
+                                           "new kind, sonstiges"}));
+        languages.choose("zh_CN");
+        QTRY_COMPARE(types().first(), QString::fromUtf8("阻焊"));
+        languages.choose("en");
+        QTRY_COMPARE(types().first(), QString("solder mask"));
     }
 
     void whatTheUserHasTypedStays()

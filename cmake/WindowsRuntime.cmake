@@ -19,7 +19,7 @@ function(_file_process_imported_dll target result)
     set(${result} ${dll} PARENT_SCOPE)
 endfunction()
 
-foreach(_target Qt5::Core Qt5::Gui Qt5::Widgets glog::glog)
+foreach(_target Qt5::Core Qt5::Gui Qt5::Widgets Qt5::PrintSupport glog::glog)
     _file_process_imported_dll(${_target} _dll)
     list(APPEND FILE_PROCESS_RUNTIME_DLLS ${_dll})
 endforeach()
@@ -39,10 +39,11 @@ foreach(_name libwinpthread-1.dll zlib1.dll sqlite3.dll 7z.dll)
     list(APPEND FILE_PROCESS_RUNTIME_DLLS ${FILE_PROCESS_${_name}})
 endforeach()
 
-# Qt's plug-ins: windows for people, offscreen for tests and batch runs, and the native look.
+# Qt's plug-ins: windows for people, offscreen for tests and batch runs, the native look, and the system's printers.
 get_filename_component(_qt_bin ${Qt5Core_DIR}/../../../bin ABSOLUTE)
 get_filename_component(_qt_plugins ${Qt5Core_DIR}/../../../plugins ABSOLUTE)
-set(FILE_PROCESS_QT_PLUGINS platforms/qwindows.dll platforms/qoffscreen.dll styles/qwindowsvistastyle.dll)
+set(FILE_PROCESS_QT_PLUGINS platforms/qwindows.dll platforms/qoffscreen.dll styles/qwindowsvistastyle.dll
+    printsupport/windowsprintersupport.dll)
 
 set(_copies "")
 foreach(_dll ${FILE_PROCESS_RUNTIME_DLLS} ${_qt_bin}/Qt5Test.dll)

@@ -14,6 +14,9 @@
 #include "workbench/manual.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/shortcutsdialog.h"
+#include "workbench/view/boardview.h"
+#include "workbench/view/graphicview.h"
+#include "workbench/view/printdialog.h"
 #include "workbench/windowmemory.h"
 
 #include <QAction>
@@ -24,10 +27,12 @@
 #include <QElapsedTimer>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPrinter>
 #include <QStyleFactory>
 #include <QTableWidget>
 #include <QTimer>
 #include <QTreeWidget>
+#include <QtTest>
 
 #include <functional>
 
@@ -112,6 +117,46 @@ void show(MainWindow &window, const char *dock)
     widget->raise();
 }
 
+// Copper with the drills over it, then what is measured between two holes, and what is printed.
+void takeViews(MainWindow &window, const Pictures &pictures)
+{
+    auto *view = window.findChild<GraphicView *>();
+    BoardView &board = view->board();
+    const auto wholeView = [&] {
+        wait([&] { return window.isViewDrawn(); });
+        return board.viewport();
+    };
+    const auto trigger = [&window](const char *name) { window.findChild<QAction *>(name)->trigger(); };
+    trigger("DrillOverCopper");
+    wholeView();
+    pictures.take(&window, "viewing");
+    const cam::Box frame = board.frame();
+    const auto placeOf = [&frame](double across, double up) {
+        return cam::Point{frame.low.x + across * (frame.high.x - frame.low.x),
+                          frame.low.y + up * (frame.high.y - frame.low.y)};
+    };
+    const drawing::Viewport before = wholeView();
+    board.setViewport(placeOf(0.30, 0.35), before.pixel / 2.5);
+    wholeView();
+    trigger("Measure");
+    for (const cam::Point place : {placeOf(0.18, 0.25), placeOf(0.42, 0.45)})
+        QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier, board.toScreen(place).toPoint());
+    pictures.take(&window, "measuring");
+    trigger("Measure");
+    QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier, board.toScreen(placeOf(0.18, 0.25)).toPoint());
+    pictures.take(&window, "inspecting");
+    QTest::keyClick(&board, Qt::Key_Escape);
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    printer.setPageOrientation(QPageLayout::Landscape);
+    PrintDialog print(board, printer, "beacon: " + board.title(), &window);
+    print.show();
+    pictures.take(&print, "print");
+    view->fitBoard();
+    window.openJob("beacon"); // as it was
+    wait([&] { return !window.isReadingLayer(); });
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -163,6 +208,7 @@ int main(int argc, char **argv)
     window->openJob("beacon");
     wait([&] { return !window->isReadingLayer(); });
     pictures.take(window.get(), "workbench");
+    takeViews(*window, pictures);
 
     ExportDialog dialog = openExport(*window);
     if (!dialog.problem().isEmpty())

@@ -14,7 +14,7 @@ runtime=$scratch/packages/file-process_$(project_version)_$architecture.deb
 development=$scratch/packages/file-process-dev_$(project_version)_$architecture.deb
 
 depends=$(dpkg-deb -f "$runtime" Depends)
-for package in p7zip-full libqt5widgets5 libqt5gui5 libqt5core5a libgoogle-glog0 libsqlite3-0 zlib1g libpolyclipping libc6 libstdc++6; do
+for package in p7zip-full libqt5widgets5 libqt5printsupport5 libqt5gui5 libqt5core5a libgoogle-glog0 libsqlite3-0 zlib1g libpolyclipping libc6 libstdc++6; do
     [[ $depends == *"$package"* ]] || fail "the package does not depend on $package: $depends"
 done
 [[ $(dpkg-deb -f "$development" Depends) == *"file-process (= $(project_version))"* ]] ||

@@ -545,6 +545,30 @@
             <numerusform>%n Exporte, der neueste zuerst.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>not proven</source>
+        <translation>nicht bewiesen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 not proven</source>
+        <translation>%1 von %2 nicht bewiesen</translation>
+    </message>
+    <message>
+        <source>not verified</source>
+        <translation>nicht geprüft</translation>
+    </message>
+    <message>
+        <source>proven</source>
+        <translation>bewiesen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 proven</source>
+        <translation>%1 von %2 bewiesen</translation>
+    </message>
+    <message>
+        <source>Verified</source>
+        <translation>Prüfung</translation>
+    </message>
 </context>
 <context>
     <name>Inspection</name>
@@ -903,6 +927,69 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     </message>
 </context>
 <context>
+    <name>LayerWords</name>
+    <message>
+        <source>signal</source>
+        <translation>Signal</translation>
+    </message>
+    <message>
+        <source>power ground</source>
+        <translation>Versorgung</translation>
+    </message>
+    <message>
+        <source>dielectric</source>
+        <translation>Dielektrikum</translation>
+    </message>
+    <message>
+        <source>mixed</source>
+        <translation>gemischt</translation>
+    </message>
+    <message>
+        <source>solder mask</source>
+        <translation>Lötstoppmaske</translation>
+    </message>
+    <message>
+        <source>solder paste</source>
+        <translation>Lotpaste</translation>
+    </message>
+    <message>
+        <source>silk screen</source>
+        <translation>Bestückungsdruck</translation>
+    </message>
+    <message>
+        <source>drill</source>
+        <translation>Bohrungen</translation>
+    </message>
+    <message>
+        <source>rout</source>
+        <translation>Fräsen</translation>
+    </message>
+    <message>
+        <source>document</source>
+        <translation>Dokument</translation>
+    </message>
+    <message>
+        <source>component</source>
+        <translation>Bauteile</translation>
+    </message>
+    <message>
+        <source>mask</source>
+        <translation>Maske</translation>
+    </message>
+    <message>
+        <source>conductive paste</source>
+        <translation>Leitpaste</translation>
+    </message>
+    <message>
+        <source>misc</source>
+        <translation>sonstiges</translation>
+    </message>
+    <message>
+        <source>negative</source>
+        <translation>negativ</translation>
+    </message>
+</context>
+<context>
     <name>LogPane</name>
     <message>
         <source>All lines</source>
@@ -1164,6 +1251,64 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>%1 cannot be written: %2</source>
         <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>PrintDialog</name>
+    <message>
+        <source>As large as the &amp;page allows</source>
+        <translation>So groß, wie die &amp;Seite erlaubt</translation>
+    </message>
+    <message>
+        <source>&amp;Scale</source>
+        <translation>&amp;Maßstab</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>Drucken</translation>
+    </message>
+    <message>
+        <source>How large things come out: 1 is their true size, 2 is twice as large</source>
+        <translation>Wie groß gedruckt wird: 1 ist die wahre Größe, 2 ist doppelt so groß</translation>
+    </message>
+    <message>
+        <source>&amp;Title</source>
+        <translation>&amp;Titel</translation>
+    </message>
+    <message>
+        <source>&amp;Print ...</source>
+        <translation>&amp;Drucken ...</translation>
+    </message>
+    <message>
+        <source>P&amp;age ...</source>
+        <translation>Se&amp;ite ...</translation>
+    </message>
+    <message>
+        <source>%1 of the board are printed as %2, scale %3.</source>
+        <translation>%1 der Leiterplatte werden als %2 gedruckt, Maßstab %3.</translation>
+    </message>
+    <message>
+        <source>There is no room for all of what is seen.</source>
+        <translation>Für alles, was zu sehen ist, reicht der Platz nicht.</translation>
+    </message>
+</context>
+<context>
+    <name>Printing</name>
+    <message>
+        <source>Scale %1</source>
+        <translation>Maßstab %1</translation>
+    </message>
+    <message>
+        <source>seen from below</source>
+        <translation>von unten gesehen</translation>
+    </message>
+    <message>
+        <source>Nothing can be printed on %1.</source>
+        <translation>Auf %1 kann nicht gedruckt werden.</translation>
+    </message>
+    <message>
+        <source>The page was not printed.</source>
+        <translation>Die Seite wurde nicht gedruckt.</translation>
     </message>
 </context>
 <context>
@@ -1542,6 +1687,14 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>Show GDSII, Gerber and drill files over the job</source>
         <translation>GDSII-, Gerber- und Bohrdateien über dem Auftrag zeigen</translation>
+    </message>
+    <message>
+        <source>P&amp;rint ...</source>
+        <translation>D&amp;rucken ...</translation>
+    </message>
+    <message>
+        <source>Print what is seen, in its true size or as large as the page allows</source>
+        <translation>Drucken, was zu sehen ist: in wahrer Größe oder so groß, wie die Seite erlaubt</translation>
     </message>
 </context>
 <context>

@@ -543,6 +543,30 @@
             <numerusform>%n 次导出，最新的在前。</numerusform>
         </translation>
     </message>
+    <message>
+        <source>not proven</source>
+        <translation>未证明</translation>
+    </message>
+    <message>
+        <source>%1 of %2 not proven</source>
+        <translation>%2 中有 %1 个未证明</translation>
+    </message>
+    <message>
+        <source>not verified</source>
+        <translation>未验证</translation>
+    </message>
+    <message>
+        <source>proven</source>
+        <translation>已证明</translation>
+    </message>
+    <message>
+        <source>%1 of %2 proven</source>
+        <translation>%2 中有 %1 个已证明</translation>
+    </message>
+    <message>
+        <source>Verified</source>
+        <translation>验证</translation>
+    </message>
 </context>
 <context>
     <name>Inspection</name>
@@ -901,6 +925,69 @@ They can also be dropped on this window.</source>
     </message>
 </context>
 <context>
+    <name>LayerWords</name>
+    <message>
+        <source>signal</source>
+        <translation>信号</translation>
+    </message>
+    <message>
+        <source>power ground</source>
+        <translation>电源地</translation>
+    </message>
+    <message>
+        <source>dielectric</source>
+        <translation>介质</translation>
+    </message>
+    <message>
+        <source>mixed</source>
+        <translation>混合</translation>
+    </message>
+    <message>
+        <source>solder mask</source>
+        <translation>阻焊</translation>
+    </message>
+    <message>
+        <source>solder paste</source>
+        <translation>锡膏</translation>
+    </message>
+    <message>
+        <source>silk screen</source>
+        <translation>丝印</translation>
+    </message>
+    <message>
+        <source>drill</source>
+        <translation>钻孔</translation>
+    </message>
+    <message>
+        <source>rout</source>
+        <translation>铣削</translation>
+    </message>
+    <message>
+        <source>document</source>
+        <translation>文档</translation>
+    </message>
+    <message>
+        <source>component</source>
+        <translation>元件</translation>
+    </message>
+    <message>
+        <source>mask</source>
+        <translation>掩膜</translation>
+    </message>
+    <message>
+        <source>conductive paste</source>
+        <translation>导电膏</translation>
+    </message>
+    <message>
+        <source>misc</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>negative</source>
+        <translation>负片</translation>
+    </message>
+</context>
+<context>
     <name>LogPane</name>
     <message>
         <source>All lines</source>
@@ -1161,6 +1248,64 @@ They can also be dropped on this window.</source>
     <message>
         <source>%1 cannot be written: %2</source>
         <translation>%1 无法写入：%2</translation>
+    </message>
+</context>
+<context>
+    <name>PrintDialog</name>
+    <message>
+        <source>As large as the &amp;page allows</source>
+        <translation>页面允许的最大大小(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Scale</source>
+        <translation>比例(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Print</source>
+        <translation>打印</translation>
+    </message>
+    <message>
+        <source>How large things come out: 1 is their true size, 2 is twice as large</source>
+        <translation>打印大小：1 为真实大小，2 为两倍大小</translation>
+    </message>
+    <message>
+        <source>&amp;Title</source>
+        <translation>标题(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Print ...</source>
+        <translation>打印(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>P&amp;age ...</source>
+        <translation>页面(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>%1 of the board are printed as %2, scale %3.</source>
+        <translation>电路板的 %1 将打印为 %2，比例 %3。</translation>
+    </message>
+    <message>
+        <source>There is no room for all of what is seen.</source>
+        <translation>页面放不下所见的全部内容。</translation>
+    </message>
+</context>
+<context>
+    <name>Printing</name>
+    <message>
+        <source>Scale %1</source>
+        <translation>比例 %1</translation>
+    </message>
+    <message>
+        <source>seen from below</source>
+        <translation>从下方看</translation>
+    </message>
+    <message>
+        <source>Nothing can be printed on %1.</source>
+        <translation>无法打印到 %1。</translation>
+    </message>
+    <message>
+        <source>The page was not printed.</source>
+        <translation>页面未打印。</translation>
     </message>
 </context>
 <context>
@@ -1538,6 +1683,14 @@ They can also be dropped on this window.</source>
     <message>
         <source>Show GDSII, Gerber and drill files over the job</source>
         <translation>在料号上方显示 GDSII、Gerber 和钻孔文件</translation>
+    </message>
+    <message>
+        <source>P&amp;rint ...</source>
+        <translation>打印(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>Print what is seen, in its true size or as large as the page allows</source>
+        <translation>打印所见内容：按真实大小或页面允许的最大大小</translation>
     </message>
 </context>
 <context>

@@ -20,17 +20,6 @@ const QColor datumColor(255, 96, 96);
 const double smallestPixel = 10.0; // nanometres
 const double largestPixel = 2e7;
 
-// The 1, 2 or 5 times a power of ten that is the smallest at least `value`.
-double roundLength(double value)
-{
-    const double power = std::pow(10.0, std::floor(std::log10(value)));
-    for (const double step : {1.0, 2.0, 5.0}) {
-        if (step * power >= value * 0.999999)
-            return step * power;
-    }
-    return 10.0 * power;
-}
-
 // `text` with its upper left corner at `corner`, readable on whatever is drawn there.
 void drawLabel(QPainter &painter, const QPoint &corner, const QString &text)
 {
@@ -309,13 +298,28 @@ void BoardView::drawAll(QPainter &painter, double ratio, const std::function<voi
     painter.scale(1.0 / ratio, 1.0 / ratio);
     drawLayers();
     painter.restore();
-    drawBoard(painter);
+    drawBoard(painter, profileColor);
+    drawOverlays(painter);
+    drawScale(painter);
+}
+
+void BoardView::drawOverlays(QPainter &painter) const
+{
     for (Overlay *overlay : m_overlays) {
         painter.save();
         overlay->paint(painter, *this);
         painter.restore();
     }
-    drawScale(painter);
+}
+
+void BoardView::paintMarks(QPainter &painter, const QColor &outline) const
+{
+    QFont pixels = font(); // points would be those of the painter's device
+    pixels.setPixelSize(QFontInfo(pixels).pixelSize());
+    painter.setFont(pixels);
+    painter.translate(-toScreen(m_center));
+    drawBoard(painter, outline);
+    drawOverlays(painter);
 }
 
 QImage BoardView::finished(const QImage &layers) const
@@ -348,11 +352,11 @@ void BoardView::drawGrid(QPainter &painter) const
     }
 }
 
-void BoardView::drawBoard(QPainter &painter) const
+void BoardView::drawBoard(QPainter &painter, const QColor &outline) const
 {
     if (!m_hasBoard)
         return;
-    painter.setPen(profileColor);
+    painter.setPen(outline);
     const QRectF seen = QRectF(rect()).adjusted(-2, -2, 2, 2);
     for (const QPolygonF &ring : m_profile) {
         QPolygonF shown;

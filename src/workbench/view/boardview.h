@@ -60,6 +60,10 @@ public:
     // is drawn below and above the layers.
     QImage finished(const QImage &layers) const;
 
+    // Draws the board's outline and what is marked, to the scale of the screen, with the middle of the view
+    // at the painter's origin.
+    void paintMarks(QPainter &painter, const QColor &outline) const;
+
     // What is drawn above the layers, in pixels of the screen: measuring, inspection.
     class Overlay
     {
@@ -116,7 +120,8 @@ private:
     void moveBy(const QPointF &screen);
     void viewChanged();
     void drawGrid(QPainter &painter) const;
-    void drawBoard(QPainter &painter) const;
+    void drawBoard(QPainter &painter, const QColor &outline) const;
+    void drawOverlays(QPainter &painter) const;
     void drawScale(QPainter &painter) const;
     QString pointedText() const;
 

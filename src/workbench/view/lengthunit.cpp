@@ -1,5 +1,7 @@
 #include "workbench/view/lengthunit.h"
 
+#include <cmath>
+
 namespace {
 
 int decimalsOf(LengthUnit unit)
@@ -49,4 +51,20 @@ QString lengthText(double nanometres, LengthUnit unit)
 QString placeText(cam::Point place, LengthUnit unit)
 {
     return QString("x %1  y %2 %3").arg(numberText(place.x, unit), numberText(place.y, unit), nameOf(unit));
+}
+
+double roundLength(double value)
+{
+    const double power = std::pow(10.0, std::floor(std::log10(value)));
+    for (const double step : {1.0, 2.0, 5.0}) {
+        if (step * power >= value * 0.999999)
+            return step * power;
+    }
+    return 10.0 * power;
+}
+
+QString scaleText(double factor)
+{
+    return factor >= 1.0 ? QString("%1 : 1").arg(factor, 0, 'g', 4)
+                         : QString("1 : %1").arg(1.0 / factor, 0, 'g', 4);
 }

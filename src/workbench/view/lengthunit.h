@@ -16,3 +16,9 @@ QString lengthText(double nanometres, LengthUnit unit);
 QString placeText(cam::Point place, LengthUnit unit);
 // Nanometres of one.
 double nanometresOf(LengthUnit unit);
+
+// The 1, 2 or 5 times a power of ten that is the smallest at least `value`.
+double roundLength(double value);
+
+// How large things come out: "5 : 1", "1 : 2.5".
+QString scaleText(double factor);

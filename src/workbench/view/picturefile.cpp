@@ -1,6 +1,7 @@
 #include "workbench/view/picturefile.h"
 
 #include "workbench/view/boardview.h"
+#include "workbench/view/lengthunit.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -46,13 +47,6 @@ QByteArray svgOf(const QImage &image, double width, double height)
 }
 
 #if QT_CONFIG(pdf)
-// How large things come out: "5 : 1", "1 : 2.5".
-QString scaleText(double factor)
-{
-    return factor >= 1.0 ? QString("%1 : 1").arg(factor, 0, 'g', 4)
-                         : QString("1 : %1").arg(1.0 / factor, 0, 'g', 4);
-}
-
 QByteArray pdfOf(const QImage &image, double width, const QString &title)
 {
     QByteArray bytes;

@@ -6,12 +6,15 @@
 #include "workbench/view/filescenes.h"
 #include "workbench/view/graphicview.h"
 #include "workbench/view/picturefile.h"
+#include "workbench/view/printdialog.h"
+#include "workbench/view/printing.h"
 
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLocale>
 #include <QMenu>
+#include <QPrinter>
 
 #include <cmath>
 
@@ -66,6 +69,10 @@ ViewCommands::ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMen
     save->setObjectName("SavePicture");
     save->setShortcut(QKeySequence::Save);
     save->setStatusTip(tr("Save what is seen as PNG, PDF or SVG"));
+    QAction *print = fileMenu.addAction(tr("P&rint ..."), this, &ViewCommands::print);
+    print->setObjectName("Print");
+    print->setShortcut(QKeySequence::Print);
+    print->setStatusTip(tr("Print what is seen, in its true size or as large as the page allows"));
     fileMenu.addSeparator();
     addViewMenu(viewMenu);
     connect(&m_layers, &LayerPanel::shownChanged, this, &ViewCommands::showRows);
@@ -81,6 +88,8 @@ ViewCommands::ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMen
     });
     connect(&m_view, &GraphicView::fileFailed, this, &ViewCommands::fileFailed);
 }
+
+ViewCommands::~ViewCommands() = default;
 
 void ViewCommands::addViewMenu(QMenu &menu)
 {
@@ -219,4 +228,22 @@ void ViewCommands::choosePicture()
     const QString failure = savePicture(m_view.board(), path);
     if (!failure.isEmpty())
         emit fileFailed(path, failure);
+}
+
+void ViewCommands::print()
+{
+    if (!m_printer) {
+        m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+        m_printer->setPageOrientation(QPageLayout::Landscape);
+    }
+    const BoardView &board = m_view.board();
+    const QString job = QFileInfo(m_job).fileName();
+    const QString title = job.isEmpty() ? board.title() : job + ": " + board.title();
+    PrintDialog dialog(board, *m_printer, title, m_view.window());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString failure =
+        printView(board, *m_printer, pageLayout(board, *m_printer, dialog.factor()), dialog.title());
+    if (!failure.isEmpty())
+        emit fileFailed(m_printer->outputFileName(), failure);
 }

@@ -7,10 +7,13 @@
 #include <QObject>
 #include <QStringList>
 
+#include <memory>
+
 class GraphicView;
 class LayerPanel;
 class QAction;
 class QMenu;
+class QPrinter;
 
 class ViewCommands : public QObject
 {
@@ -19,6 +22,7 @@ class ViewCommands : public QObject
 public:
     // Adds commands to both menus. Panel, view and menus must outlive the object.
     ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMenu, QMenu &viewMenu, QObject *parent);
+    ~ViewCommands() override;
 
     // Layers are those of this job, in the step that the panel says. An empty folder: there is no job.
     void openJob(const QString &folder);
@@ -43,6 +47,7 @@ private:
     QVector<ViewRow> rows() const;
     void chooseFiles();
     void choosePicture();
+    void print();
 
     LayerPanel &m_layers;
     GraphicView &m_view;
@@ -50,5 +55,6 @@ private:
     QAction *m_fromBelow = nullptr;
     QString m_job;
     double m_resize = 0.0;
-    QStringList m_shownChanges; // of the rows that are seen
+    std::unique_ptr<QPrinter> m_printer; // keeps the page that was chosen; none before the first printing
+    QStringList m_shownChanges;          // of the rows that are seen
 };

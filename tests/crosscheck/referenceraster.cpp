@@ -55,8 +55,9 @@ public:
         return low.x <= m_window.width && high.x >= 0.0 && low.y <= m_window.height && high.y >= 0.0;
     }
 
-    // Fills what polygons go around counter-clockwise, more often than clockwise, into the mask.
-    void fill(const std::vector<Polygon> &polygons)
+    // Fills what polygons go around counter-clockwise, more often than clockwise, into the mask, or takes it
+    // out of it.
+    void fill(const std::vector<Polygon> &polygons, bool into = true)
     {
         m_crossings.clear();
         for (const Polygon &polygon : polygons) {
@@ -74,7 +75,7 @@ public:
                 continue;
             const auto first = static_cast<std::int64_t>(std::ceil(here.x - 0.5));
             const auto end = static_cast<std::int64_t>(std::ceil(m_crossings[i + 1].x - 0.5));
-            m_mask.fill(here.row, first, end, true);
+            m_mask.fill(here.row, first, end, into);
         }
         if (!m_crossings.empty()) {
             m_firstRow = std::min(m_firstRow, m_crossings.front().row);
@@ -316,7 +317,28 @@ private:
         }
         m_canvas.begin();
         m_canvas.fill(polygons);
+        if (!m_forExtent && m_shift != 0)
+            touch(polygons, (dark ? m_shift : -m_shift) > 0);
         finish(result, dark);
+    }
+
+    // The tip of a spike may show, or not, in every pixel that it touches, and that of a notch as well:
+    // pixels on an edge belong to what grows, and not to what shrinks.
+    void touch(const std::vector<Polygon> &polygons, bool grows)
+    {
+        for (const Polygon &polygon : polygons) {
+            for (std::size_t i = 0; i < polygon.size(); ++i) {
+                const Point from = polygon[i], to = polygon[(i + 1) % polygon.size()];
+                if (!m_canvas.mayShow({from, to}, 2.0 * pixel))
+                    continue;
+                Polygon touched;
+                for (const Point corner : square(pixel / 2.0)) {
+                    touched.push_back(from + corner);
+                    touched.push_back(to + corner);
+                }
+                m_canvas.fill({convexHull(std::move(touched))}, grows);
+            }
+        }
     }
 
     // A convex symbol, and how far from its origin it reaches.

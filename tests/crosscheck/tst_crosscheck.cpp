@@ -415,6 +415,7 @@ private slots:
     void aShiftByTwoPixelsIsFound();
     void aMissingSpeckIsFound();
     void aLineThinnerThanAPixelMayShowOrNot();
+    void aTipThinnerThanAPixelMayShowOrNot();
     void formatsThatDifferAreFound_data();
     void formatsThatDifferAreFound();
     void arcsThatReadersTakeDifferentlyAreFound();
@@ -693,6 +694,39 @@ void tst_CrossCheck::aLineThinnerThanAPixelMayShowOrNot()
     QCOMPARE(crosscheck::compare(shown, none, &tolerance).beyond, std::size_t(0));
     shown.set(50, 60);
     QCOMPARE(crosscheck::compare(shown, none, &tolerance).beyond, std::size_t(1));
+}
+
+// A spike and, in an area, a notch, both 900 um long and 90 um wide at one end.
+void tst_CrossCheck::aTipThinnerThanAPixelMayShowOrNot()
+{
+    using namespace testing;
+    const Window window{0.0, 0.0, 120, 100};
+    for (const bool isSpike : {true, false}) {
+        cam::LayerImage image = emptyLayer();
+        cam::FeatureSet &features = image.steps.back().features;
+        cam::ContourPool &pool = features.contours;
+        if (!isSpike)
+            addRectangle(pool, 0.0, 0.0, 1200.0, 1000.0);
+        const std::size_t first = pool.size();
+        const cam::Point corners[] = {at(100, 500), at(1000, 455), at(1000, 545)};
+        pool.addPolygon(corners, 3, !isSpike);
+        addSurface(features, isSpike ? first : 0);
+        const auto draw = [&](crosscheck::Edges edges) {
+            return crosscheck::rasterize(image, {}, window, edges);
+        };
+        const crosscheck::Tolerance tolerance{draw(crosscheck::Edges::EveryEdgeIn),
+                                              draw(crosscheck::Edges::EveryEdgeOut)};
+        // Two programs: by the pixels' centres, and by all that is touched.
+        const Bitmap byCentres = draw(crosscheck::Edges::AsTheyAre);
+        Bitmap touched = byCentres;
+        for (const int y : {49, 50})
+            touched.fill(y, 10, 30, isSpike);
+        QVERIFY(crosscheck::compare(byCentres, touched).beyond > 0);
+        QCOMPARE(crosscheck::compare(byCentres, touched, &tolerance).beyond, std::size_t(0));
+        for (const int y : {49, 50})
+            touched.fill(y, 6, 10, isSpike);
+        QVERIFY(crosscheck::compare(byCentres, touched, &tolerance).beyond > 0);
+    }
 }
 
 void tst_CrossCheck::formatsThatDifferAreFound_data()

@@ -14,20 +14,28 @@ struct Cancelled
 {
 };
 
-cam::Comparison compare(cam::ExportRequest request, const std::function<void(double)> &report)
+constexpr std::size_t mostPlaces = 200; // of a layer, in the list
+
+LayerProof prove(const LayerResult &layer, const std::function<void(double)> &report)
 {
+    LayerProof proof;
+    proof.layer = layer.layer;
+    proof.request = layer.request;
+    cam::ExportRequest request = layer.request;
     request.options.report = report;
     request.note = [](const cam::ExportNote &) {}; // the export has told them
     cam::VerifyControl control;
     control.report = report;
+    control.wantsPolygons = true;
+    control.mostPlaces = mostPlaces;
     try {
         const cam::LayerImage image = cam::readLayer(request);
-        return cam::verifyFile(image, request.options, request.options.file, control);
+        proof.placement = cam::exportTransform(request.options, image.datum);
+        proof.found = cam::verifyFile(image, request.options, request.options.file, control);
     } catch (const std::exception &failure) {
-        cam::Comparison none;
-        none.reason = failure.what();
-        return none;
+        proof.found.reason = failure.what();
     }
+    return proof;
 }
 
 } // namespace
@@ -72,7 +80,7 @@ void ExportVerifier::work(int run, const QVector<LayerResult> &layers)
     try {
         for (const LayerResult &layer : layers) {
             report(0.0);
-            const LayerProof proof{layer.layer, compare(layer.request, report)};
+            const LayerProof proof = prove(layer, report);
             QMetaObject::invokeMethod(
                 this, [this, run, proof] { take(run, proof); }, Qt::QueuedConnection);
         }

@@ -16,7 +16,9 @@
 struct LayerProof
 {
     QString layer; // as the Export dialog names it
-    cam::Comparison found;
+    cam::ExportRequest request;
+    cam::Transform placement; // from the step's coordinates to the file's, those of what has been found
+    cam::Comparison found;    // with its polygons
 };
 
 class ExportVerifier : public QObject

@@ -45,6 +45,8 @@ QString ExportResults::summary() const
     using State = LayerResult::State;
     if (layers.isEmpty())
         return tr("Nothing was exported: no layer was chosen.");
+    if (const int found = count(State::Found); found > 0)
+        return tr("%n file(s) are compared with layers of %1.", nullptr, found).arg(job);
     const int written = count(State::Written) + count(State::Empty);
     QStringList parts{tr("%1 of %2 layers of %3 were written").arg(written).arg(layers.size()).arg(job)};
     const auto add = [&parts](int number, const QString &what) {

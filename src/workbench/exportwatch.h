@@ -13,7 +13,8 @@
 
 struct LayerResult
 {
-    enum class State { Waiting, Running, Written, Empty, Failed, Cancelled, Missing };
+    // Found: a file that no export of this session has written, to be compared with its layer.
+    enum class State { Waiting, Running, Written, Empty, Failed, Cancelled, Missing, Found };
 
     QString layer; // as the Export dialog names it
     State state = State::Waiting;
@@ -23,7 +24,7 @@ struct LayerResult
     QStringList notes; // what there is to know about how the layer was read
     cam::ExportRequest request;
 
-    bool isGood() const { return state == State::Written || state == State::Empty; }
+    bool isGood() const { return state == State::Written || state == State::Empty || state == State::Found; }
 };
 
 struct ExportResults

@@ -375,6 +375,16 @@ int LayerPanel::layerCount() const
         std::count_if(m_rows.begin(), m_rows.end(), [](const Row &row) { return row.file.isEmpty(); }));
 }
 
+QStringList LayerPanel::layerNames() const
+{
+    QStringList names;
+    for (const Row &row : m_rows) {
+        if (row.file.isEmpty())
+            names << row.name;
+    }
+    return names;
+}
+
 void LayerPanel::chooseNone()
 {
     const QSignalBlocker quiet(m_table);

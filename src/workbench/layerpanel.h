@@ -40,6 +40,7 @@ public:
     // Chooses the step of that name, compared without regard to case. Returns whether the job has it.
     bool setCurrentStep(const QString &step);
     int layerCount() const; // of the job
+    QStringList layerNames() const;
     // Chooses no layer, without announcing it.
     void chooseNone();
     // Chooses the first copper layer, or the first of all.

@@ -91,6 +91,7 @@ MainWindow::MainWindow(LogCollector &log, QWidget *parent)
     });
     connect(&m_exports, &ExportWatch::started, this, [this] {
         m_verifier.stop();
+        m_view->showDifferences({});
         m_results->showResults(m_exports.results());
     });
     connect(&m_verifier, &ExportVerifier::changed, this, &MainWindow::showProofs);
@@ -201,6 +202,7 @@ void MainWindow::buildMenus()
             [this](const QString &, const QString &reason) { tellFailure(reason); });
     connect(m_viewCommands, &ViewCommands::fileOpened, this,
             [this](const QString &path) { m_memory->addRecentFile(QFileInfo(path).absoluteFilePath()); });
+    connect(m_viewCommands, &ViewCommands::comparisonAsked, this, &MainWindow::compareFiles);
     connect(m_view, &GraphicView::fileRemarked, this, &MainWindow::tellWarning);
     for (QDockWidget *dock : findChildren<QDockWidget *>())
         view->addAction(dock->toggleViewAction());
@@ -504,32 +506,50 @@ void MainWindow::showExportResults()
     }
     m_messageBar->show(results.isComplete() ? MessageBar::Kind::Good : MessageBar::Kind::Failure, summary,
                        results.folder(), true);
+    m_compared = results;
     if (m_verifies)
         m_verifier.start(results);
     m_keptVerdicts = 0;
     showProofs();
 }
 
-// As the view draws the layer: in the place of the file while it shows layers as they are exported.
-void MainWindow::showPlace(const QString &layer, const QPointF &place, double width)
+void MainWindow::compareFiles(const ExportResults &files, const QStringList &unknown)
 {
-    constexpr double millimetre = 1e6, timesWidth = 5.0,
-                     least = 0.05; // to each side, the last in millimetres
-    m_layers->chooseLayer(layer);
-    const double reach = std::max(timesWidth * width, least);
-    cam::Box box;
-    box.add(cam::Point{(place.x() - reach) * millimetre, (place.y() - reach) * millimetre});
-    box.add(cam::Point{(place.x() + reach) * millimetre, (place.y() + reach) * millimetre});
-    m_view->board().showBox(box);
+    if (!unknown.isEmpty())
+        tellWarning(tr("No layer of the job is named like %1.").arg(unknown.join(", ")));
+    if (files.layers.isEmpty() || m_exports.isRunning())
+        return;
+    m_compared = files;
+    m_keptVerdicts = 0;
+    m_verifier.start(files);
+    m_results->showResults(files);
+    m_resultsDock->show();
+    m_resultsDock->raise();
+    showProofs();
+}
+
+void MainWindow::showPlace(const QString &layer, int place)
+{
+    for (const LayerProof &proof : m_verifier.proofs()) {
+        if (proof.layer != layer)
+            continue;
+        const QString job = QString::fromStdString(proof.request.job.filename().u8string());
+        for (const QString &name : jobNames()) {
+            if (name != m_openJob && name.compare(job, Qt::CaseInsensitive) == 0)
+                openJob(name);
+        }
+        m_layers->setCurrentStep(QString::fromStdString(proof.request.step));
+    }
+    m_viewCommands->goToDifference(layer, place);
 }
 
 void MainWindow::showProofs()
 {
     m_results->showProofs(m_verifier);
     keepVerdicts();
+    m_view->showDifferences(m_verifier.proofs());
     if (!m_verifier.isRunning() && !m_verifier.unproven().isEmpty())
-        m_messageBar->show(MessageBar::Kind::Failure, m_verifier.summary(), m_exports.results().folder(),
-                           true);
+        m_messageBar->show(MessageBar::Kind::Failure, m_verifier.summary(), m_compared.folder(), true);
 }
 
 // Each when it is found: the window may be closed before the last one.
@@ -540,8 +560,8 @@ void MainWindow::keepVerdicts()
         return;
     for (; m_keptVerdicts < proofs.size(); ++m_keptVerdicts) {
         const LayerProof &proof = proofs[m_keptVerdicts];
-        for (const LayerResult &result : m_exports.results().layers) {
-            if (result.layer == proof.layer)
+        for (const LayerResult &result : m_compared.layers) {
+            if (result.layer == proof.layer && result.state != LayerResult::State::Found)
                 keepVerdict(m_history->record(), result.request, proof.found.isProven());
         }
     }

@@ -100,7 +100,8 @@ private:
     void showExportResults();
     void showProofs();
     void keepVerdicts();
-    void showPlace(const QString &layer, const QPointF &place, double width);
+    void showPlace(const QString &layer, int place);
+    void compareFiles(const ExportResults &files, const QStringList &unknown);
     void takeExportReport(const QString &folder, const QStringList &layers);
     void readOpenJobAgain();
     void renameJob(const QString &name);
@@ -118,6 +119,7 @@ private:
     HostMessages m_messages;
     ExportWatch m_exports;
     ExportVerifier m_verifier;
+    ExportResults m_compared; // what the verifier compares
     bool m_verifies = true;
     int m_keptVerdicts = 0; // of the verifier's proofs
     std::unique_ptr<WindowPlacer> m_placer;

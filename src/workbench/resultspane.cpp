@@ -1,11 +1,15 @@
 #include "workbench/resultspane.h"
 
+#include "workbench/view/differences.h"
+
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
 #include <QLocale>
+#include <QPixmap>
 #include <QTreeWidget>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -13,8 +17,8 @@
 namespace {
 
 enum Column { Layer, Result, Proof, Size, File, ColumnCount };
-// Of a line's first column: where its file differs, in millimetres, and how wide.
-enum Role { PlaceRole = Qt::UserRole, WidthRole };
+// Of a line's first column: which of the places where its file differs.
+const int placeRole = Qt::UserRole;
 
 QString stateText(const LayerResult &result)
 {
@@ -31,6 +35,8 @@ QString stateText(const LayerResult &result)
         return ResultsPane::tr("failed: %1").arg(result.reason);
     case LayerResult::State::Cancelled:
         return ResultsPane::tr("cancelled");
+    case LayerResult::State::Found:
+        return ResultsPane::tr("compared with its layer");
     default:
         return ResultsPane::tr("not exported: the log says why");
     }
@@ -47,11 +53,11 @@ QString proofText(const cam::Comparison &found)
 
 QString placeText(const cam::DifferencePlace &place)
 {
-    return (place.isMissing ? ResultsPane::tr("%1 \u00b5m missing at %2, %3 mm")
-                            : ResultsPane::tr("%1 \u00b5m too much at %2, %3 mm"))
-        .arg(place.width / 1e3, 0, 'f', 1)
-        .arg(place.at.x / 1e6, 0, 'f', 3)
-        .arg(place.at.y / 1e6, 0, 'f', 3);
+    const QLocale locale;
+    return (place.isMissing ? ResultsPane::tr("%1 \u00b5m missing at %2, %3 mm, %4 mm\u00b2")
+                            : ResultsPane::tr("%1 \u00b5m too much at %2, %3 mm, %4 mm\u00b2"))
+        .arg(locale.toString(place.width / 1e3, 'f', 1), locale.toString(place.at.x / 1e6, 'f', 3),
+             locale.toString(place.at.y / 1e6, 'f', 3), locale.toString(place.area, 'g', 3));
 }
 
 void paintAsBad(QTreeWidgetItem *item)
@@ -62,10 +68,12 @@ void paintAsBad(QTreeWidgetItem *item)
     }
 }
 
-void setPlace(QTreeWidgetItem *item, const cam::DifferencePlace &place)
+// In the color that the view fills it with.
+QIcon iconOf(const cam::DifferencePlace &place)
 {
-    item->setData(Layer, PlaceRole, QPointF(place.at.x / 1e6, place.at.y / 1e6));
-    item->setData(Layer, WidthRole, place.width / 1e6);
+    QPixmap pixmap(12, 12);
+    pixmap.fill(Differences::color(place.isMissing));
+    return QIcon(pixmap);
 }
 
 } // namespace
@@ -87,6 +95,8 @@ ResultsPane::ResultsPane(QWidget *parent)
     m_list->setAlternatingRowColors(true);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_list->header()->moveSection(Proof, Result); // results may be long
+    connect(m_list, &QTreeWidget::itemClicked, this, &ResultsPane::choosePlace);
     connect(m_list, &QTreeWidget::itemActivated, this, &ResultsPane::activate);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -133,13 +143,19 @@ void ResultsPane::showProofs(const ExportVerifier &verifier)
             if (found.isProven())
                 continue;
             paintAsBad(item);
-            for (const cam::DifferencePlace &place : found.places) {
-                if (!item->data(Layer, PlaceRole).isValid())
-                    setPlace(item, place); // the widest one stands for the layer
+            if (!found.places.empty())
+                item->setData(Layer, placeRole, 0);
+            for (std::size_t i = 0; i < found.places.size(); ++i) {
                 auto *line = new QTreeWidgetItem(item);
-                line->setText(Layer, item->text(Layer));
-                line->setText(Proof, placeText(place));
-                setPlace(line, place);
+                line->setFirstColumnSpanned(true);
+                line->setText(Layer, placeText(found.places[i]));
+                line->setIcon(Layer, iconOf(found.places[i]));
+                line->setData(Layer, placeRole, int(i));
+            }
+            if (const std::size_t more = found.placesInAll - found.places.size(); more > 0) {
+                auto *line = new QTreeWidgetItem(item);
+                line->setFirstColumnSpanned(true);
+                line->setText(Layer, tr("and %n more place(s)", nullptr, int(more)));
             }
             m_list->setRootIsDecorated(true);
             item->setExpanded(true);
@@ -147,13 +163,17 @@ void ResultsPane::showProofs(const ExportVerifier &verifier)
     }
 }
 
+void ResultsPane::choosePlace(const QTreeWidgetItem *item)
+{
+    const QVariant place = item->data(Layer, placeRole);
+    if (place.isValid())
+        emit placeChosen((item->parent() ? item->parent() : item)->text(Layer), place.toInt());
+}
+
 void ResultsPane::activate(const QTreeWidgetItem *item)
 {
-    const QVariant place = item->data(Layer, PlaceRole);
-    if (place.isValid()) {
-        emit placeChosen(item->text(Layer), place.toPointF(), item->data(Layer, WidthRole).toDouble());
-        return;
-    }
+    if (item->data(Layer, placeRole).isValid())
+        return choosePlace(item);
     const QString file = item->data(File, Qt::UserRole).toString();
     if (!file.isEmpty())
         QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));

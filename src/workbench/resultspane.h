@@ -3,7 +3,6 @@
 
 #include "workbench/exportverifier.h"
 
-#include <QPointF>
 #include <QWidget>
 
 class QLabel;
@@ -22,11 +21,12 @@ public:
     void showProofs(const ExportVerifier &verifier);
 
 signals:
-    // A place where a file differs from its layer, in millimetres of the file, has been double-clicked;
-    // `width` is that of the difference.
-    void placeChosen(const QString &layer, const QPointF &place, double width);
+    // A place where a file differs from its layer has been clicked, or Return pressed on it: the number
+    // `place` of those that the comparison has found. A layer stands for its widest one.
+    void placeChosen(const QString &layer, int place);
 
 private:
+    void choosePlace(const QTreeWidgetItem *item);
     void activate(const QTreeWidgetItem *item);
 
     QLabel *m_summary;

@@ -1,6 +1,7 @@
 // What is drawn of a layer: sample by sample against the exact picture of random jobs, pixel by pixel against
 // the reference raster of the sample board; and what is smaller than a pixel.
 #include "cam/odb/job.h"
+#include "drawing/areascene.h"
 #include "drawing/layerscene.h"
 #include "drawing/picture.h"
 #include "tests/cam/random/exactpicture.h"
@@ -432,6 +433,32 @@ private slots:
         const QImage drawn = inMillimetres(sceneOf(std::move(image)));
         for (int x = 31; x < 69; ++x)
             QCOMPARE(qGray(drawn.pixel(x, 50)), 255);
+    }
+
+    // What a file has too much, or lacks: half a micrometre wide, at pixels of a millimetre.
+    void areasAreSeenHoweverSmallTheyAre()
+    {
+        const cam::GridRing strip{{1000000, 0}, {9000000, 0}, {9000000, 500}, {1000000, 500}};
+        const cam::GridRing dot{{0, 20000000}, {500, 20000000}, {500, 20000500}, {0, 20000500}};
+        const cam::GridRing plate{
+            {-30000000, -30000000}, {-10000000, -30000000}, {-10000000, -10000000}, {-30000000, -10000000}};
+        const cam::GridRing hole{
+            {-25000000, -25000000}, {-25000000, -15000000}, {-15000000, -15000000}, {-15000000, -25000000}};
+        drawing::Viewport viewport;
+        viewport.size = QSize(100, 100);
+        viewport.pixel = 1e6;
+        for (const bool isMirrored : {false, true}) {
+            const cam::Transform place = isMirrored ? cam::Transform::mirrorX() : cam::Transform();
+            const QImage drawn =
+                drawing::coverage(drawing::AreaScene({strip, dot, plate, hole}, place), viewport);
+            const QImage seen = isMirrored ? drawn.mirrored(true, false) : drawn;
+            for (int x = 52; x < 58; ++x)
+                QVERIFY(qGray(seen.pixel(x, 49)) + qGray(seen.pixel(x, 50)) > 80);
+            const double lonely = coveredPixels(seen.copy(45, 25, 10, 10));
+            QVERIFY2(lonely > 0.3 && lonely < 2.0, qPrintable(QString::number(lonely)));
+            QCOMPARE(qGray(seen.pixel(22, 70)), 255);
+            QCOMPARE(qGray(seen.pixel(30, 70)), 0);
+        }
     }
 
     void drawingEndsWhenNobodyWaits()

@@ -11,6 +11,7 @@
 #include "workbench/parentwidget.h"
 #include "workbench/resultspane.h"
 #include "workbench/view/boardview.h"
+#include "workbench/view/differences.h"
 #include "workbench/windowmemory.h"
 
 #include <QAction>
@@ -24,6 +25,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QProgressDialog>
+#include <QRegularExpression>
 #include <QTableWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -115,6 +117,43 @@ private:
         for (int row = 0; row < list->topLevelItemCount(); ++row)
             red += list->topLevelItem(row)->background(0).color().red() > 0x80 ? 1 : 0;
         return red;
+    }
+
+    // Moves the first flash of a Gerber file by a tenth of a millimetre; returns where it was, in nanometres.
+    static cam::Point movePad(const QString &path)
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadWrite))
+            qFatal("%s cannot be changed", qPrintable(path));
+        QString text = QString::fromLatin1(file.readAll());
+        const QRegularExpressionMatch flash =
+            QRegularExpression("\\nX(-?\\d+)Y(-?\\d+)D03\\*\\n(?!Y)").match(text);
+        if (!flash.hasMatch())
+            qFatal("%s has no flash", qPrintable(path));
+        text.replace(flash.capturedStart(1), flash.capturedLength(1),
+                     QString::number(flash.captured(1).toLongLong() + 100000));
+        file.resize(0);
+        file.write(text.toLatin1());
+        return {flash.captured(1).toDouble(), flash.captured(2).toDouble()};
+    }
+    bool isShown(cam::Point place, double near) const
+    {
+        const cam::Point shown = window->findChild<BoardView *>()->viewport().center;
+        return std::fabs(shown.x - place.x) < near && std::fabs(shown.y - place.y) < near;
+    }
+    // Pixels of the view in the colors of differences.
+    int differencePixels() const
+    {
+        const QImage image =
+            window->findChild<BoardView *>()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QRgb pixel = image.pixel(x, y);
+                count += pixel == Differences::color(true).rgb() || pixel == Differences::color(false).rgb();
+            }
+        }
+        return count;
     }
 
     // Closes the settings dialog that the menu opens, with `path` for the exports.
@@ -370,19 +409,120 @@ private slots:
         const QTreeWidgetItem *bottom = list->findItems("BOTTOM", Qt::MatchExactly).value(0);
         QCOMPARE(bottom->text(2), QString("not proven, 1 place(s) differ"));
         QCOMPARE(bottom->childCount(), 1);
-        QVERIFY2(bottom->child(0)->text(2).contains("too much at 90."),
-                 qPrintable(bottom->child(0)->text(2)));
-        // A double click on the place asks for it.
+        QVERIFY2(bottom->child(0)->text(0).contains("too much at 90."),
+                 qPrintable(bottom->child(0)->text(0)));
+        // A click on the place shows it.
         QSignalSpy chosen(window->findChild<ResultsPane *>(), &ResultsPane::placeChosen);
-        const QPoint at = list->visualItemRect(bottom->child(0)).center();
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
-        QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, at);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          list->visualItemRect(bottom->child(0)).center());
         QCOMPARE(chosen.count(), 1);
-        const cam::Point shown = window->findChild<BoardView *>()->viewport().center;
-        QVERIFY(std::fabs(shown.x / 1e6 - 90.5) < 0.1 && std::fabs(shown.y / 1e6 - 91.0) < 0.1);
         QCOMPARE(chosen[0][0].toString(), QString("BOTTOM"));
-        QVERIFY(std::fabs(chosen[0][1].toPointF().x() - 90.5) < 0.01);
-        QVERIFY(std::fabs(chosen[0][2].toDouble() - 1.0) < 0.02);
+        QCOMPARE(chosen[0][1].toInt(), 0);
+        QTRY_VERIFY(isShown({90.5e6, 91.0e6}, 0.1e6));
+        QTest::mouseClick(messageBar()->findChild<QToolButton *>("Dismiss"), Qt::LeftButton);
+    }
+
+    void aMovedPadIsMarkedWhereTheViewShowsItsLayer_data()
+    {
+        QTest::addColumn<bool>("isTurned");
+        QTest::newRow("as it is") << false;
+        QTest::newRow("mirrored and rotated") << true;
+    }
+    void aMovedPadIsMarkedWhereTheViewShowsItsLayer()
+    {
+        QFETCH(const bool, isTurned);
+        ExportDialog dialog = openDialog(".gerber");
+        chooseOnly(dialog, fewLayers);
+        cam::ExportOptions options;
+        for (int row = 0; row < dialog.rowCount() && isTurned; ++row) {
+            LayerChange change;
+            change.mirror = options.mirror = true;
+            change.angle = options.angle = 90.0;
+            QVERIFY(dialog.layer(row) != "BOTTOM" || dialog.setRow(row, change));
+        }
+        cam::Point pad; // nanometres of the file, where it should be
+        connect(&window->exports(), &ExportWatch::changed, this, [&] {
+            ExportResults copy = results();
+            if (pad != cam::Point() || !copy.find("bottom") || !copy.find("bottom")->isGood())
+                return;
+            pad = movePad(copy.find("bottom")->file);
+        });
+        QVERIFY(dialog.pressOk());
+        QTRY_VERIFY_WITH_TIMEOUT(!window->exports().isRunning() && !window->verifier().isRunning(), 60000);
+        QVERIFY(pad != cam::Point());
+        auto *list = window->findChild<QTreeWidget *>("ExportResults");
+        QTRY_COMPARE(redRows(), 1);
+        const QTreeWidgetItem *bottom = list->findItems("BOTTOM", Qt::MatchExactly).value(0);
+        QStringList texts; // where it was, and where it is
+        for (int i = 0; i < bottom->childCount(); ++i)
+            texts << bottom->child(i)->text(0);
+        QVERIFY2(!texts.filter("missing").isEmpty() && !texts.filter("too much").isEmpty(),
+                 qPrintable(texts.join('\n')));
+        // By the keyboard, while the view shows layers as the dialog exports them.
+        list->setFocus();
+        list->setCurrentItem(bottom->child(0));
+        QTest::keyClick(list, Qt::Key_Return);
+        QTRY_VERIFY(isShown(pad, 1.5e6));
+        QTRY_VERIFY(window->isViewDrawn());
+        QVERIFY(differencePixels() > 60);
+        // Without the dialog the view shows the layer as it is in the job.
+        closeExportDialogs();
+        const cam::Point place = drawing::inverse(cam::exportTransform(options, cam::Point{0.0, 0.0}))(pad);
+        QTRY_COMPARE(window->findChild<BoardView *>()->title(), QString("BOTTOM"));
+        list->scrollToItem(bottom->child(1));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          list->visualItemRect(bottom->child(1)).center());
+        QTRY_VERIFY(isShown(place, 1.5e6));
+        QTRY_VERIFY(window->isViewDrawn());
+        QVERIFY(differencePixels() > 60);
+        // A key hides and shows them.
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        window->findChild<BoardView *>()->setFocus();
+        QTest::keyClick(window->findChild<BoardView *>(), Qt::Key_D);
+        QTRY_COMPARE(differencePixels(), 0);
+        // The next export forgets them.
+        QTest::keyClick(window->findChild<BoardView *>(), Qt::Key_D);
+        QTRY_VERIFY(differencePixels() > 60);
+        dialog = openDialog(".gerber");
+        chooseOnly(dialog, {"SILK_BOT"});
+        QVERIFY(dialog.pressOk());
+        QTRY_COMPARE(differencePixels(), 0);
+        QTest::mouseClick(messageBar()->findChild<QToolButton *>("Dismiss"), Qt::LeftButton);
+    }
+
+    void filesAreComparedWithTheLayersThatTheyAreNamedLike()
+    {
+        {
+            ExportDialog dialog = openDialog(".gerber");
+            chooseOnly(dialog, fewLayers);
+            QVERIFY(dialog.pressOk());
+            QTRY_VERIFY(!window->exports().isRunning());
+            closeExportDialogs();
+        }
+        const QString drill = results().folder() + "/drill.gerber",
+                      bottom = results().folder() + "/bottom.gerber";
+        QVERIFY(QFile::remove(bottom) && QFile::copy(drill, bottom)); // not what its name says
+        QVERIFY(QFile::copy(drill, results().folder() + "/else.gerber"));
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        ModalResponder responder;
+        responder.expect([&](QWidget *window) {
+            auto *chooser = qobject_cast<QFileDialog *>(window);
+            QVERIFY(chooser);
+            chooser->setDirectory(QFileInfo(drill).path());
+            chooser->findChild<QLineEdit *>("fileNameEdit")
+                ->setText("\"bottom.gerber\" \"drill.gerber\" \"else.gerber\"");
+            QTest::keyClick(chooser->findChild<QLineEdit *>("fileNameEdit"), Qt::Key_Return);
+        });
+        window->findChild<QAction *>("CompareFiles")->trigger();
+        QCOMPARE(responder.pending(), 0);
+        QVERIFY2(messageBar()->text().contains("else.gerber"), qPrintable(messageBar()->text()));
+        QTRY_VERIFY_WITH_TIMEOUT(window->verifier().proofs().size() == 2, 60000);
+        QCOMPARE(window->verifier().unproven(), QStringList{"BOTTOM"});
+        auto *list = window->findChild<QTreeWidget *>("ExportResults");
+        QCOMPARE(list->topLevelItemCount(), 2);
+        QCOMPARE(list->findItems("DRILL", Qt::MatchExactly).value(0)->text(2), QString("proven"));
+        QVERIFY(list->findItems("BOTTOM", Qt::MatchExactly).value(0)->childCount() > 2);
         QTest::mouseClick(messageBar()->findChild<QToolButton *>("Dismiss"), Qt::LeftButton);
     }
 

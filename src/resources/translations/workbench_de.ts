@@ -191,6 +191,13 @@
         <source>%1 not exported, the log says why</source>
         <translation>%1 nicht exportiert, das Protokoll sagt warum</translation>
     </message>
+    <message numerus="yes">
+        <source>%n file(s) are compared with layers of %1.</source>
+        <translation>
+            <numerusform>%n Datei wird mit einer Lage von %1 verglichen.</numerusform>
+            <numerusform>%n Dateien werden mit Lagen von %1 verglichen.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ExportVerifier</name>
@@ -1215,6 +1222,10 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         <source>Take in ODB++ job archives, GDSII, Gerber and drill files</source>
         <translation>ODB++-Archive, GDSII-, Gerber- und Bohrdateien einlesen</translation>
     </message>
+    <message>
+        <source>No layer of the job is named like %1.</source>
+        <translation>Keine Lage des Auftrags heißt wie %1.</translation>
+    </message>
 </context>
 <context>
     <name>Manual</name>
@@ -1399,16 +1410,27 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         </translation>
     </message>
     <message>
-        <source>%1 µm missing at %2, %3 mm</source>
-        <translation>%1 µm fehlen bei %2, %3 mm</translation>
-    </message>
-    <message>
-        <source>%1 µm too much at %2, %3 mm</source>
-        <translation>%1 µm zu viel bei %2, %3 mm</translation>
-    </message>
-    <message>
         <source>Verification</source>
         <translation>Prüfung</translation>
+    </message>
+    <message>
+        <source>compared with its layer</source>
+        <translation>mit ihrer Lage verglichen</translation>
+    </message>
+    <message>
+        <source>%1 µm missing at %2, %3 mm, %4 mm²</source>
+        <translation>%1 µm fehlen bei %2, %3 mm, %4 mm²</translation>
+    </message>
+    <message>
+        <source>%1 µm too much at %2, %3 mm, %4 mm²</source>
+        <translation>%1 µm zu viel bei %2, %3 mm, %4 mm²</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more place(s)</source>
+        <translation>
+            <numerusform>und %n weitere Stelle</numerusform>
+            <numerusform>und %n weitere Stellen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1695,6 +1717,26 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>Print what is seen, in its true size or as large as the page allows</source>
         <translation>Drucken, was zu sehen ist: in wahrer Größe oder so groß, wie die Seite erlaubt</translation>
+    </message>
+    <message>
+        <source>&amp;Compare files with layers ...</source>
+        <translation>Dateien mit Lagen &amp;vergleichen ...</translation>
+    </message>
+    <message>
+        <source>Prove that GDSII and Gerber files show what their layers show, as the view shows these, or mark where they do not</source>
+        <translation>Beweisen, dass GDSII- und Gerber-Dateien zeigen, was ihre Lagen zeigen, wie die Ansicht diese zeigt, oder die Stellen markieren</translation>
+    </message>
+    <message>
+        <source>&amp;Differences</source>
+        <translation>&amp;Unterschiede</translation>
+    </message>
+    <message>
+        <source>Show where files that have been compared differ from their layers</source>
+        <translation>Zeigen, wo verglichene Dateien von ihren Lagen abweichen</translation>
+    </message>
+    <message>
+        <source>Compare files with layers</source>
+        <translation>Dateien mit Lagen vergleichen</translation>
     </message>
 </context>
 <context>

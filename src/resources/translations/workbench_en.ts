@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>ExportResults</name>
+    <message numerus="yes">
+        <source>%n file(s) are compared with layers of %1.</source>
+        <translation>
+            <numerusform>%n file is compared with a layer of %1.</numerusform>
+            <numerusform>%n files are compared with layers of %1.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>GraphicView</name>
     <message numerus="yes">
         <source>%1 and %n more</source>
@@ -38,6 +48,13 @@
         <translation>
             <numerusform>not proven, %n place differs</numerusform>
             <numerusform>not proven, %n places differ</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more place(s)</source>
+        <translation>
+            <numerusform>and %n more place</numerusform>
+            <numerusform>and %n more places</numerusform>
         </translation>
     </message>
 </context>

@@ -191,6 +191,12 @@
         <source>%1 not exported, the log says why</source>
         <translation>%1 个未导出，原因见日志</translation>
     </message>
+    <message numerus="yes">
+        <source>%n file(s) are compared with layers of %1.</source>
+        <translation>
+            <numerusform>正在将 %n 个文件与 %1 的层比较。</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>ExportVerifier</name>
@@ -1212,6 +1218,10 @@ They can also be dropped on this window.</source>
         <source>Take in ODB++ job archives, GDSII, Gerber and drill files</source>
         <translation>导入 ODB++ 料号压缩包、GDSII、Gerber 和钻孔文件</translation>
     </message>
+    <message>
+        <source>No layer of the job is named like %1.</source>
+        <translation>料号中没有与 %1 同名的层。</translation>
+    </message>
 </context>
 <context>
     <name>Manual</name>
@@ -1395,16 +1405,26 @@ They can also be dropped on this window.</source>
         </translation>
     </message>
     <message>
-        <source>%1 µm missing at %2, %3 mm</source>
-        <translation>在 %2, %3 mm 处缺 %1 µm</translation>
-    </message>
-    <message>
-        <source>%1 µm too much at %2, %3 mm</source>
-        <translation>在 %2, %3 mm 处多 %1 µm</translation>
-    </message>
-    <message>
         <source>Verification</source>
         <translation>验证</translation>
+    </message>
+    <message>
+        <source>compared with its layer</source>
+        <translation>已与其层比较</translation>
+    </message>
+    <message>
+        <source>%1 µm missing at %2, %3 mm, %4 mm²</source>
+        <translation>在 %2, %3 mm 处缺少 %1 µm，%4 mm²</translation>
+    </message>
+    <message>
+        <source>%1 µm too much at %2, %3 mm, %4 mm²</source>
+        <translation>在 %2, %3 mm 处多出 %1 µm，%4 mm²</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n more place(s)</source>
+        <translation>
+            <numerusform>还有 %n 处</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1691,6 +1711,26 @@ They can also be dropped on this window.</source>
     <message>
         <source>Print what is seen, in its true size or as large as the page allows</source>
         <translation>打印所见内容：按真实大小或页面允许的最大大小</translation>
+    </message>
+    <message>
+        <source>&amp;Compare files with layers ...</source>
+        <translation>将文件与层比较(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>Prove that GDSII and Gerber files show what their layers show, as the view shows these, or mark where they do not</source>
+        <translation>证明 GDSII 和 Gerber 文件与视图所显示的层一致，或标出不一致之处</translation>
+    </message>
+    <message>
+        <source>&amp;Differences</source>
+        <translation>差异(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Show where files that have been compared differ from their layers</source>
+        <translation>显示已比较的文件与其层的差异之处</translation>
+    </message>
+    <message>
+        <source>Compare files with layers</source>
+        <translation>将文件与层比较</translation>
     </message>
 </context>
 <context>

@@ -38,6 +38,7 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardVie
     setAcceptDrops(true);
     m_view->addOverlay(&m_texts);
     m_view->addOverlay(&m_names);
+    m_view->addOverlay(&m_differences);
     m_view->addOverlay(&m_inspection);
     m_view->addOverlay(&m_figures);
     m_view->addOverlay(&m_measuring);
@@ -67,6 +68,8 @@ void GraphicView::openStep(const QString &job, const QString &step)
     m_source = std::make_shared<StepSource>(job, step);
     m_store.setStep(job, step, m_source);
     m_inspection.setSource(m_source);
+    m_job = job;
+    m_step = step;
     m_hasBoard = false;
     m_rows.clear();
 }
@@ -110,6 +113,7 @@ void GraphicView::showScenes()
     std::vector<TextLabels::Layer> texts;
     std::vector<Inspection::Layer> inspected;
     std::vector<ComponentNames::Layer> named;
+    std::vector<Differences::Layer> compared;
     for (auto row = m_rows.crbegin(); row != m_rows.crend(); ++row) {
         const std::shared_ptr<const drawing::Scene> scene = m_store.scene(*row);
         if (scene)
@@ -122,6 +126,7 @@ void GraphicView::showScenes()
             inspected.push_back({row->name, layer});
             if (const auto components = std::dynamic_pointer_cast<const ComponentScene>(layer))
                 named.push_back({components, row->color});
+            compared.push_back({row->name, layer});
         }
     }
     m_measuring.setScenes(measured);
@@ -129,6 +134,10 @@ void GraphicView::showScenes()
     m_figures.setLayers(figures);
     m_texts.setLayers(texts);
     m_names.setLayers(named);
+    m_differences.setLayers(m_job, m_step,
+                            m_areDifferencesSeen ? compared : std::vector<Differences::Layer>());
+    for (const drawing::ColoredScene &scene : m_differences.scenes())
+        scenes.push_back(scene);
     m_view->setProgress(m_store.progress());
     if (scenes.empty() && !m_failure.isEmpty())
         return m_view->showText(m_failure);
@@ -146,6 +155,7 @@ void GraphicView::showScenes()
     m_view->setHint(!scenes.empty() && isEmpty ? tr("The layer is empty.")
                     : scenes.empty()           ? tr("No layer is shown: press an eye in the list of layers.")
                                                : QString());
+    goOn();
 }
 
 // The frame of the step: that of its profile, so that nothing jumps when other layers are shown.
@@ -202,6 +212,39 @@ void GraphicView::fitBoard()
 void GraphicView::fitAll()
 {
     m_view->fitAll();
+}
+
+void GraphicView::showDifferences(const QVector<LayerProof> &proofs)
+{
+    m_differences.setProofs(proofs);
+    if (!m_rows.isEmpty())
+        showScenes();
+}
+
+void GraphicView::setDifferencesSeen(bool seen)
+{
+    m_areDifferencesSeen = seen;
+    if (!m_rows.isEmpty())
+        showScenes();
+}
+
+void GraphicView::goToDifference(const QString &layer, int place)
+{
+    m_differences.choose(layer, place);
+    m_isGoing = true;
+    goOn();
+    m_view->update();
+}
+
+// Where the layer is still being read the way is taken up again when it is there.
+void GraphicView::goOn()
+{
+    if (!m_isGoing || m_store.isBusy())
+        return;
+    if (const std::optional<cam::Box> box = m_differences.chosenBox()) {
+        m_isGoing = false;
+        m_view->showBox(*box);
+    }
 }
 
 void GraphicView::setFromBelow(bool fromBelow)

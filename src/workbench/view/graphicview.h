@@ -2,6 +2,7 @@
 #pragma once
 
 #include "workbench/view/componentnames.h"
+#include "workbench/view/differences.h"
 #include "workbench/view/figureinspection.h"
 #include "workbench/view/filescenes.h"
 #include "workbench/view/inspection.h"
@@ -41,6 +42,10 @@ public:
     std::optional<Measurement> measurement() const { return m_measuring.measurement(); }
     // Ends the reading of layers and returns when it has ended.
     void stopReading() { m_store.stopAndWait(); }
+    // What the comparison of files with layers of the open step has found; the earlier ones are forgotten.
+    void showDifferences(const QVector<LayerProof> &proofs);
+    // Goes to the place of that number, as soon as its layer is there.
+    void goToDifference(const QString &layer, int place);
     bool isReading() const { return m_store.isBusy() || !m_files.empty(); }
     // Whether all that is to be seen has been read and drawn.
     bool isDrawn() const;
@@ -52,6 +57,8 @@ public slots:
     void fitAll();
     void setFromBelow(bool fromBelow);
     void changeUnit();
+    // Whether differences are seen.
+    void setDifferencesSeen(bool seen);
     // The mouse measures instead of inspecting.
     void setMeasuring(bool measuring);
     // Forgets what is measured and what is inspected.
@@ -88,6 +95,7 @@ private:
     void lookAtFacts();
     void press(const cam::Point &place);
     double reach() const;
+    void goOn();
 
     std::shared_ptr<StepSource> m_source; // of the open step
     SceneStore m_store;
@@ -96,6 +104,10 @@ private:
     Inspection m_inspection;
     FigureInspection m_figures; // of files, which lie above the job
     TextLabels m_texts;
+    Differences m_differences;
+    bool m_areDifferencesSeen = true;
+    bool m_isGoing = false; // to a difference
+    QString m_job, m_step;
     BoardView *m_view;
     QVector<ViewRow> m_rows;
     QString m_text; // where there is nothing to draw

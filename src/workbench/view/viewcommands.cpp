@@ -1,6 +1,7 @@
 #include "workbench/view/viewcommands.h"
 
 #include "workbench/exportdialog.h"
+#include "workbench/filecomparison.h"
 #include "workbench/layerpanel.h"
 #include "workbench/view/boardview.h"
 #include "workbench/view/filescenes.h"
@@ -65,6 +66,13 @@ ViewCommands::ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMen
     open->setObjectName("OpenLayerFiles");
     open->setShortcut(QKeySequence::Open);
     open->setStatusTip(tr("Show GDSII, Gerber and drill files over the job"));
+    QAction *compare =
+        fileMenu.addAction(tr("&Compare files with layers ..."), this, &ViewCommands::compareFiles);
+    compare->setObjectName("CompareFiles");
+    compare->setShortcut(Qt::CTRL + Qt::Key_D);
+    compare->setStatusTip(
+        tr("Prove that GDSII and Gerber files show what their layers show, as the view shows "
+           "these, or mark where they do not"));
     QAction *save = fileMenu.addAction(tr("Save &picture ..."), this, &ViewCommands::choosePicture);
     save->setObjectName("SavePicture");
     save->setShortcut(QKeySequence::Save);
@@ -120,6 +128,11 @@ void ViewCommands::addViewMenu(QMenu &menu)
     connect(m_asExported, &QAction::toggled, this, &ViewCommands::showRows);
     connect(add(tr("Next &unit"), "NextUnit", Qt::Key_U, tr("Millimetres, inches, mils")),
             &QAction::triggered, &m_view, &GraphicView::changeUnit);
+    m_differences = add(tr("&Differences"), "Differences", Qt::Key_D,
+                        tr("Show where files that have been compared differ from their layers"));
+    m_differences->setCheckable(true);
+    m_differences->setChecked(true);
+    connect(m_differences, &QAction::toggled, &m_view, &GraphicView::setDifferencesSeen);
     QAction *measure = add(tr("&Measure"), "Measure", Qt::Key_M,
                            tr("Press two places; centers, corners, ends and edges catch the mouse"));
     measure->setCheckable(true);
@@ -173,17 +186,26 @@ QVector<ViewRow> ViewCommands::rows() const
     QVector<ViewRow> rows = m_layers.shownRows(m_fromBelow->isChecked());
     if (!m_asExported->isChecked())
         return rows;
-    const ExportDialog dialog = ExportDialog::find();
-    const bool hasDialog = dialog.window() && dialog.problem().isEmpty();
     for (ViewRow &row : rows) {
         if (!row.file.isEmpty())
             continue;
-        row.options.resize = m_resize;
-        if (hasDialog)
-            readDialog(dialog, row.name, row.options);
+        row.options = optionsOf(row.name);
         row.change = changeText(row.options);
     }
     return rows;
+}
+
+// How the view shows a layer of the job.
+cam::ExportOptions ViewCommands::optionsOf(const QString &layer) const
+{
+    cam::ExportOptions options;
+    if (!m_asExported->isChecked())
+        return options;
+    options.resize = m_resize;
+    const ExportDialog dialog = ExportDialog::find();
+    if (dialog.window() && dialog.problem().isEmpty())
+        readDialog(dialog, layer, options);
+    return options;
 }
 
 void ViewCommands::showRows()
@@ -215,6 +237,32 @@ void ViewCommands::chooseFiles()
     openFiles(QFileDialog::getOpenFileNames(&m_view, tr("Open layer files"), QString(),
                                             tr("Layer files (%1)").arg(layerFilePatterns().join(' ')) + ";;" +
                                                 tr("All files") + " (*)"));
+}
+
+void ViewCommands::compareFiles()
+{
+    if (m_job.isEmpty())
+        return;
+    const QStringList files = QFileDialog::getOpenFileNames(
+        &m_view, tr("Compare files with layers"), QString(),
+        tr("Layer files (%1)").arg(layerFilePatterns().join(' ')) + ";;" + tr("All files") + " (*)");
+    if (files.isEmpty())
+        return;
+    const ORVEX::API::layer_info *chosen = m_layers.currentLayer();
+    const FileComparison comparison =
+        compareWithLayers(files, m_job, m_layers.currentStep(), m_layers.layerNames(),
+                          chosen ? QString::fromStdString(chosen->name) : QString(),
+                          [this](const QString &layer) { return optionsOf(layer); });
+    emit comparisonAsked(comparison.files, comparison.unknown);
+}
+
+void ViewCommands::goToDifference(const QString &layer, int place)
+{
+    m_differences->setChecked(true);
+    m_layers.chooseLayer(layer);
+    if (!m_layers.isShown(layer))
+        m_layers.setShown(layer, true);
+    m_view.goToDifference(layer, place);
 }
 
 void ViewCommands::choosePicture()

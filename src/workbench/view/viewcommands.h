@@ -11,6 +11,7 @@
 
 class GraphicView;
 class LayerPanel;
+struct ExportResults;
 class QAction;
 class QMenu;
 class QPrinter;
@@ -32,6 +33,8 @@ public:
     void setResize(double resize);
     // Looks at the open Export dialog again.
     void look();
+    // Shows a place where a file differs from its layer, as the view has been told of it.
+    void goToDifference(const QString &layer, int place);
     // Adds what files hold to the list.
     void openFiles(const QStringList &paths);
 
@@ -40,12 +43,16 @@ signals:
     void fileOpened(const QString &path);
     // `reason` names the file.
     void fileFailed(const QString &path, const QString &reason);
+    // Files are to be compared with layers of the open step; `unknown` are those that no layer is named like.
+    void comparisonAsked(const ExportResults &files, const QStringList &unknown);
 
 private:
     void addViewMenu(QMenu &menu);
     void showRows();
     QVector<ViewRow> rows() const;
     void chooseFiles();
+    void compareFiles();
+    cam::ExportOptions optionsOf(const QString &layer) const;
     void choosePicture();
     void print();
 
@@ -53,6 +60,7 @@ private:
     GraphicView &m_view;
     QAction *m_asExported = nullptr; // layers are seen as exports change them
     QAction *m_fromBelow = nullptr;
+    QAction *m_differences = nullptr;
     QString m_job;
     double m_resize = 0.0;
     std::unique_ptr<QPrinter> m_printer; // keeps the page that was chosen; none before the first printing

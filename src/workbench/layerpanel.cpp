@@ -405,7 +405,7 @@ void LayerPanel::chooseFirstCopper()
 bool LayerPanel::chooseLayer(const QString &name)
 {
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
-        if (m_rows[row].file.isEmpty() && m_rows[row].name == name) {
+        if (m_rows[row].file.isEmpty() && m_rows[row].name.compare(name, Qt::CaseInsensitive) == 0) {
             m_table->selectRow(int(row));
             return true;
         }

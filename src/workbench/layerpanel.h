@@ -45,7 +45,7 @@ public:
     void chooseNone();
     // Chooses the first copper layer, or the first of all.
     void chooseFirstCopper();
-    // Chooses the layer of that name, if there is one.
+    // Chooses the layer of that name, without regard to case, if there is one.
     bool chooseLayer(const QString &name);
     // The chosen layer of the job, or null.
     const ORVEX::API::layer_info *currentLayer() const;

@@ -22,6 +22,7 @@
 #include "workbench/recentfiles.h"
 #include "workbench/recentjobs.h"
 #include "workbench/resultspane.h"
+#include "workbench/search/search.h"
 #include "workbench/settingsdialog.h"
 #include "workbench/shortcutsdialog.h"
 #include "workbench/view/boardview.h"
@@ -195,6 +196,7 @@ void MainWindow::buildMenus()
     QMenu *view = menuBar()->addMenu(tr("&View"));
     view->setObjectName("ViewMenu");
     m_viewCommands = new ViewCommands(*m_layers, *m_view, *file, *view, this);
+    new Search(*this, *findChild<QDockWidget *>("LayersDock"), *m_layers, *m_view, *view);
     file->addSeparator();
     QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(Qt::CTRL + Qt::Key_Q); // Windows has no key of its own

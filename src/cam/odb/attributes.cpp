@@ -81,7 +81,9 @@ void AttributeTypes::add(std::string_view text, const std::string &file)
 
 const AttributeTypes::Type *AttributeTypes::find(std::string_view name) const
 {
-    const auto found = m_types.find(lowerCase(name));
+    auto found = m_types.find(name);
+    if (found == m_types.end())
+        found = m_types.find(lowerCase(name));
     return found == m_types.end() ? nullptr : &found->second;
 }
 

@@ -458,6 +458,28 @@
         <source>Reading %1 ...</source>
         <translation>%1 wird gelesen ...</translation>
     </message>
+    <message>
+        <source>Its layers are being read, or draw nothing of it.</source>
+        <translation>Seine Lagen werden gelesen oder zeichnen nichts davon.</translation>
+    </message>
+    <message>
+        <source>Place %1 of %2</source>
+        <translation>Stelle %1 von %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>The first %n places are marked.</source>
+        <translation>
+            <numerusform>Die erste Stelle ist markiert.</numerusform>
+            <numerusform>Die ersten %n Stellen sind markiert.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) marked.</source>
+        <translation>
+            <numerusform>%n Stelle markiert.</numerusform>
+            <numerusform>%n Stellen markiert.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>HistoryPane</name>
@@ -1457,6 +1479,107 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>Reading %1 ... %2 %</source>
         <translation>%1 wird gelesen ... %2 %</translation>
+    </message>
+</context>
+<context>
+    <name>Search</name>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
+    </message>
+    <message>
+        <source>F&amp;ind ...</source>
+        <translation>S&amp;uchen ...</translation>
+    </message>
+    <message>
+        <source>Search the step for components, nets, symbols and attributes</source>
+        <translation>Bauteile, Netze, Symbole und Attribute im Step suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Next place</source>
+        <translation>&amp;Nächste Stelle</translation>
+    </message>
+    <message>
+        <source>Go to the next place of what was found</source>
+        <translation>Zur nächsten Stelle des Gefundenen gehen</translation>
+    </message>
+    <message>
+        <source>&amp;Previous place</source>
+        <translation>&amp;Vorige Stelle</translation>
+    </message>
+    <message>
+        <source>Go to the place of what was found before this one</source>
+        <translation>Zur vorigen Stelle des Gefundenen gehen</translation>
+    </message>
+</context>
+<context>
+    <name>SearchIndex</name>
+    <message>
+        <source>bottom side</source>
+        <translation>Unterseite</translation>
+    </message>
+    <message>
+        <source>top side</source>
+        <translation>Oberseite</translation>
+    </message>
+    <message>
+        <source>components</source>
+        <translation>Bauteile</translation>
+    </message>
+</context>
+<context>
+    <name>SearchPanel</name>
+    <message>
+        <source>Component, part, package, net, symbol, attribute</source>
+        <translation>Bauteil, Artikel, Gehäuse, Netz, Symbol, Attribut</translation>
+    </message>
+    <message>
+        <source>* and ? stand for any letters and for any letter</source>
+        <translation>* und ? stehen für beliebige Zeichen und für ein beliebiges</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>Gefunden</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>Wo</translation>
+    </message>
+    <message>
+        <source>Components</source>
+        <translation>Bauteile</translation>
+    </message>
+    <message>
+        <source>Nets</source>
+        <translation>Netze</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Symbole</translation>
+    </message>
+    <message>
+        <source>Attributes</source>
+        <translation>Attribute</translation>
+    </message>
+    <message>
+        <source>%1 more: type more of the name</source>
+        <translation>%1 weitere: mehr vom Namen eingeben</translation>
+    </message>
+    <message>
+        <source>Reading the step ... %1 %</source>
+        <translation>Der Step wird gelesen ... %1 %</translation>
+    </message>
+    <message>
+        <source>No job is open.</source>
+        <translation>Es ist kein Auftrag offen.</translation>
+    </message>
+    <message>
+        <source>Nothing of that name is in the step.</source>
+        <translation>Nichts im Step heißt so.</translation>
+    </message>
+    <message>
+        <source>Return shows it, Return again its next place. Esc closes.</source>
+        <translation>Eingabe zeigt es, noch einmal die nächste Stelle. Esc schließt.</translation>
     </message>
 </context>
 <context>

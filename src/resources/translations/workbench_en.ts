@@ -20,6 +20,20 @@
             <numerusform>%1 and %n more</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>The first %n places are marked.</source>
+        <translation>
+            <numerusform>The first place is marked.</numerusform>
+            <numerusform>The first %n places are marked.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) marked.</source>
+        <translation>
+            <numerusform>%n place marked.</numerusform>
+            <numerusform>%n places marked.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>HistoryPane</name>

@@ -456,6 +456,26 @@
         <source>Reading %1 ...</source>
         <translation>正在读取 %1 ...</translation>
     </message>
+    <message>
+        <source>Its layers are being read, or draw nothing of it.</source>
+        <translation>正在读取所在的层,或这些层没有绘制它。</translation>
+    </message>
+    <message>
+        <source>Place %1 of %2</source>
+        <translation>第 %1 处,共 %2 处</translation>
+    </message>
+    <message numerus="yes">
+        <source>The first %n places are marked.</source>
+        <translation>
+            <numerusform>已标记前 %n 处。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n place(s) marked.</source>
+        <translation>
+            <numerusform>已标记 %n 处。</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>HistoryPane</name>
@@ -1451,6 +1471,107 @@ They can also be dropped on this window.</source>
     <message>
         <source>Reading %1 ... %2 %</source>
         <translation>正在读取 %1 ... %2 %</translation>
+    </message>
+</context>
+<context>
+    <name>Search</name>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>F&amp;ind ...</source>
+        <translation>查找(&amp;I) ...</translation>
+    </message>
+    <message>
+        <source>Search the step for components, nets, symbols and attributes</source>
+        <translation>在步骤中搜索元件、网络、符号和属性</translation>
+    </message>
+    <message>
+        <source>&amp;Next place</source>
+        <translation>下一处(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Go to the next place of what was found</source>
+        <translation>转到搜索结果的下一处</translation>
+    </message>
+    <message>
+        <source>&amp;Previous place</source>
+        <translation>上一处(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Go to the place of what was found before this one</source>
+        <translation>转到搜索结果的上一处</translation>
+    </message>
+</context>
+<context>
+    <name>SearchIndex</name>
+    <message>
+        <source>bottom side</source>
+        <translation>底面</translation>
+    </message>
+    <message>
+        <source>top side</source>
+        <translation>顶面</translation>
+    </message>
+    <message>
+        <source>components</source>
+        <translation>元件</translation>
+    </message>
+</context>
+<context>
+    <name>SearchPanel</name>
+    <message>
+        <source>Component, part, package, net, symbol, attribute</source>
+        <translation>元件、物料、封装、网络、符号、属性</translation>
+    </message>
+    <message>
+        <source>* and ? stand for any letters and for any letter</source>
+        <translation>* 代表任意多个字符,? 代表任意一个字符</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>结果</translation>
+    </message>
+    <message>
+        <source>Where</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>Components</source>
+        <translation>元件</translation>
+    </message>
+    <message>
+        <source>Nets</source>
+        <translation>网络</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>符号</translation>
+    </message>
+    <message>
+        <source>Attributes</source>
+        <translation>属性</translation>
+    </message>
+    <message>
+        <source>%1 more: type more of the name</source>
+        <translation>还有 %1 项:请输入更多字符</translation>
+    </message>
+    <message>
+        <source>Reading the step ... %1 %</source>
+        <translation>正在读取步骤 ... %1 %</translation>
+    </message>
+    <message>
+        <source>No job is open.</source>
+        <translation>没有打开的料号。</translation>
+    </message>
+    <message>
+        <source>Nothing of that name is in the step.</source>
+        <translation>该步骤中没有这个名称。</translation>
+    </message>
+    <message>
+        <source>Return shows it, Return again its next place. Esc closes.</source>
+        <translation>回车键显示,再按显示下一处。Esc 关闭。</translation>
     </message>
 </context>
 <context>

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr double penWidth = 80.0;  // micrometres
+constexpr double penWidth = 120.0; // micrometres
 constexpr double dotWidth = 300.0; // of the first pin's mark
 constexpr double halfCross = 5e5;  // nanometres, of what has no outline
 

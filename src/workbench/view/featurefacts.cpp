@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QTextCodec>
 
+#include <algorithm>
 #include <chrono>
 
 #include <glog/logging.h>
@@ -61,6 +62,9 @@ QStringList read(StepSource &source, const std::string &step, const std::string 
 
 QString fileText(std::string_view text)
 {
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (std::all_of(text.begin(), text.end(), isAscii)) // nearly always, and quickly told
+        return QString::fromLatin1(text.data(), int(text.size()));
     QTextCodec::ConverterState state;
     const QString unicode =
         QTextCodec::codecForName("UTF-8")->toUnicode(text.data(), int(text.size()), &state);

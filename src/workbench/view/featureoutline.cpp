@@ -24,7 +24,9 @@ QPolygonF polygonOf(const cam::ContourView &contour, const cam::Transform &map, 
 // What lies far outside would overflow a painter's numbers.
 void paintLine(QPainter &painter, const BoardView &view, const QPolygonF &shown)
 {
-    if (QRectF(view.rect()).adjusted(-1e5, -1e5, 1e5, 1e5).contains(shown.boundingRect()))
+    // A rectangle without a height, as that of a level line, is contained in none.
+    const QRectF box = shown.boundingRect().adjusted(-1, -1, 1, 1);
+    if (QRectF(view.rect()).adjusted(-1e5, -1e5, 1e5, 1e5).contains(box))
         painter.drawPolyline(shown);
 }
 

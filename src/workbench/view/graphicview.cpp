@@ -39,6 +39,7 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardVie
     m_view->addOverlay(&m_texts);
     m_view->addOverlay(&m_names);
     m_view->addOverlay(&m_differences);
+    m_view->addOverlay(&m_found);
     m_view->addOverlay(&m_inspection);
     m_view->addOverlay(&m_figures);
     m_view->addOverlay(&m_measuring);
@@ -70,8 +71,10 @@ void GraphicView::openStep(const QString &job, const QString &step)
     m_inspection.setSource(m_source);
     m_job = job;
     m_step = step;
+    clearFound();
     m_hasBoard = false;
     m_rows.clear();
+    emit sourceChanged();
 }
 
 void GraphicView::showRows(const QVector<ViewRow> &rows)
@@ -85,6 +88,12 @@ void GraphicView::showRows(const QVector<ViewRow> &rows)
 void GraphicView::showText(const QString &text)
 {
     m_store.stop();
+    clearFound();
+    if (m_source) {
+        m_source.reset();
+        m_inspection.setSource(m_source);
+        emit sourceChanged();
+    }
     m_rows.clear();
     m_hasBoard = false;
     m_text = text;
@@ -138,6 +147,11 @@ void GraphicView::showScenes()
                             m_areDifferencesSeen ? compared : std::vector<Differences::Layer>());
     for (const drawing::ColoredScene &scene : m_differences.scenes())
         scenes.push_back(scene);
+    std::vector<std::shared_ptr<const drawing::LayerScene>> layers;
+    for (const Inspection::Layer &layer : inspected)
+        layers.push_back(layer.scene);
+    if (m_found.setLayers(layers))
+        showMark();
     m_view->setProgress(m_store.progress());
     if (scenes.empty() && !m_failure.isEmpty())
         return m_view->showText(m_failure);
@@ -278,6 +292,64 @@ void GraphicView::press(const cam::Point &place)
     m_view->update();
 }
 
+// ---- what a search has found
+
+void GraphicView::mark(const std::shared_ptr<const SearchTarget> &target)
+{
+    m_inspection.clear();
+    m_figures.clear();
+    m_found.set(target, m_source->ready());
+    showScenes();
+    if (const QString layer = m_found.neededLayer(); !layer.isEmpty())
+        emit layerNeeded(layer);
+    emit marked(markText());
+}
+
+void GraphicView::stepMark(int direction)
+{
+    m_found.step(direction);
+    showMark();
+}
+
+void GraphicView::clearFound()
+{
+    if (!m_found.clear())
+        return;
+    emit marked(QString());
+    m_view->update();
+}
+
+// With some of the board around it.
+void GraphicView::showMark()
+{
+    constexpr double least = 2e6;   // nanometres to each side of a place
+    constexpr double around = 0.15; // of the box
+    cam::Box box = m_found.box();
+    if (box.isEmpty())
+        return;
+    const cam::Point center = (box.low + box.high) * 0.5, size = box.high - box.low;
+    const cam::Point reach{std::max(size.x * (0.5 + around), least),
+                           std::max(size.y * (0.5 + around), least)};
+    box.add(center - reach);
+    box.add(center + reach);
+    m_view->showBox(box);
+    emit marked(markText());
+    m_view->update();
+}
+
+QString GraphicView::markText() const
+{
+    const int count = int(m_found.count());
+    if (count == 0)
+        return m_found.target() ? tr("Its layers are being read, or draw nothing of it.") : QString();
+    if (m_found.current() >= 0)
+        return tr("Place %1 of %2").arg(m_found.current() + 1).arg(count);
+    return m_found.hasMore() ? tr("The first %n places are marked.", nullptr, count)
+                             : tr("%n place(s) marked.", nullptr, count);
+}
+
+// ---- what is inspected
+
 QStringList GraphicView::inspected() const
 {
     const QStringList figure = m_figures.text(m_view->unit());
@@ -303,7 +375,8 @@ void GraphicView::setMeasuring(bool measuring)
 
 void GraphicView::clearMarks()
 {
-    const bool hadFigure = m_figures.clear(), had = m_inspection.clear() || hadFigure;
+    const bool hadFigure = m_figures.clear(), had = m_inspection.clear() || hadFigure || m_found.target();
+    clearFound();
     if (!m_measuring.clear() && !had)
         emit measuringEnded();
     m_view->update();

@@ -9,6 +9,7 @@
 #include "workbench/view/lengthunit.h"
 #include "workbench/view/measuring.h"
 #include "workbench/view/scenestore.h"
+#include "workbench/view/searchmarks.h"
 #include "workbench/view/textlabels.h"
 
 #include <QStringList>
@@ -51,6 +52,10 @@ public:
     bool isDrawn() const;
     // Whether more is being read of what is inspected.
     bool isInspecting() const { return m_inspection.isReading(); }
+    // What the job says of the open step; null while there is none.
+    const std::shared_ptr<StepSource> &source() const { return m_source; }
+    // What a search has found and the view marks.
+    const SearchMarks &found() const { return m_found; }
 
 public slots:
     void fitBoard();
@@ -61,8 +66,13 @@ public slots:
     void setDifferencesSeen(bool seen);
     // The mouse measures instead of inspecting.
     void setMeasuring(bool measuring);
-    // Forgets what is measured and what is inspected.
+    // Forgets what is measured, what is inspected and what was found.
     void clearMarks();
+    // Marks what a search has found and shows all of it. Of layers that are not seen one is asked for.
+    void mark(const std::shared_ptr<const SearchTarget> &target);
+    // Shows its next place, or the one before (-1).
+    void stepMark(int direction);
+    void clearFound();
 
 signals:
     // The place under the mouse; empty when it leaves.
@@ -73,6 +83,12 @@ signals:
     // `reason` names the file.
     void fileFailed(const QString &path, const QString &reason);
     void filesDropped(const QStringList &paths);
+    // The open step is another one: source().
+    void sourceChanged();
+    // What is marked, in words; empty for nothing.
+    void marked(const QString &text);
+    // A layer, in lower case, that has what is to be marked.
+    void layerNeeded(const QString &layer);
     // Escape was pressed while nothing was measured.
     void measuringEnded();
 
@@ -93,6 +109,8 @@ private:
     QString titleOf(const QVector<ViewRow> &rows) const;
     void lookAtFiles();
     void lookAtFacts();
+    void showMark();
+    QString markText() const;
     void press(const cam::Point &place);
     double reach() const;
     void goOn();
@@ -101,6 +119,7 @@ private:
     SceneStore m_store;
     ComponentNames m_names;
     Measuring m_measuring;
+    SearchMarks m_found;
     Inspection m_inspection;
     FigureInspection m_figures; // of files, which lie above the job
     TextLabels m_texts;

@@ -2,7 +2,9 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
@@ -136,15 +138,16 @@ QStringList describeComponent(const ComponentScene &scene, std::uint32_t step,
     if (component.angle != 0.0)
         lines << text(QT_TRANSLATE_NOOP("Inspection", "Turned clockwise by %1\u00b0")).arg(component.angle);
     lines << text(QT_TRANSLATE_NOOP("Inspection", "%1 pins")).arg(component.toeprints.size());
+    lines << text(QT_TRANSLATE_NOOP("Inspection", "Step %1, line %2 of its file"))
+                 .arg(QString::fromStdString(stepName))
+                 .arg(component.line);
     std::vector<cam::Attribute> words = component.attributes;
-    words.insert(words.end(), component.properties.begin(), component.properties.end());
+    std::copy_if(component.properties.begin(), component.properties.end(), std::back_inserter(words),
+                 [](const cam::Attribute &property) { return !property.value.empty(); });
     for (std::size_t i = 0; i < words.size() && i < mostLines; ++i)
         lines << attributeText(words[i]);
     if (words.size() > mostLines)
         lines << text(QT_TRANSLATE_NOOP("Inspection", "and %1 more")).arg(words.size() - mostLines);
-    lines << text(QT_TRANSLATE_NOOP("Inspection", "Step %1, line %2 of its file"))
-                 .arg(QString::fromStdString(stepName))
-                 .arg(component.line);
     return lines;
 }
 
@@ -256,7 +259,14 @@ void Inspection::paint(QPainter &painter, const BoardView &view)
         paintFeature(painter, view, scene, {hit.feature.step, i, hit.feature.place});
     if (all.first == all.second)
         paintFeature(painter, view, scene, hit.feature);
-    const QString text = this->text(view.unit()).join('\n');
+    QStringList lines = this->text(view.unit());
+    const int lineHeight = painter.fontMetrics().lineSpacing();
+    const int fitting = std::max(3, (view.height() - 2 * painter.fontMetrics().height() - 24) / lineHeight);
+    if (lines.size() > fitting) {
+        lines = lines.mid(0, fitting - 1);
+        lines << QString("...");
+    }
+    const QString text = lines.join('\n');
     QRect box = painter.fontMetrics().boundingRect(QRect(0, 0, 2000, 2000), 0, text).adjusted(-8, -5, 8, 5);
     box.moveTopRight(QPoint(view.width() - 8, 6 + 2 * painter.fontMetrics().height())); // below the title
     painter.fillRect(box, QColor(24, 28, 32, 225));

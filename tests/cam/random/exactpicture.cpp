@@ -170,9 +170,16 @@ public:
         const Point spoke{m_radius, 0.0};
         const int steps = stepsOf(m_from, m_edge, outlineTolerance);
         for (int i = 0; i <= steps; ++i) {
-            const cam::EdgePoint on = cam::pointOf(m_from, m_edge, static_cast<double>(i) / steps);
-            take(map(on.at + on.left * m_radius));
-            take(map(on.at - on.left * m_radius));
+            const double share = static_cast<double>(i) / steps, step = 0.5 / steps;
+            const Point at = cam::pointOf(m_from, m_edge, share).at;
+            // Where the radius runs from one to another, the way ahead is not across the spoke.
+            const Point ahead = cam::pointOf(m_from, m_edge, std::min(share + step, 1.0)).at -
+                                cam::pointOf(m_from, m_edge, std::max(share - step, 0.0)).at;
+            if (!(length(ahead) > 0.0))
+                continue;
+            const Point aside = Point{-ahead.y, ahead.x} * (m_radius / length(ahead));
+            take(map(at + aside));
+            take(map(at - aside));
         }
         for (const Point end : {m_from, m_edge.end}) {
             constexpr int count = 2000;

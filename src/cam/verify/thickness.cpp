@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <queue>
 
 namespace cam::verify {
@@ -238,7 +239,8 @@ class DiscWalk
 {
 public:
     DiscWalk(const std::vector<GridRing> &rings, double radius);
-    bool finds();
+    // The centre of one.
+    std::optional<Point> find();
 
 private:
     struct Interval
@@ -251,9 +253,11 @@ private:
         std::uint32_t side;
     };
     void findNeighbours();
-    bool fitsBeside(std::uint32_t side);
-    bool fitsBetweenCorners(std::uint32_t side) const;
+    std::optional<Point> beside(std::uint32_t side);
+    std::optional<Point> betweenCorners(std::uint32_t side) const;
     Interval forbiddenBy(const Side &other, Point from, Point along, double length) const;
+
+    static constexpr double hair = 1e-3; // nanometres that a disc is moved away from its side
 
     const double m_radius;
     std::vector<Side> m_sides;
@@ -303,18 +307,22 @@ void DiscWalk::findNeighbours()
     }
 }
 
-bool DiscWalk::finds()
+std::optional<Point> DiscWalk::find()
 {
     for (std::uint32_t i = 0; i < m_sides.size(); ++i) {
-        if (fitsBeside(i) || fitsBetweenCorners(i))
-            return true;
+        if (const std::optional<Point> center = beside(i))
+            return center;
+        if (const std::optional<Point> center = betweenCorners(i))
+            return center;
     }
-    return false;
+    return {};
 }
 
 // Along a line of centres: `from` and then up to `length` in direction `along`.
 DiscWalk::Interval DiscWalk::forbiddenBy(const Side &other, Point from, Point along, double length) const
 {
+    // What only continues the side is not in the way; what runs back, however near to it, is.
+    const double radius = dot(other.b - other.a, along) > 0.0 ? m_radius : m_radius + 2.0 * hair;
     constexpr double infinity = std::numeric_limits<double>::infinity();
     Interval forbidden = {infinity, -infinity};
     const auto add = [&forbidden](double low, double high) {
@@ -323,7 +331,7 @@ DiscWalk::Interval DiscWalk::forbiddenBy(const Side &other, Point from, Point al
     };
     for (const Point end : {other.a, other.b}) {
         const double middle = dot(end - from, along), aside = cross(along, end - from);
-        const double square = m_radius * m_radius - aside * aside;
+        const double square = radius * radius - aside * aside;
         if (square > 0.0)
             add(middle - std::sqrt(square), middle + std::sqrt(square));
     }
@@ -341,18 +349,17 @@ DiscWalk::Interval DiscWalk::forbiddenBy(const Side &other, Point from, Point al
         beside = {std::max(beside.low, std::min(one, two)), std::min(beside.high, std::max(one, two))};
     };
     limit(dot(from - other.a, direction), dot(along, direction), 0.0, otherLength);
-    limit(cross(direction, from - other.a), cross(direction, along), -m_radius, m_radius);
+    limit(cross(direction, from - other.a), cross(direction, along), -radius, radius);
     add(beside.low, beside.high);
     return forbidden;
 }
 
-bool DiscWalk::fitsBeside(std::uint32_t side)
+std::optional<Point> DiscWalk::beside(std::uint32_t side)
 {
     const Point a = m_sides[side].a;
     const double length = distance(a, m_sides[side].b);
     const Point along = (m_sides[side].b - a) * (1.0 / length);
-    // The area lies to the left. A hair farther away, so that what only continues the side is not in the way.
-    constexpr double hair = 1e-3;
+    // The area lies to the left.
     const Point from = a + Point{-along.y, along.x} * (m_radius + hair);
     m_forbidden.clear();
     for (const std::uint32_t i : m_neighbours[side]) {
@@ -368,14 +375,14 @@ bool DiscWalk::fitsBeside(std::uint32_t side)
             break;
         reached = std::max(reached, here.high);
     }
-    return reached <= length;
+    return reached <= length ? std::optional<Point>(from + along * reached) : std::nullopt;
 }
 
 // Two corners that the area bends around hold a disc between them.
-bool DiscWalk::fitsBetweenCorners(std::uint32_t side) const
+std::optional<Point> DiscWalk::betweenCorners(std::uint32_t side) const
 {
     if (!m_turnsRight[side])
-        return false;
+        return {};
     const Point a = m_sides[side].a;
     const std::vector<std::uint32_t> &neighbours = m_neighbours[side];
     for (const std::uint32_t i : neighbours) {
@@ -387,15 +394,14 @@ bool DiscWalk::fitsBetweenCorners(std::uint32_t side) const
         for (const double sign : {-1.0, 1.0}) {
             const Point center = a + across * 0.5 + Point{-across.y, across.x} * (sign * rise);
             const auto isInTheWay = [&](std::uint32_t other) {
-                constexpr double hair = 1e-3;
                 return distanceTo(m_sides[other], center) < m_radius - hair;
             };
             if (!isInTheWay(side) && std::none_of(neighbours.begin(), neighbours.end(), isInTheWay) &&
                 isInsideOf(m_sides, center))
-                return true;
+                return center;
         }
     }
-    return false;
+    return {};
 }
 
 } // namespace
@@ -412,6 +418,17 @@ Disc largestDisc(const std::vector<GridRing> &rings)
     search.run(std::numeric_limits<double>::infinity(), 0.0, 500);
     search.improve();
     Disc best = search.best();
+    // Squares take long to find the widest place of a strip.
+    constexpr double thin = 1000.0;
+    if (!search.isThrough() && best.radius < thin) {
+        double low = best.radius, high = std::min(search.bound(), thin);
+        for (double radius = high; high - low > 0.01 * high; radius = (low + high) / 2.0) {
+            if (const std::optional<Point> center = DiscWalk(rings, radius).find())
+                best = {*center, low = radius};
+            else
+                high = radius;
+        }
+    }
     if (best.radius == 0.0)
         best.center = search.somewhere();
     return best;
@@ -424,7 +441,7 @@ Fit discFits(const std::vector<GridRing> &rings, double radius)
     constexpr int fewSquares = 500; // enough for what is much thicker or much thinner
     search.run(radius, radius, fewSquares);
     const bool fits =
-        search.best().radius >= radius || (!search.isThrough() && DiscWalk(rings, radius).finds());
+        search.best().radius >= radius || (!search.isThrough() && DiscWalk(rings, radius).find().has_value());
     return {fits, std::min(search.bound(), radius)};
 }
 

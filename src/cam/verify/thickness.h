@@ -14,8 +14,8 @@ struct Disc
 };
 
 // The largest disc that fits into the area of `rings` (islands counter-clockwise, holes clockwise, none
-// crossing another), within a hundredth of its radius; of areas that are long and thin everywhere perhaps a
-// smaller one that fits.
+// crossing another), within a hundredth of its radius; of areas of very many corners and a micrometre's
+// radius and more perhaps a smaller one that fits.
 Disc largestDisc(const std::vector<GridRing> &rings);
 
 // Whether a disc of `radius` nanometres fits; a bound of all that do when it does not, `radius` at most.

@@ -38,6 +38,7 @@ class tst_Thickness : public QObject
 private slots:
     void stripsNearlyThickEnoughAreTold_data();
     void stripsNearlyThickEnoughAreTold();
+    void sliversHoldNone();
     void cornersHoldADiscBetweenThem();
     void randomShapesHoldTheirLargestDisc();
 };
@@ -57,7 +58,26 @@ void tst_Thickness::stripsNearlyThickEnoughAreTold()
     QFETCH(bool, fits);
     const Fit fit = discFits({crescent(1e7, width, 400)}, 200.0);
     QCOMPARE(fit.fits, fits);
+    const double widest = 2.0 * largestDisc({crescent(1e7, width, 400)}).radius;
+    QVERIFY2(widest > 0.98 * width && widest < 1.01 * width, qPrintable(QString::number(widest)));
     QVERIFY(fit.bound <= 200.0 && fit.bound > 190.0);
+}
+
+// Their tips are sharper than any rounding.
+void tst_Thickness::sliversHoldNone()
+{
+    std::mt19937 random(1);
+    for (int i = 0; i < 2000; ++i) {
+        const auto below = [&random](unsigned end) { return static_cast<std::int64_t>(random() % end); };
+        const GridPoint far = {100 + below(1000000), 100 + below(1000000)};
+        GridRing ring{{0, 0}, far, {far.x - below(80), far.y + 1 + below(80)}};
+        if (i % 2 == 0)
+            ring.push_back({far.x / 2 - below(20), far.y / 2 + 1 + below(40)});
+        if (doubledArea(ring) <= 0.0)
+            continue;
+        QVERIFY2(!discFits({ring}, 200.0).fits, qPrintable(QString::number(i)));
+        QVERIFY2(largestDisc({ring}).radius < 120.0, qPrintable(QString::number(i)));
+    }
 }
 
 // Three long thorns point at the middle: a disc there touches their points only.

@@ -140,6 +140,7 @@ void MainWindow::buildPanels()
         m_resultsDock->show();
         m_resultsDock->raise();
     });
+    m_search = new Search(*this, *layers, *m_layers, *m_view);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     resizeDocks({jobs, log}, {410, 210}, Qt::Horizontal);
     resizeDocks({jobs, layers}, {200, 460}, Qt::Vertical);
@@ -196,7 +197,7 @@ void MainWindow::buildMenus()
     QMenu *view = menuBar()->addMenu(tr("&View"));
     view->setObjectName("ViewMenu");
     m_viewCommands = new ViewCommands(*m_layers, *m_view, *file, *view, this);
-    new Search(*this, *findChild<QDockWidget *>("LayersDock"), *m_layers, *m_view, *view);
+    m_search->addCommands(*view);
     file->addSeparator();
     QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(Qt::CTRL + Qt::Key_Q); // Windows has no key of its own

@@ -20,6 +20,7 @@ class LogCollector;
 class LogPane;
 class MessageBar;
 class ResultsPane;
+class Search;
 class WindowMemory;
 class ViewCommands;
 class WindowPlacer;
@@ -131,6 +132,7 @@ private:
     ViewCommands *m_viewCommands = nullptr;
     LogPane *m_logPane = nullptr;
     ResultsPane *m_results = nullptr;
+    Search *m_search = nullptr;
     HistoryPane *m_history = nullptr;
     PastExport m_repeated; // waits for its Export dialog to open; without layers nothing does
     QDockWidget *m_resultsDock = nullptr;

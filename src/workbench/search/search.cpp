@@ -10,7 +10,7 @@
 #include <QMainWindow>
 #include <QMenu>
 
-Search::Search(QMainWindow &window, QDockWidget &beside, LayerPanel &layers, GraphicView &view, QMenu &menu)
+Search::Search(QMainWindow &window, QDockWidget &beside, LayerPanel &layers, GraphicView &view)
     : QObject(&window), m_beside(beside), m_layers(layers), m_view(view),
       m_dock(new QDockWidget(tr("Search"))), m_panel(new SearchPanel)
 {
@@ -18,6 +18,20 @@ Search::Search(QMainWindow &window, QDockWidget &beside, LayerPanel &layers, Gra
     m_dock->setWidget(m_panel);
     window.tabifyDockWidget(&beside, m_dock);
     m_dock->hide();
+    connect(m_panel, &SearchPanel::chosen, &m_view, &GraphicView::mark);
+    connect(m_panel, &SearchPanel::stepAsked, &m_view, &GraphicView::stepMark);
+    connect(m_panel, &SearchPanel::closed, this, &Search::close);
+    connect(m_dock, &QDockWidget::visibilityChanged, this, [this] {
+        if (m_dock->isHidden()) // closed, not behind another tab
+            m_view.clearFound();
+    });
+    connect(&m_view, &GraphicView::sourceChanged, this, [this] { m_panel->setSource(m_view.source()); });
+    connect(&m_view, &GraphicView::marked, m_panel, &SearchPanel::setPlace);
+    connect(&m_view, &GraphicView::layerNeeded, this, &Search::showLayer);
+}
+
+void Search::addCommands(QMenu &menu)
+{
     const auto add = [&menu](const QString &text, const char *name, const QKeySequence &key,
                              const QString &tip) {
         QAction *action = menu.addAction(text);
@@ -35,17 +49,6 @@ Search::Search(QMainWindow &window, QDockWidget &beside, LayerPanel &layers, Gra
                 tr("Go to the place of what was found before this one")),
             &QAction::triggered, this, [this] { m_view.stepMark(-1); });
     menu.addSeparator();
-
-    connect(m_panel, &SearchPanel::chosen, &m_view, &GraphicView::mark);
-    connect(m_panel, &SearchPanel::stepAsked, &m_view, &GraphicView::stepMark);
-    connect(m_panel, &SearchPanel::closed, this, &Search::close);
-    connect(m_dock, &QDockWidget::visibilityChanged, this, [this] {
-        if (m_dock->isHidden()) // closed, not behind another tab
-            m_view.clearFound();
-    });
-    connect(&m_view, &GraphicView::sourceChanged, this, [this] { m_panel->setSource(m_view.source()); });
-    connect(&m_view, &GraphicView::marked, m_panel, &SearchPanel::setPlace);
-    connect(&m_view, &GraphicView::layerNeeded, this, &Search::showLayer);
 }
 
 void Search::open()

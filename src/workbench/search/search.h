@@ -16,8 +16,9 @@ class Search : public QObject
     Q_OBJECT
 
 public:
-    // Adds the pane to `window`, behind `beside`, and the commands to `menu`. All of them outlive the object.
-    Search(QMainWindow &window, QDockWidget &beside, LayerPanel &layers, GraphicView &view, QMenu &menu);
+    // Adds the pane to `window`, behind `beside`. All of them outlive the object.
+    Search(QMainWindow &window, QDockWidget &beside, LayerPanel &layers, GraphicView &view);
+    void addCommands(QMenu &menu);
 
 private:
     void open();

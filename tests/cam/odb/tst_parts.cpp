@@ -10,6 +10,8 @@
 #include <QtTest>
 
 #include <cmath>
+#include <map>
+#include <set>
 
 using namespace cam;
 
@@ -51,6 +53,12 @@ QString wordsOf(const std::vector<Attribute> &attributes)
 bool isAt(Point p, double x, double y)
 {
     return std::fabs(p.x - x) < 1.0 && std::fabs(p.y - y) < 1.0;
+}
+
+// To a micrometre: a key of tables.
+std::pair<long long, long long> cellOf(Point p)
+{
+    return {std::llround(p.x / 1000.0), std::llround(p.y / 1000.0)};
 }
 
 bool isBox(const ContourPool &outline, std::size_t contour, double left, double bottom, double right,
@@ -317,7 +325,8 @@ private slots:
         const AttributeTypes types = readAttributeTypes(job, failures);
         for (const std::string &failure : failures)
             QFAIL(failure.c_str());
-        int components = 0, pins = 0, apart = 0, features = 0, listed = 0, ofNets = 0;
+        int components = 0, pins = 0, apart = 0, features = 0, listed = 0, ofNets = 0, agreed = 0,
+            differing = 0;
         for (const std::string &step : job.matrix().steps) {
             const StepParts parts = readStepParts(job, step, types);
             for (const std::string &failure : parts.failures)
@@ -354,6 +363,25 @@ private slots:
                     const auto range = set.sources.featuresOf(source.record);
                     QVERIFY(range.first <= i && i < range.second);
                 }
+                // A pad on a pin is of the pin's net, which shows that features are counted as the job counts
+                // them.
+                std::map<std::pair<long long, long long>, std::set<const Net *>> netsAt; // of both sides
+                for (const ComponentSide &side : parts.sides) {
+                    for (const Component &component : side.components) {
+                        for (const Toeprint &pin : component.toeprints) {
+                            if (pin.net)
+                                netsAt[cellOf(pin.at)].insert(&parts.eda.nets[*pin.net]);
+                        }
+                    }
+                }
+                for (std::uint32_t i = 0; i < set.order.size(); ++i) {
+                    const Net *net = parts.eda.netOf(image.layer, set.sources[i].record);
+                    if (set.order[i].kind != FeatureKind::Pad || !net)
+                        continue;
+                    const auto found = netsAt.find(cellOf(set.pads[set.order[i].index].at));
+                    if (found != netsAt.end())
+                        ++(found->second.count(net) > 0 ? agreed : differing);
+                }
                 for (const NetFeature &feature : parts.eda.features) {
                     if (parts.eda.layers[feature.layer] == image.layer) {
                         ++ofNets;
@@ -362,9 +390,12 @@ private slots:
                 }
             }
         }
-        qInfo("%d components, %d pins, %d of them elsewhere; %d features of %d records, %d of nets",
-              components, pins, apart, features, listed, ofNets);
+        qInfo("%d components, %d pins, %d of them elsewhere; %d features of %d records, %d of nets; %d pads "
+              "have the net of their pin, %d another one",
+              components, pins, apart, features, listed, ofNets, agreed, differing);
         QCOMPARE(apart, 0);
+        QCOMPARE(differing, 0);
+        QVERIFY(agreed > 0);
     }
 };
 

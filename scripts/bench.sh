@@ -5,7 +5,7 @@
 #   scripts/bench.sh export [ROUNDS]     exports against KLayout and gerbv
 #   scripts/bench.sh import [ROUNDS]     job unpacking against tar, bsdtar and 7z
 #   scripts/bench.sh dialog [LAYERS...]  opening the Export dialog, and its table commands
-#   scripts/bench.sh view                the workbench's view on a panel of a million features
+#   scripts/bench.sh view                the workbench's view on a panel of a million features, KLayout beside it
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -7,6 +7,7 @@
 #include "drawing/layerscene.h"
 #include "workbench/view/boardview.h"
 #include "workbench/view/scenestore.h"
+#include "workbench/view/stepsource.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -96,7 +97,7 @@ int main(int argc, char **argv)
     ViewRow row;
     row.name = argv[3];
     row.color = QColor(255, 215, 0);
-    store.setStep(argv[1], argv[2]);
+    store.setStep(argv[1], argv[2], std::make_shared<StepSource>(argv[1], argv[2]));
     store.want({row});
     waitFor([&] { return !store.isBusy(); });
     const std::shared_ptr<const drawing::Scene> scene = store.scene(row);

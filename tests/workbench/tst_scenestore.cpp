@@ -1,6 +1,7 @@
 // The reading of what the view shows: how far it is, and that it ends when something else is chosen.
 #include "tests/cam/support/jobfolder.h"
 #include "workbench/view/scenestore.h"
+#include "workbench/view/stepsource.h"
 
 #include <QtTest>
 
@@ -54,7 +55,8 @@ private slots:
     void init()
     {
         store = std::make_unique<SceneStore>();
-        store->setStep(QString::fromStdString(job->path().u8string()), "pcb");
+        const QString folder = QString::fromStdString(job->path().u8string());
+        store->setStep(folder, "pcb", std::make_shared<StepSource>(folder, "pcb"));
     }
 
     void readingTellsHowFarItIs()

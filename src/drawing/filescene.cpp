@@ -55,6 +55,48 @@ void fillPolygon(Canvas &canvas, const std::vector<Point> &corners, const DrawMo
     canvas.fill(rings, FillRule::NonZero, true);
 }
 
+// Copies of an array, none where the last one stands before the first one.
+struct CopyRange
+{
+    int firstColumn = 0, lastColumn = -1, firstRow = 0, lastRow = -1;
+};
+
+// The copies that may touch `part`, of a structure with `extent`: all others are passed over without a look,
+// for an array may have a million. A copy is `across` and `up` away from the one before it.
+CopyRange copiesIn(const cam::GdsReference &reference, const Box &extent, const Box &part)
+{
+    CopyRange range{0, reference.columns - 1, 0, reference.rows - 1};
+    if (extent.isEmpty())
+        return {};
+    const Transform first = reference.placement(0, 0);
+    const Box box = mapped(extent, first);
+    Point across = reference.placement(1, 0).offset - first.offset;
+    Point up = reference.placement(0, 1).offset - first.offset;
+    if (reference.columns == 1)
+        across = {up.y, -up.x};
+    if (reference.rows == 1)
+        up = {-across.y, across.x};
+    const Transform steps{across.x, up.x, across.y, up.y, {}};
+    if (steps.determinant() == 0.0)
+        return range;
+    // How far copies are moved that touch the part, then how many steps that is.
+    Box moves;
+    moves.add(part.low - box.high);
+    moves.add(part.high - box.low);
+    if (moves.isEmpty())
+        return {};
+    const Box counts = mapped(moves, inverse(steps));
+    const auto whole = [](double count, int least, int most) {
+        return static_cast<int>(std::min<double>(most, std::max<double>(least, count)));
+    };
+    constexpr double rounding = 1e-6;
+    range.firstColumn = whole(std::ceil(counts.low.x - rounding), 0, reference.columns);
+    range.lastColumn = whole(std::floor(counts.high.x + rounding), -1, reference.columns - 1);
+    range.firstRow = whole(std::ceil(counts.low.y - rounding), 0, reference.rows);
+    range.lastRow = whole(std::floor(counts.high.y + rounding), -1, reference.rows - 1);
+    return range;
+}
+
 // What a part takes out is a hole.
 void addPart(cam::ContourPool &outline, const cam::ContourPool &contours, const cam::GerberPart &part,
              Point at)
@@ -197,8 +239,9 @@ void GdsScene::drawStructure(std::size_t number, const Transform &map, Canvas &c
     }
     mode.check();
     for (const cam::GdsReference &reference : m_image->structures[number].references) {
-        for (int row = 0; row < reference.rows; ++row) {
-            for (int column = 0; column < reference.columns; ++column)
+        const CopyRange copies = copiesIn(reference, m_structures[reference.structure].extent, visible);
+        for (int row = copies.firstRow; row <= copies.lastRow; ++row) {
+            for (int column = copies.firstColumn; column <= copies.lastColumn; ++column)
                 drawStructure(reference.structure, reference.placement(column, row).then(map), canvas, mode);
         }
     }
@@ -239,8 +282,9 @@ bool GdsScene::findStructures(std::size_t number, const Box &box, const Transfor
     if (!visit(number, part, map))
         return false;
     for (const cam::GdsReference &reference : m_image->structures[number].references) {
-        for (int row = 0; row < reference.rows; ++row) {
-            for (int column = 0; column < reference.columns; ++column) {
+        const CopyRange copies = copiesIn(reference, m_structures[reference.structure].extent, part);
+        for (int row = copies.firstRow; row <= copies.lastRow; ++row) {
+            for (int column = copies.firstColumn; column <= copies.lastColumn; ++column) {
                 if (!findStructures(reference.structure, box, reference.placement(column, row).then(map),
                                     visit))
                     return false;

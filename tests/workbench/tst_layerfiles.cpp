@@ -110,6 +110,8 @@ private slots:
                                 << "board.drl";
         QTest::newRow("drop") << "drop"
                               << "board.xln";
+        QTest::newRow("drop, by its content") << "drop"
+                                              << "board.tap";
         QTest::newRow("import") << "import"
                                 << "board.exc";
         QTest::newRow("by its content") << "import"

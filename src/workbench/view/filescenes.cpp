@@ -24,6 +24,7 @@ std::filesystem::path localPath(const QString &path)
 
 enum class Kind { Gds, Gerber, Excellon };
 
+const qint64 headSize = 4096; // bytes by which a file is known
 const QStringList drillSuffixes{"drl", "xln", "exc", "nc"};
 
 // What it is, is told by its first bytes, not by its name.
@@ -32,7 +33,7 @@ Kind kindOf(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw cam::Error(path.toStdString() + ": cannot be read: " + file.errorString().toStdString());
-    const QByteArray head = file.read(4096);
+    const QByteArray head = file.read(headSize);
     if (head.size() > 3 && head[0] == 0 && head[2] == 0 && head[3] == 2) // a HEADER record
         return Kind::Gds;
     if (cam::isExcellon({head.constData(), std::size_t(head.size())}))
@@ -109,7 +110,11 @@ std::shared_ptr<const drawing::Scene> readFileScene(const QString &path, int par
 bool isLayerFile(const QString &path)
 {
     const QString suffix = "*." + QFileInfo(path).suffix().toLower();
-    return layerFilePatterns().contains(suffix);
+    if (layerFilePatterns().contains(suffix))
+        return true;
+    QFile file(path); // drill files have any name
+    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(headSize) : QByteArray();
+    return cam::isExcellon({head.constData(), std::size_t(head.size())});
 }
 
 QStringList layerFilePatterns()

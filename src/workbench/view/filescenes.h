@@ -21,7 +21,7 @@ FileContents contentsOf(const QString &path);
 // Row `part` of the file. May be called in any thread.
 std::shared_ptr<const drawing::Scene> readFileScene(const QString &path, int part);
 
-// Whether the workbench shows files of that name.
+// Whether the workbench shows the file, by its name or as a drill file by its first lines.
 bool isLayerFile(const QString &path);
 // For a file dialog: "*.gds" and so on.
 QStringList layerFilePatterns();

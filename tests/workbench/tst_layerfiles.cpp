@@ -10,6 +10,7 @@
 #include "workbench/mainwindow.h"
 #include "workbench/messagebar.h"
 #include "workbench/view/boardview.h"
+#include "workbench/view/featureoutline.h"
 #include "workbench/view/graphicview.h"
 #include "workbench/windowmemory.h"
 
@@ -81,6 +82,19 @@ void open(MainWindow &window, const QString &file)
     announceFile(file);
     QTRY_COMPARE(window.findChild<LayerPanel *>()->files(), QStringList{file});
     QTRY_VERIFY_WITH_TIMEOUT(window.isViewDrawn(), 20000);
+}
+
+// Whether anything is drawn in the color of marks.
+bool isMarked(BoardView &board)
+{
+    const QImage image = board.grab().toImage();
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y) == markColor())
+                return true;
+        }
+    }
+    return false;
 }
 
 void click(MainWindow &window, double x, double y)
@@ -265,7 +279,9 @@ private slots:
         click(window, x, y);
         for (const QString &fact : said)
             QVERIFY2(view->inspected().join('\n').contains(fact), qPrintable(view->inspected().join('\n')));
+        QVERIFY(isMarked(view->board()));
         QTest::keyClick(&view->board(), Qt::Key_Escape);
+        QVERIFY(!isMarked(view->board()));
         QCOMPARE(view->inspected(), QStringList());
     }
 

@@ -111,6 +111,26 @@ private slots:
         QVERIFY(inspection.text(LengthUnit::Millimetre).isEmpty());
     }
 
+    void aLevelLineIsMarked()
+    {
+        Inspection inspection;
+        inspection.setLayers({{"top", scene()}});
+        BoardView view;
+        view.resize(900, 600); // the words lie beside the line
+        view.setFrame(scene()->extent(), true);
+        view.setScenes({{scene(), QColor(255, 215, 0), 1.0}});
+        view.addOverlay(&inspection);
+        QVERIFY(inspection.press(at(13000, 0), 10000.0));
+        const QImage seen = view.grab().toImage();
+        const QPoint middle = view.toScreen(at(13000, 0)).toPoint();
+        bool isMarked = false;
+        for (int y = middle.y() - 2; y <= middle.y() + 2; ++y) { // the mark lies between pixels
+            const QColor color = seen.pixelColor(middle.x(), y);
+            isMarked = isMarked || (color.red() > 120 && color.blue() > 120 && color.green() < 120);
+        }
+        QVERIFY(isMarked);
+    }
+
     void picturesAreSaved_data()
     {
         QTest::addColumn<QString>("name");

@@ -21,6 +21,8 @@ QPolygonF polygonOf(const cam::ContourView &contour, const cam::Transform &map, 
     return shown;
 }
 
+} // namespace
+
 // What lies far outside would overflow a painter's numbers.
 void paintLine(QPainter &painter, const BoardView &view, const QPolygonF &shown)
 {
@@ -29,8 +31,6 @@ void paintLine(QPainter &painter, const BoardView &view, const QPolygonF &shown)
     if (QRectF(view.rect()).adjusted(-1e5, -1e5, 1e5, 1e5).contains(box))
         painter.drawPolyline(shown);
 }
-
-} // namespace
 
 QColor markColor()
 {

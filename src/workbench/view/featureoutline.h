@@ -12,5 +12,7 @@ void paintFeature(QPainter &painter, const BoardView &view, const drawing::Layer
 // The same for contours; `place` maps them to what is drawn.
 void paintContours(QPainter &painter, const BoardView &view, const cam::ContourPool &contours,
                    const cam::Transform &place);
+// A line in pixels of the screen.
+void paintLine(QPainter &painter, const BoardView &view, const QPolygonF &shown);
 // Holds what is drawn of the feature, in the view's coordinates.
 cam::Box featureBox(const drawing::LayerScene &scene, const drawing::FoundFeature &feature);

@@ -2,6 +2,7 @@
 
 #include "cam/model/flatten.h"
 #include "cam/model/trigonometry.h"
+#include "workbench/view/featureoutline.h"
 #include "workbench/view/textlabels.h"
 
 #include <QPainter>
@@ -215,35 +216,23 @@ void FigureInspection::paint(QPainter &painter, const BoardView &view)
         return;
     const drawing::Figure &figure = m_hits[m_current].figure;
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(255, 80, 255), 2));
+    painter.setPen(QPen(markColor(), 2));
     painter.setClipRect(view.rect());
-    std::vector<cam::Point> corners;
-    const auto draw = [&](bool isClosed) {
-        QPolygonF shown;
-        for (const cam::Point corner : corners)
-            shown << view.toScreen(corner);
-        if (isClosed && !shown.isEmpty())
-            shown << shown.first();
-        if (QRectF(view.rect()).adjusted(-1e5, -1e5, 1e5, 1e5).contains(shown.boundingRect()))
-            painter.drawPolyline(shown);
-        corners.clear();
-    };
-    const double tolerance = view.pixel() / 4.0;
-    for (std::size_t i = 0; i < figure.outline.size(); ++i) {
-        cam::flatten(figure.outline[i], tolerance, corners);
-        draw(true);
-    }
+    paintContours(painter, view, figure.outline, {});
     if (!figure.line.empty()) {
+        std::vector<cam::Point> corners{figure.start};
         cam::Point from = figure.start;
-        corners.push_back(from);
         for (const cam::Edge &edge : figure.line) {
             if (edge.kind == cam::EdgeKind::Line)
                 corners.push_back(edge.end);
             else
-                cam::flattenArc(from, edge, tolerance, corners);
+                cam::flattenArc(from, edge, view.pixel() / 4.0, corners);
             from = edge.end;
         }
-        draw(false);
+        QPolygonF shown;
+        for (const cam::Point corner : corners)
+            shown << view.toScreen(corner);
+        paintLine(painter, view, shown);
     }
     if (figure.kind == Kind::Flash || figure.kind == Kind::Hit || figure.kind == Kind::Text) {
         const QPointF at = view.toScreen(figure.at);

@@ -134,7 +134,7 @@ void show(MainWindow &window, const char *dock)
     widget->raise();
 }
 
-// Copper with the drills over it, then what is measured between two holes, and what is printed.
+// Copper with the drills over it, then what is measured between a pad and a hole, and what is printed.
 void takeViews(MainWindow &window, const Pictures &pictures)
 {
     auto *view = window.findChild<GraphicView *>();
@@ -156,11 +156,12 @@ void takeViews(MainWindow &window, const Pictures &pictures)
     board.setViewport(placeOf(0.30, 0.35), before.pixel / 2.5);
     wholeView();
     trigger("Measure");
-    for (const cam::Point place : {placeOf(0.18, 0.25), placeOf(0.42, 0.45)})
+    for (const cam::Point place : {placeOf(0.186, 0.317), placeOf(0.328, 0.358)})
         QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier, board.toScreen(place).toPoint());
     pictures.take(&window, "measuring");
     trigger("Measure");
-    QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier, board.toScreen(placeOf(0.18, 0.25)).toPoint());
+    QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier,
+                      board.toScreen(placeOf(0.328, 0.358)).toPoint());
     pictures.take(&window, "inspecting");
     QTest::keyClick(&board, Qt::Key_Escape);
     QPrinter printer(QPrinter::HighResolution);

@@ -1,5 +1,7 @@
 #include "workbench/view/lengthunit.h"
 
+#include <QLocale>
+
 #include <cmath>
 
 namespace {
@@ -65,6 +67,7 @@ double roundLength(double value)
 
 QString scaleText(double factor)
 {
-    return factor >= 1.0 ? QString("%1 : 1").arg(factor, 0, 'g', 4)
-                         : QString("1 : %1").arg(1.0 / factor, 0, 'g', 4);
+    const QLocale locale;
+    return factor >= 1.0 ? QString("%1 : 1").arg(locale.toString(factor, 'g', 4))
+                         : QString("1 : %1").arg(locale.toString(1.0 / factor, 'g', 4));
 }

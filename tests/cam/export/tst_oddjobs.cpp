@@ -146,6 +146,16 @@ void tst_OddJobs::unusualFeaturesComeOutRight_data()
     row("an edge of no radius",
         "UNITS=MM\nS P 0\n" + box + "OB 1 1 H\nOC 1 1 1 1 Y\nOS 1 2\nOS 2 2\nOS 2 1\nOE\nSE\n", inBox,
         notInBox);
+    row("full circles in both directions",
+        "UNITS=MM\nS P 0\nOB 5 5 I\nOC 5 5 7 5 Y\nOE\nOB 6 5 H\nOC 6 5 7 5 N\nOE\nOB 15 5 I\nOC 15 5 13 5 "
+        "N\nOE\nOB 14 5 H\nOC 14 5 13 5 Y\nOE\nSE\n",
+        {{5.5, 5}, {7, 6.5}, {14.5, 5}, {13, 3.5}},
+        {{7, 5}, {6.1, 5}, {4.9, 5}, {13, 5}, {13.9, 5}, {15.1, 5}});
+    row("attributes of odd characters",
+        "UNITS=MM\n@0 .nomenclature\n@1 \xff\xfe weird;=,name\n&0 a;b,c=d ; \"x\"\n&1\n$0 r1000\nL 0 0 10 0 "
+        "0 P "
+        "0 ; 0 = 1 ;;\n",
+        onLine, offLine);
     row("a surface without contours", "UNITS=MM\n$0 r1000\nS P 0\nSE\n" + line, onLine, offLine);
     row("a line back and forth in an outline",
         "UNITS=MM\nS P 0\nOB 0 0 I\nOS 4 0\nOS 6 0\nOS 4 0\nOS 4 4\nOS 0 4\nOS 0 0\nOE\n" + hole + "SE\n",

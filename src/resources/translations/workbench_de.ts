@@ -1324,6 +1324,10 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         <source>There is no room for all of what is seen.</source>
         <translation>Für alles, was zu sehen ist, reicht der Platz nicht.</translation>
     </message>
+    <message>
+        <source>The system has no printer.</source>
+        <translation>Das System hat keinen Drucker.</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>

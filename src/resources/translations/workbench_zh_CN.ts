@@ -1318,6 +1318,10 @@ They can also be dropped on this window.</source>
         <source>There is no room for all of what is seen.</source>
         <translation>页面放不下所见的全部内容。</translation>
     </message>
+    <message>
+        <source>The system has no printer.</source>
+        <translation>系统没有打印机。</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>

@@ -11,12 +11,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QPageSetupDialog>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#if QT_CONFIG(printdialog)
+#include <QPageSetupDialog>
+#include <QPrintDialog>
+#endif
 
 namespace {
 
@@ -55,8 +57,11 @@ PrintDialog::PrintDialog(const BoardView &view, QPrinter &printer, const QString
     form->addRow(tr("&Title"), m_title);
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     buttons->button(QDialogButtonBox::Ok)->setText(tr("&Print ..."));
+#if QT_CONFIG(printdialog)
     QPushButton *page = buttons->addButton(tr("P&age ..."), QDialogButtonBox::ActionRole);
     page->setObjectName("PrintPage");
+    connect(page, &QPushButton::clicked, this, &PrintDialog::choosePage);
+#endif
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_fits);
     layout->addLayout(scale);
@@ -69,7 +74,6 @@ PrintDialog::PrintDialog(const BoardView &view, QPrinter &printer, const QString
         m_scales->setChecked(true);
         showLayout();
     });
-    connect(page, &QPushButton::clicked, this, &PrintDialog::choosePage);
     connect(buttons, &QDialogButtonBox::accepted, this, &PrintDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &PrintDialog::reject);
     showLayout();
@@ -87,8 +91,10 @@ QString PrintDialog::title() const
 
 void PrintDialog::choosePage()
 {
+#if QT_CONFIG(printdialog)
     QPageSetupDialog(&m_printer, this).exec();
     showLayout();
+#endif
 }
 
 void PrintDialog::showLayout()
@@ -102,11 +108,19 @@ void PrintDialog::showLayout()
     m_layout->setText(text);
 }
 
-// The system's own window chooses the printer; when that is cancelled, this one stays.
+// The system's own window chooses the printer; when that is cancelled, this one stays. A Qt without that
+// window prints on the printer that the user has chosen for all programs.
 void PrintDialog::accept()
 {
+#if QT_CONFIG(printdialog)
     QPrintDialog dialog(&m_printer, this);
     dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize);
     if (dialog.exec() == QDialog::Accepted)
         QDialog::accept();
+#else
+    if (m_printer.isValid())
+        QDialog::accept();
+    else
+        m_layout->setText(tr("The system has no printer."));
+#endif
 }

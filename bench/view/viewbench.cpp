@@ -122,8 +122,8 @@ int main(int argc, char **argv)
     view.setViewport(start.center, start.pixel / 4);
     waitFor([&] { return view.isDrawn(); });
     for (int i = 0; i < 200; ++i) { // to and fro, twelve pixels a frame
-        const double far = (i % 100 < 50 ? i % 50 : 50 - i % 50) * 12.0 * start.pixel / 4;
-        view.setViewport({start.center.x + far, start.center.y + far / 2}, start.pixel / 4);
+        const double away = (i % 100 < 50 ? i % 50 : 50 - i % 50) * 12.0 * start.pixel / 4;
+        view.setViewport({start.center.x + away, start.center.y + away / 2}, start.pixel / 4);
         panning.push_back(frame(view));
     }
     for (int i = 0; i < 100; ++i) {

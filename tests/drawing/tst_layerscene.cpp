@@ -87,11 +87,11 @@ QString firstDifference(const LayerScene &scene, const ExactPicture &truth, cam:
     scene.draw(canvas, toSamples(viewport), everySample());
     const cam::Transform back = drawing::inverse(toSamples(viewport));
     // A chord, the grid of the job's own symbols, and the corners that both give to curves.
-    const double near = 0.1 * pixel / Canvas::samples + 250.0;
+    const double reach = 0.1 * pixel / Canvas::samples + 250.0;
     for (int y = 0; y < 24 * Canvas::samples; y += 7) {
         for (int x = 0; x < 24 * Canvas::samples; x += 7) {
             const cam::Point at = back({x + 0.5, y + 0.5});
-            const ExactPicture::Reading reading = truth.at(at, near);
+            const ExactPicture::Reading reading = truth.at(at, reach);
             if (reading.isCertain && reading.dark != canvas.sample(x, y))
                 return QString("at %1, %2 nm it should be %3")
                     .arg(at.x, 0, 'f', 0)

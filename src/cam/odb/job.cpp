@@ -11,6 +11,7 @@
 #include "cam/odb/tools.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 
 namespace cam {
@@ -25,6 +26,9 @@ std::optional<fs::path> findFolder(const fs::path &parent, std::string_view fold
     const auto outer = findEntry(parent, folder);
     return outer ? findEntry(*outer, name) : std::nullopt;
 }
+
+// Copies of copies are soon more than any disk holds. Panels of a million features have a hundredth of it.
+constexpr double mostFigures = 1e8;
 
 class LayerReader
 {
@@ -50,6 +54,8 @@ private:
     const Font &font(std::string_view name);
     FeatureSet takeFeatures(FeaturesFile &&file);
     FeaturesContext context();
+    double figuresOf(const FeatureSet &features) const;
+    void refuseTooMany(double figures, const std::string &what) const;
 
     const fs::path &m_job;
     const MatrixLayer &m_layer;
@@ -60,6 +66,8 @@ private:
     LayerImage m_image;
     std::map<std::pair<std::string, SymbolUnit>, std::uint32_t> m_symbols;
     std::map<std::string, std::uint32_t> m_steps;
+    // How many figures each of the image's symbols and steps draws, with what is nested in it.
+    std::vector<double> m_symbolFigures, m_stepFigures;
     std::vector<std::string> m_openSteps; // from the exported step down to the one being read
     ToolKinds m_tools;                    // of all of the steps
     std::size_t m_layerFolders = 0;       // in how many of the steps
@@ -114,6 +122,7 @@ std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
     m_openSteps.push_back(name);
     StepImage step;
     step.name = name;
+    double figures = 0.0;
     StepHeader header;
     if (TextFile::exists(*folder, "stephdr")) {
         const TextFile file(*folder, "stephdr");
@@ -131,9 +140,12 @@ std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
         placed.dy = repeat.dy;
         placed.childDatum = m_image.steps[placed.step].datum;
         step.repeats.push_back(placed);
+        figures += static_cast<double>(placed.nx) * placed.ny * std::max(1.0, m_stepFigures[placed.step]);
     }
     step.datum = header.datum;
     step.features = readStepFeatures(*folder);
+    figures += figuresOf(step.features);
+    refuseTooMany(figures, "step " + name);
     if (isTop) {
         m_image.datum = header.datum;
         if (TextFile::exists(*folder, "profile")) {
@@ -144,8 +156,27 @@ std::uint32_t LayerReader::readStep(const std::string &name, bool isTop)
     m_openSteps.pop_back();
     const auto index = static_cast<std::uint32_t>(m_image.steps.size());
     m_image.steps.push_back(std::move(step));
+    m_stepFigures.push_back(figures);
     m_steps.emplace(name, index);
     return index;
+}
+
+double LayerReader::figuresOf(const FeatureSet &features) const
+{
+    const auto add = [this](double sum, const auto &drawn) {
+        return sum + std::max(1.0, m_symbolFigures[drawn.symbol]);
+    };
+    const double lines = std::accumulate(features.lines.begin(), features.lines.end(), 0.0, add);
+    const double arcs = std::accumulate(features.arcs.begin(), features.arcs.end(), lines, add);
+    const double pads = std::accumulate(features.pads.begin(), features.pads.end(), arcs, add);
+    return pads + static_cast<double>(features.surfaces.size());
+}
+
+void LayerReader::refuseTooMany(double figures, const std::string &what) const
+{
+    if (figures > mostFigures)
+        throw Error(m_job.u8string() + ": the " + what +
+                    " draws more than 100 million figures, with its copies of others");
 }
 
 // A step need not have the layer: what a panel shows is often only in its boards. But a layer's folder that
@@ -216,6 +247,8 @@ std::uint32_t LayerReader::symbolIndex(std::string_view name, SymbolUnit unit)
     }
     if (symbol.standard)
         noteReading(*symbol.standard, key.first);
+    m_symbolFigures.push_back(symbol.features ? figuresOf(*symbol.features) : 1.0);
+    refuseTooMany(m_symbolFigures.back(), "symbol " + key.first);
     const auto index = static_cast<std::uint32_t>(m_image.symbols.size());
     m_image.symbols.push_back(std::move(symbol));
     m_symbols.emplace(key, index);

@@ -288,6 +288,34 @@ private slots:
         QVERIFY(messageOf([&] { readTop(folder); }).endsWith("the step pcb repeats itself"));
     }
 
+    // Copies of copies: arrays, and each level twice in the next.
+    void moreCopiesThanCanBeDrawnAreAnError()
+    {
+        JobFolder folder;
+        folder.features("");
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\nNX=10000\nNY=10000\n}\n");
+        readTop(folder, "panel");
+        folder.write("steps/panel/stephdr", "STEP-REPEAT {\nNAME=PCB\nNX=10001\nNY=10000\n}\n");
+        QVERIFY(messageOf([&] {
+                    readTop(folder, "panel");
+                }).endsWith("the step panel draws more than 100 million figures, with its copies of others"));
+        const auto name = [](int level) { return "level" + QByteArray::number(level); };
+        for (int level = 1; level <= 40; ++level) {
+            const QByteArray repeat =
+                "STEP-REPEAT {\nNAME=" + (level == 1 ? "pcb" : name(level - 1)) + "\n}\n";
+            folder.write("steps/" + name(level) + "/stephdr", repeat + repeat);
+        }
+        QVERIFY(messageOf([&] { readTop(folder, "level40"); }).contains("the step level27 draws more than"));
+
+        folder.features("$0 level40\nP 1 1 0 P 0 0\n");
+        for (int level = 1; level <= 40; ++level) {
+            folder.write("symbols/" + name(level) + "/features", "UNITS=MM\n$0 " +
+                                                                     (level == 1 ? "r50" : name(level - 1)) +
+                                                                     "\nP 0 0 0 P 0 0\nP 1 0 0 P 0 0\n");
+        }
+        QVERIFY(messageOf([&] { readTop(folder); }).contains("the symbol level27 draws more than"));
+    }
+
     void ownSymbolsMayUseOtherSymbols()
     {
         JobFolder folder;

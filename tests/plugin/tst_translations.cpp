@@ -17,7 +17,10 @@
 #include <QProgressDialog>
 #include <QToolBar>
 
+#include <atomic>
+#include <chrono>
 #include <memory>
+#include <thread>
 
 using recording_host::layer;
 using recording_host::state;
@@ -190,9 +193,12 @@ void tst_Translations::progressDialog()
             const auto *progress = qobject_cast<QProgressDialog *>(object);
             if (progress && event->type() == QEvent::Show)
                 shown << progress->windowTitle() + " " + progress->labelText();
+            if (shown.size() > 1)
+                isShownAgain = true;
             return false;
         }
         QStringList shown;
+        std::atomic<bool> isShownAgain{false};
     };
     OpenDialog dialog({layer("BOARD", "SIGNAL", "Top")});
     dialog.setChecked({0});
@@ -200,9 +206,12 @@ void tst_Translations::progressDialog()
     qApp->installEventFilter(&watch);
     QStringList asked;
     m_language->onText = [&asked](const QString &text) { asked << text; };
-    // The dialog is shown again for the layer with its first value.
+    // The dialog is shown again for the layer with its first value; a layer that is written before anybody
+    // looks at the value has none.
     state().onExport = [&watch](const recording_host::ExportCall &call) {
         call.progress->set_value(1.0);
+        for (int i = 0; i < 500 && !watch.isShownAgain; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
         return true;
     };
     dialog.button("OKButton")->click();

@@ -681,7 +681,7 @@ double Reader::length(std::string_view text)
         decimals = text.size() - point - 1;
     } else {
         const Digits format = digits();
-        const auto all = static_cast<std::size_t>(format.whole + format.decimals);
+        const auto all = static_cast<std::size_t>(format.whole) + static_cast<std::size_t>(format.decimals);
         const std::optional<Zeros> zeros = m_zeros ? m_zeros : m_commentedZeros;
         m_assumesDigits = m_assumesDigits || (!m_digits && !m_commentedDigits);
         m_assumesZeros = m_assumesZeros || (!zeros && figures.size() != all);
@@ -758,7 +758,7 @@ bool isExcellon(std::string_view head)
             return false;
         found = found || line == "M48" ||
                 (line[0] == 'T' && line.size() > 2 && isDigit(line[1]) &&
-                 line.find_first_of("C") != std::string_view::npos);
+                 line.find('C') != std::string_view::npos);
     }
     return found;
 }

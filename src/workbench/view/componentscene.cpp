@@ -182,6 +182,7 @@ std::vector<drawing::FoundFeature> ComponentScene::componentsAt(cam::Point place
     });
     std::sort(hits.begin(), hits.end(), [](const Hit &a, const Hit &b) { return a.size < b.size; });
     std::vector<drawing::FoundFeature> found;
+    found.reserve(hits.size());
     for (const Hit &hit : hits)
         found.push_back(hit.feature);
     return found;

@@ -145,9 +145,10 @@ void GraphicView::showScenes()
     m_names.setLayers(named);
     m_differences.setLayers(m_job, m_step,
                             m_areDifferencesSeen ? compared : std::vector<Differences::Layer>());
-    for (const drawing::ColoredScene &scene : m_differences.scenes())
-        scenes.push_back(scene);
+    const std::vector<drawing::ColoredScene> differing = m_differences.scenes();
+    scenes.insert(scenes.end(), differing.begin(), differing.end());
     std::vector<std::shared_ptr<const drawing::LayerScene>> layers;
+    layers.reserve(inspected.size());
     for (const Inspection::Layer &layer : inspected)
         layers.push_back(layer.scene);
     if (m_found.setLayers(layers))

@@ -60,6 +60,8 @@ PrintDialog::PrintDialog(const BoardView &view, QPrinter &printer, const QString
 #if QT_CONFIG(printdialog)
     QPushButton *page = buttons->addButton(tr("P&age ..."), QDialogButtonBox::ActionRole);
     page->setObjectName("PrintPage");
+    // Where the system has no printer the page is one of a PDF file, which that window does not know.
+    page->setEnabled(m_printer.outputFormat() == QPrinter::NativeFormat);
     connect(page, &QPushButton::clicked, this, &PrintDialog::choosePage);
 #endif
     auto *layout = new QVBoxLayout(this);

@@ -5,6 +5,7 @@
 #include "tests/support/recordinghost.h"
 #include "tests/support/temporaryworkingfolder.h"
 
+#include <QScopeGuard>
 #include <QSemaphore>
 #include <QtTest>
 
@@ -18,7 +19,8 @@ using recording_host::state;
 namespace {
 
 // Holds a job of its kind at its work until it is opened. An export is held in the host's call, an import
-// where it logs that there is no archive.
+// where it logs that there is no archive. It outlives the job: an opened semaphore may still be in use by the
+// job's thread.
 class Gate : public google::LogSink
 {
 public:
@@ -36,7 +38,6 @@ public:
     }
     ~Gate() override
     {
-        open();
         google::RemoveLogSink(this);
         state().onExport = nullptr;
     }
@@ -90,8 +91,9 @@ void theLockGuardsAJobThatHasNotStarted()
 template <typename Job>
 void theLockGuardsARunningJob()
 {
+    Gate gate;
     Job job;
-    Gate gate; // opens before the job waits for its end
+    const auto letGo = qScopeGuard([&gate] { gate.open(); }); // before the job waits for its end
     job.do_process();
     QVERIFY(gate.waitUntilHeld());
     bool isFinished = true;
@@ -103,8 +105,9 @@ void theLockGuardsARunningJob()
 template <typename Job>
 void theJobRunsByItself()
 {
-    Job job;
     Gate gate;
+    Job job;
+    const auto letGo = qScopeGuard([&gate] { gate.open(); });
     job.do_process();
     QVERIFY(gate.waitUntilHeld()); // a deferred task does not come there
     QVERIFY(job.task.wait_for(std::chrono::seconds(0)) == std::future_status::timeout);

@@ -562,8 +562,8 @@ void tst_Sequence::anyOrderIsSurvived()
         const int steps = int(numberFrom("FILE_PROCESS_STEPS", 1000));
         int done = 0;
         // Short runs of a slow machine go on until they did each of these once.
-        while (done < steps
-               || (done < 20 * steps && !(host.dialogsOpened && host.filesTaken && host.deletions))) {
+        while (done < steps ||
+               (done < 20 * steps && !(host.dialogsOpened && host.filesTaken && host.deletions))) {
             host.step();
             ++done;
         }

@@ -5,7 +5,6 @@
 #include "tests/support/recordinghost.h"
 #include "tests/support/temporaryworkingfolder.h"
 
-#include <QScopeGuard>
 #include <QSemaphore>
 #include <QtTest>
 
@@ -45,6 +44,13 @@ public:
     // False when the job does not come to its work; gives up after half a minute.
     bool waitUntilHeld() { return m_held.tryAcquire(1, 30000); }
     void open() { m_open.release(2); }
+
+    // Opens the gate when it goes: before the job, which was made earlier, waits for its end.
+    struct Opener
+    {
+        Gate &gate;
+        ~Opener() { gate.open(); }
+    };
 
     void send(google::LogSeverity, const char *, const char *baseFileName, int,
               const google::LogMessageTime &, const char *, size_t) override
@@ -93,7 +99,7 @@ void theLockGuardsARunningJob()
 {
     Gate gate;
     Job job;
-    const auto letGo = qScopeGuard([&gate] { gate.open(); }); // before the job waits for its end
+    const Gate::Opener opener{gate};
     job.do_process();
     QVERIFY(gate.waitUntilHeld());
     bool isFinished = true;
@@ -107,7 +113,7 @@ void theJobRunsByItself()
 {
     Gate gate;
     Job job;
-    const auto letGo = qScopeGuard([&gate] { gate.open(); });
+    const Gate::Opener opener{gate};
     job.do_process();
     QVERIFY(gate.waitUntilHeld()); // a deferred task does not come there
     QVERIFY(job.task.wait_for(std::chrono::seconds(0)) == std::future_status::timeout);

@@ -2,13 +2,12 @@
 #include "cam/excellon/excellonreader.h"
 
 #include "cam/base/error.h"
+#include "cam/base/inputfile.h"
 #include "cam/base/numbers.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 
@@ -110,7 +109,10 @@ bool isMachineSetting(std::string_view command)
 class Reader
 {
 public:
-    Reader(std::string_view text, const std::string &file) : m_text(text), m_file(file) {}
+    Reader(std::string_view text, const std::string &file, const std::function<void(double)> &report)
+        : m_text(text), m_file(file), m_progress(report, text.size())
+    {
+    }
 
     DrillImage read();
 
@@ -158,6 +160,7 @@ private:
 
     std::string_view m_text;
     const std::string &m_file;
+    ReadingProgress m_progress;
     std::size_t m_at = 0;
     std::size_t m_line = 0;
     bool m_isHeader = false;
@@ -202,6 +205,7 @@ bool Reader::nextLine(std::string_view &line)
 {
     if (m_at >= m_text.size())
         return false;
+    m_progress.reach(m_at);
     ++m_line;
     const std::size_t end = std::min(m_text.find_first_of("\r\n", m_at), m_text.size());
     line = trimmed(m_text.substr(m_at, end - m_at));
@@ -727,20 +731,19 @@ void Reader::addAssumptions()
 
 } // namespace
 
-DrillImage readExcellon(std::string_view text, const std::string &file)
+DrillImage readExcellon(std::string_view text, const std::string &file,
+                        const std::function<void(double)> &report)
 {
-    return Reader(text, file).read();
+    DrillImage image = Reader(text, file, report).read();
+    report(1.0);
+    return image;
 }
 
-DrillImage readExcellonFile(const std::filesystem::path &file)
+DrillImage readExcellonFile(const std::filesystem::path &file, const std::function<void(double)> &report)
 {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        throw Error(file.u8string() + ": cannot be opened");
-    const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad())
-        throw Error(file.u8string() + ": cannot be read");
-    return readExcellon(text, file.u8string());
+    const std::string text = readWholeFile(file, [&report](double share) { report(wholeFileShare * share); });
+    return readExcellon(text, file.u8string(),
+                        [&report](double share) { report(wholeFileShare + (1.0 - wholeFileShare) * share); });
 }
 
 // A header, or without one a tool with its diameter; a Gerber file's blocks end with "*".

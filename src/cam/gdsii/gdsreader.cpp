@@ -2,6 +2,7 @@
 #include "cam/gdsii/gdsreader.h"
 
 #include "cam/base/error.h"
+#include "cam/base/inputfile.h"
 #include "cam/gdsii/recordtable.h"
 
 #include <algorithm>
@@ -48,11 +49,23 @@ std::string hex(int value)
     return text;
 }
 
+// Of what is left of a stream, in bytes; 0 when it does not know.
+std::size_t sizeOf(std::streambuf &stream)
+{
+    const std::streamoff here = stream.pubseekoff(0, std::ios::cur, std::ios::in);
+    if (here < 0)
+        return 0;
+    const std::streamoff end = stream.pubseekoff(0, std::ios::end, std::ios::in);
+    stream.pubseekpos(here, std::ios::in);
+    return end > here ? static_cast<std::size_t>(end - here) : 0;
+}
+
 // Takes a file apart into records. The current one has been read and is not yet accepted by the grammar.
 class RecordReader
 {
 public:
-    RecordReader(std::istream &stream, const std::string &file) : m_stream(*stream.rdbuf()), m_file(file)
+    RecordReader(std::istream &stream, const std::string &file, const std::function<void(double)> &report)
+        : m_stream(*stream.rdbuf()), m_file(file), m_progress(report, sizeOf(m_stream))
     {
         next();
     }
@@ -114,6 +127,7 @@ private:
 
     std::streambuf &m_stream;
     const std::string &m_file;
+    ReadingProgress m_progress;
     std::array<char, 0x10000> m_data{};
     std::size_t m_at = 0; // byte of the current record in the file
     std::size_t m_size = 0;
@@ -124,6 +138,7 @@ private:
 void RecordReader::next()
 {
     m_at = m_next;
+    m_progress.reach(m_at);
     if (!read(4))
         fail("a record, found the end of the file");
     const std::size_t length = unsigned16(0);
@@ -183,7 +198,10 @@ std::string RecordReader::text() const
 class Reader
 {
 public:
-    Reader(std::istream &stream, const std::string &file) : m_records(stream, file), m_file(file) {}
+    Reader(std::istream &stream, const std::string &file, const std::function<void(double)> &report)
+        : m_records(stream, file, report), m_file(file)
+    {
+    }
     GdsImage read();
 
 private:
@@ -626,17 +644,23 @@ double Reader::reach(const GdsStructure &structure, const std::vector<double> &r
 
 } // namespace
 
-GdsImage readGds(std::istream &stream, const std::string &file)
+GdsImage readGds(std::istream &stream, const std::string &file, const std::function<void(double)> &report)
 {
-    return Reader(stream, file).read();
+    GdsImage image = Reader(stream, file, report).read();
+    report(1.0);
+    return image;
 }
 
-GdsImage readGdsFile(const std::filesystem::path &file)
+GdsImage readGdsFile(const std::filesystem::path &file, const std::function<void(double)> &report)
 {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw Error(file.u8string() + ": cannot be opened");
-    return readGds(stream, file.u8string());
+    try {
+        return readGds(stream, file.u8string(), report);
+    } catch (const std::ios_base::failure &) { // of a read; it names no file
+        throw Error(file.u8string() + ": cannot be read");
+    }
 }
 
 } // namespace cam

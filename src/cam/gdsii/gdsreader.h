@@ -11,15 +11,20 @@
 #include "cam/gdsii/gdsimage.h"
 
 #include <filesystem>
+#include <functional>
 #include <istream>
 #include <string>
 
 namespace cam {
 
-// `file` is for messages. Throws Error.
-GdsImage readGds(std::istream &stream, const std::string &file);
+// `file` is for messages. `report` takes the share of the stream that has been read, 0 to 1 and never less
+// than before (0 until the end where the stream does not know its size); what it throws, to cancel, is passed
+// on. Throws Error.
+GdsImage readGds(
+    std::istream &stream, const std::string &file, const std::function<void(double)> &report = [](double) {});
 
-// Throws Error when the file cannot be read, and for what it holds.
-GdsImage readGdsFile(const std::filesystem::path &file);
+// `report` as above. Throws Error when the file cannot be read, and for what it holds.
+GdsImage readGdsFile(
+    const std::filesystem::path &file, const std::function<void(double)> &report = [](double) {});
 
 } // namespace cam

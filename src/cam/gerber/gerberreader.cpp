@@ -2,6 +2,7 @@
 #include "cam/gerber/gerberreader.h"
 
 #include "cam/base/error.h"
+#include "cam/base/inputfile.h"
 #include "cam/base/numbers.h"
 #include "cam/gerber/apertureshape.h"
 #include "cam/gerber/macro.h"
@@ -9,8 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -23,6 +22,9 @@ namespace {
 // Panels have a million; more copies than these can only be meant to fill the memory.
 constexpr std::size_t mostObjects = 5'000'000;
 constexpr int mostRepeats = 100'000;
+
+// Copies are made many at a time, of a few bytes of the file.
+constexpr std::size_t objectsPerReport = 0x10000;
 
 // How far the two radii of an arc may differ by rounding: steps of the file's grid.
 constexpr double mostUnevenSteps = 3.0;
@@ -65,7 +67,10 @@ struct Placing
 class Reader
 {
 public:
-    Reader(std::string_view text, const std::string &file) : m_text(text), m_file(file) {}
+    Reader(std::string_view text, const std::string &file, const std::function<void(double)> &report)
+        : m_text(text), m_file(file), m_progress(report, text.size())
+    {
+    }
 
     GerberImage read();
 
@@ -134,6 +139,7 @@ private:
 
     std::string_view m_text;
     const std::string &m_file;
+    ReadingProgress m_progress;
     std::size_t m_at = 0;
     std::size_t m_nextLine = 1;
     std::size_t m_line = 1; // where the current block starts
@@ -188,6 +194,7 @@ private:
 GerberImage Reader::read()
 {
     while (!m_isEnded) {
+        m_progress.reach(m_at);
         while (m_at < m_text.size() && static_cast<unsigned char>(m_text[m_at]) <= ' ')
             m_nextLine += m_text[m_at++] == '\n' ? 1 : 0;
         m_line = m_nextLine;
@@ -238,6 +245,7 @@ void Reader::readCommands()
     std::vector<std::pair<std::string, std::size_t>> macro;
     std::string macroName;
     for (;;) {
+        m_progress.reach(m_at);
         while (m_at < m_text.size() && static_cast<unsigned char>(m_text[m_at]) <= ' ')
             m_nextLine += m_text[m_at++] == '\n' ? 1 : 0;
         const std::size_t line = m_nextLine;
@@ -811,6 +819,8 @@ void Reader::add(const GerberObject &object)
     if (m_image.objects.size() >= mostObjects)
         fail("at most " + std::to_string(mostObjects) + " objects");
     m_image.objects.push_back(object);
+    if (m_image.objects.size() % objectsPerReport == 0)
+        m_progress.repeat();
 }
 
 void Reader::paint(std::uint32_t shape, GerberObjectKind kind, Point at, std::size_t line)
@@ -1009,20 +1019,19 @@ void Reader::endContour()
 
 } // namespace
 
-GerberImage readGerber(std::string_view text, const std::string &file)
+GerberImage readGerber(std::string_view text, const std::string &file,
+                       const std::function<void(double)> &report)
 {
-    return Reader(text, file).read();
+    GerberImage image = Reader(text, file, report).read();
+    report(1.0);
+    return image;
 }
 
-GerberImage readGerberFile(const std::filesystem::path &file)
+GerberImage readGerberFile(const std::filesystem::path &file, const std::function<void(double)> &report)
 {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        throw Error(file.u8string() + ": cannot be opened");
-    const std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad())
-        throw Error(file.u8string() + ": cannot be read");
-    return readGerber(text, file.u8string());
+    const std::string text = readWholeFile(file, [&report](double share) { report(wholeFileShare * share); });
+    return readGerber(text, file.u8string(),
+                      [&report](double share) { report(wholeFileShare + (1.0 - wholeFileShare) * share); });
 }
 
 } // namespace cam

@@ -11,15 +11,20 @@
 #include "cam/gerber/gerberimage.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace cam {
 
-// `file` is for messages. Throws FormatError.
-GerberImage readGerber(std::string_view text, const std::string &file);
+// `file` is for messages. `report` takes the share of the text that has been read, 0 to 1 and never less than
+// before; what it throws, to cancel, is passed on. Throws FormatError.
+GerberImage readGerber(
+    std::string_view text, const std::string &file,
+    const std::function<void(double)> &report = [](double) {});
 
-// Throws Error when the file cannot be read, FormatError for what it holds.
-GerberImage readGerberFile(const std::filesystem::path &file);
+// `report` as above. Throws Error when the file cannot be read, FormatError for what it holds.
+GerberImage readGerberFile(
+    const std::filesystem::path &file, const std::function<void(double)> &report = [](double) {});
 
 } // namespace cam

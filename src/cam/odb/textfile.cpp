@@ -2,6 +2,7 @@
 #include "cam/odb/textfile.h"
 
 #include "cam/base/error.h"
+#include "cam/base/inputfile.h"
 #include "cam/base/paths.h"
 #include "cam/odb/packing.h"
 
@@ -53,14 +54,6 @@ void readFile(std::filebuf &file, char *bytes, std::size_t count, const std::str
         throw Error(name + ": cannot be read to its end");
 }
 
-std::string readWhole(const fs::path &path)
-{
-    std::filebuf file;
-    std::string bytes(openFile(path, file), '\0');
-    readFile(file, bytes.data(), bytes.size(), path.u8string());
-    return bytes;
-}
-
 } // namespace
 
 bool LineReader::next(TextLine &line)
@@ -107,7 +100,7 @@ TextFile::TextFile(const fs::path &folder, std::string_view name)
 {
     const fs::path path = textFilePath(folder, name);
     m_name = path.u8string();
-    m_text = readWhole(path);
+    m_text = readWholeFile(path);
     if (isPacked(m_text))
         m_text = unpack(m_text, name, m_name);
 }
@@ -124,7 +117,7 @@ LineReader LineFile::open(const fs::path &folder, std::string_view name)
     m_file.pubseekpos(0);
     if (!isPacked({first, count}))
         return LineReader([this](char *bytes, std::size_t most) { return read(bytes, most); }, size);
-    m_unpacked = unpack(readWhole(path), name, m_name);
+    m_unpacked = unpack(readWholeFile(path), name, m_name);
     return LineReader(m_unpacked);
 }
 

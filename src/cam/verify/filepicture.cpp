@@ -285,13 +285,14 @@ bool isGds(const std::filesystem::path &file)
     return std::equal(std::begin(header), std::end(header), bytes);
 }
 
-std::unique_ptr<Picture> readPicture(const std::filesystem::path &file, std::optional<std::uint16_t> layer)
+std::unique_ptr<Picture> readPicture(const std::filesystem::path &file, std::optional<std::uint16_t> layer,
+                                     const std::function<void(double)> &report)
 {
     // What stands on it is the step's profile, beside the layer.
     constexpr std::uint16_t profileDatatype = 1;
     if (!isGds(file))
-        return std::make_unique<GerberPicture>(readGerberFile(file), ArcCorners::Compass);
-    GdsImage image = readGdsFile(file);
+        return std::make_unique<GerberPicture>(readGerberFile(file, report), ArcCorners::Compass);
+    GdsImage image = readGdsFile(file, report);
     const auto check = [&](GdsLayer on) {
         if (layer && on.layer != *layer)
             throw Error(file.u8string() + ": expected all shapes on layer " + std::to_string(*layer) +

@@ -8,6 +8,7 @@
 #include "cam/verify/picture.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -91,8 +92,10 @@ private:
 bool isGds(const std::filesystem::path &file);
 
 // What a file shows, without the step's profile. Throws Error for what cannot be read, and for a GDSII file
-// with shapes that are not on the layer `layer`, where that is given.
-std::unique_ptr<Picture> readPicture(const std::filesystem::path &file,
-                                     std::optional<std::uint16_t> layer = std::nullopt);
+// with shapes that are not on the layer `layer`, where that is given. `report` takes the share that has been
+// read, 0 to 1, and may throw to cancel.
+std::unique_ptr<Picture> readPicture(
+    const std::filesystem::path &file, std::optional<std::uint16_t> layer = std::nullopt,
+    const std::function<void(double)> &report = [](double) {});
 
 } // namespace cam::verify

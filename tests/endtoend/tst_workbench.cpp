@@ -356,7 +356,7 @@ private slots:
             QVERIFY(result.file.endsWith(result.layer.toLower() + format));
             QCOMPARE(result.bytes, QFileInfo(result.file).size());
         }
-        QVERIFY2(messageBar()->text().startsWith("11 of 11 layers of beacon were written"),
+        QVERIFY2(messageBar()->text().startsWith("12 of 12 layers of beacon were written, 1 of them empty."),
                  qPrintable(messageBar()->text()));
         QVERIFY(!messageBar()->isFailure());
         QCOMPARE(redRows(), 0);
@@ -555,7 +555,8 @@ private slots:
             QCOMPARE(result.isGood(), result.layer != "TOP");
         ExportResults copy = results();
         QVERIFY2(copy.find("top")->reason.contains("top.gerber"), qPrintable(copy.find("top")->reason));
-        QVERIFY2(messageBar()->text().startsWith("10 of 11 layers of beacon were written, 1 failed."),
+        QVERIFY2(messageBar()->text().startsWith(
+                     "11 of 12 layers of beacon were written, 1 of them empty, 1 failed."),
                  qPrintable(messageBar()->text()));
         QVERIFY(messageBar()->isFailure());
         QCOMPARE(redRows(), 1);
@@ -585,7 +586,8 @@ private slots:
         QCOMPARE(results().layers.size(), dialog.rowCount());
         const int cancelled = results().count(LayerResult::State::Cancelled);
         QVERIFY(cancelled > 0);
-        const int written = results().count(LayerResult::State::Written);
+        const int written =
+            results().count(LayerResult::State::Written) + results().count(LayerResult::State::Empty);
         QCOMPARE(written + cancelled, dialog.rowCount());
         QVERIFY2(messageBar()->text().contains(QString("%1 cancelled").arg(cancelled)),
                  qPrintable(messageBar()->text()));

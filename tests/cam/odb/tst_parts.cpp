@@ -1,5 +1,5 @@
 // What a job says about components, nets and attributes: the files of tests/data/odb, small jobs made of
-// them, and real jobs where there are some.
+// them, the sample job, and real jobs where there are some.
 #include "cam/base/error.h"
 #include "cam/odb/featuresfile.h"
 #include "cam/odb/stepparts.h"
@@ -298,29 +298,31 @@ private slots:
     }
 
     // The pins of a package, placed as the component is, lie where the component's own records say.
-    void pinsOfRealJobsLieWhereTheirComponentsSay_data()
+    void pinsOfJobsLieWhereTheirComponentsSay_data()
     {
-        QTest::addColumn<QString>("archive");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("the sample") << SAMPLE_JOBS "/beacon";
 #ifdef REAL_ARCHIVES
         for (const char *folder : {"", "/unread"}) {
             for (const QFileInfo &file :
                  QDir(QString(REAL_ARCHIVES) + folder).entryInfoList({"*.tgz"}, QDir::Files))
                 QTest::newRow(qPrintable(file.fileName())) << file.absoluteFilePath();
         }
-#else
-        QTest::newRow("none") << QString();
 #endif
     }
-    void pinsOfRealJobsLieWhereTheirComponentsSay()
+    void pinsOfJobsLieWhereTheirComponentsSay()
     {
-        QFETCH(QString, archive);
-        if (archive.isEmpty())
-            QSKIP("there are no real archives beside the project");
+        QFETCH(QString, path);
         const TemporaryWorkingFolder folder;
-        unpackArchive(archive, folder.filePath("job"));
-        const QStringList roots = QDir(folder.filePath("job")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-        QCOMPARE(roots.size(), 1);
-        const Job job(std::filesystem::u8path(folder.filePath("job/" + roots[0]).toStdString()));
+        QString root = path;
+        if (path.endsWith(".tgz")) {
+            unpackArchive(path, folder.filePath("job"));
+            const QStringList roots =
+                QDir(folder.filePath("job")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+            QCOMPARE(roots.size(), 1);
+            root = folder.filePath("job/" + roots[0]);
+        }
+        const Job job(std::filesystem::u8path(root.toStdString()));
         std::vector<std::string> failures;
         const AttributeTypes types = readAttributeTypes(job, failures);
         for (const std::string &failure : failures)

@@ -62,6 +62,8 @@ enum class GerberDoubt : std::uint8_t {
     KeptModeBehindRegion, // a draw behind G37 whose mode (G01, G02, G03) was last stated before it: some
                           // readers go back to the mode that held before G36
     KeptModeInRegion,     // the same behind G36
+    UnstatedMode,         // a draw before the first G01, G02 or G03: taken for a straight line
+    UnstatedPosition,     // a draw or flash before both coordinates: 0 is taken for what is missing
 };
 
 struct GerberRemark

@@ -81,6 +81,7 @@ private:
     {
         fail("nothing of " + what + ", which is not supported");
     }
+    bool skipComment();
     bool readBlock(std::string &block);
     void readCommands();
 
@@ -147,7 +148,7 @@ private:
 
     // FS and MO
     std::optional<Digits> m_x, m_y;
-    bool m_omitsTrailing = false;
+    bool m_omitsTrailing = false, m_omitsNothing = false;
     double m_unit = 0.0; // nanometres; 0 when not stated yet
 
     std::map<std::string, ApertureMacro, std::less<>> m_macros;
@@ -205,6 +206,8 @@ GerberImage Reader::read()
             readCommands();
             continue;
         }
+        if (skipComment())
+            continue;
         std::string block;
         if (!readBlock(block))
             fail("\"*\" at the end of a block");
@@ -217,6 +220,18 @@ GerberImage Reader::read()
     if (m_isRepeating)
         endRepeat();
     return std::move(m_image);
+}
+
+// A comment that ends on its line: some have a "%" in them.
+bool Reader::skipComment()
+{
+    if (m_text.substr(m_at, 3) != "G04")
+        return false;
+    const std::size_t end = m_text.find_first_of("*\r\n", m_at);
+    if (end == std::string_view::npos || m_text[end] != '*')
+        return false;
+    m_at = end + 1;
+    return true;
 }
 
 // Up to the next "*", without line breaks; false when a "%" or the end of the file comes first.
@@ -294,8 +309,13 @@ std::vector<Reader::Word> Reader::wordsOf(std::string_view block)
         while (at < block.size() && isDigit(block[at]))
             ++at;
         words.push_back({letter, block.substr(first, at - first)});
-        if (letter == 'G' && toInteger(words.back().digits) == 4)
+        if (letter == 'G' && toInteger(words.back().digits) == 4) {
+            const bool standsAlone = std::all_of(words.begin(), words.end() - 1,
+                                                 [](const Word &word) { return word.letter == 'N'; });
+            if (!standsAlone)
+                fail("a comment (G04) in a block of its own");
             return {};
+        }
         if (words.back().digits.empty())
             fail("digits behind \"" + std::string(1, letter) + "\"");
     }
@@ -322,11 +342,12 @@ void Reader::takeBlock(std::string_view block)
         const int code = integer(word.digits, "a code");
         if (word.letter == 'G')
             takeG(code);
-        else if (word.letter == 'D' && code >= 1 && code <= 3)
-            operation = code;
-        else if (word.letter == 'D')
-            aperture = code;
-        else if (word.letter == 'M' && (code == 0 || code == 2))
+        else if (word.letter == 'D') {
+            std::optional<int> &number = code >= 1 && code <= 3 ? operation : aperture;
+            if (number)
+                fail("one operation and one aperture in a block");
+            number = code;
+        } else if (word.letter == 'M' && (code == 0 || code == 2))
             ends = true;
         else
             refuse("the code " + std::string(1, word.letter) + std::string(word.digits));
@@ -356,8 +377,11 @@ void Reader::takeOperation(std::optional<int> operation, const Coordinates &coor
         m_position.y = *coordinates[1];
         m_hasY = true;
     }
-    if (!m_hasX || !m_hasY)
-        fail("both coordinates before the first operation");
+    // The position is the origin at first; moving there draws nothing.
+    if (*operation != 2 && (!m_hasX || !m_hasY)) {
+        remark(GerberDoubt::UnstatedPosition);
+        m_hasX = m_hasY = true;
+    }
     m_lastOperation = *operation;
     const Point end = m_position;
     switch (*operation) {
@@ -431,6 +455,9 @@ double Reader::coordinate(std::string_view digits, char letter) const
     const std::size_t significant = digits.size() - std::min(digits.find_first_not_of('0'), digits.size());
     if (digits.empty() || (m_omitsTrailing ? digits.size() : significant) > all)
         fail("a coordinate of at most " + std::to_string(all) + " digits");
+    if (m_omitsNothing && significant > 0 && digits.size() < all)
+        fail("a coordinate of " + std::to_string(all) +
+             " digits, as FS says of no zeros that they are left out");
     double value = 0.0;
     for (const char digit : digits)
         value = value * 10.0 + (digit - '0');
@@ -534,6 +561,8 @@ void Reader::takeOldCommand(std::string_view name, std::string_view text)
     };
     if (name == "IN" || name == "LN") // names of the image and of a layer
         return;
+    if (name == "IC" && isOneOf({"AS"})) // characters are ASCII
+        return;
     if ((name == "AS" && isOneOf({"AXBY"})) || (name == "IP" && isOneOf({"POS"})) ||
         (name == "IR" && isOneOf({"0"})) || (name == "MI" && isOneOf({"", "A0B0", "A0", "B0"})))
         return;
@@ -557,7 +586,7 @@ void Reader::takeOldCommand(std::string_view name, std::string_view text)
     refuse("the command " + std::string(name) + std::string(text.substr(0, 32)));
 }
 
-// "LAX24Y24"
+// "LAX24Y24"; "AX24Y24" and "DAX24Y24" when no zeros are left out.
 void Reader::takeFormat(std::string_view text)
 {
     const std::string_view all = text;
@@ -569,12 +598,12 @@ void Reader::takeFormat(std::string_view text)
     };
     if (take('T'))
         m_omitsTrailing = true;
-    else if (!take('L') && !take('D'))
-        fail("L or T behind FS, not \"" + std::string(all) + "\"");
+    else if (!take('L'))
+        m_omitsNothing = take('D') || (!text.empty() && (text[0] == 'A' || text[0] == 'I'));
     if (take('I'))
         refuse("incremental coordinates (FS" + std::string(all) + ")");
     if (!take('A'))
-        fail("A behind FSL");
+        fail("L or T, and A, behind FS, not \"" + std::string(all) + "\"");
     const auto digits = [&](char letter) -> Digits {
         if (!take(letter) || text.size() < 2 || !isDigit(text[0]) || !isDigit(text[1]))
             fail("X and Y with two digits each behind FSLA, not \"" + std::string(all) + "\"");
@@ -912,8 +941,12 @@ Point Reader::singleQuadrantCenter(Point end, Point offset) const
 // Nothing for an arc without length.
 std::optional<Edge> Reader::edgeTo(Point end, Point offset)
 {
-    if (m_mode == Mode::Unknown)
-        fail("G01, G02 or G03 before the first D01");
+    if (m_mode == Mode::Unknown) {
+        if (offset != Point{})
+            fail("G02 or G03 before the first I or J");
+        remark(GerberDoubt::UnstatedMode);
+        m_mode = Mode::Line;
+    }
     if (m_isInRegion ? m_keepsModeInRegion : m_keepsModeBehindRegion) {
         remark(m_isInRegion ? GerberDoubt::KeptModeInRegion : GerberDoubt::KeptModeBehindRegion);
         m_keepsModeInRegion = m_keepsModeBehindRegion = false;

@@ -226,6 +226,21 @@ void tst_GerberReader::paintsWhatTheFileSays_data()
           "%FSLAX33Y33*%\r\n%MOMM*%\r\n%AMA*\r\n4,1,3,\r\n0,0,\r\n2,0,\r\n0,2,\r\n0,0,0*%\r\n%ADD10A*%"
           "\r\nD10*\r\nX0Y0D03*\r\nM02*\r\n",
           "0.5,0.5", "1.5,1.5");
+    whole("no mode before the first draw, as some board programs begin",
+          "%FSLAX33Y33*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D02*\nX5000D01*\nM02*\n", "2,0", "2,1");
+    whole("the position is the origin at first",
+          "%FSLAX33Y33*%\n%MOMM*%\n%ADD10C,1*%\nG01*D02*D10*\nX5000D01*\nM02*\n", "0,0 2,0", "2,1");
+    whole("a comment with a % in it",
+          "G04 #@! %TF.Part,Single*\nG04 === 100% ===*%FSLAX33Y33*MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*"
+          "\n",
+          "0,0", "1,0");
+    whole("a comment of several lines",
+          "G04 one\ntwo X1Y1D03*\n%FSLAX33Y33*MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*\n", "0,0", "1,0");
+    whole("characters by ICAS", "%ICAS*%\n%FSLAX33Y33*MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*\n", "0,0",
+          "1,0");
+    whole("no zeros left out",
+          "%FSAX24Y24*MOIN*%\n%ADD10C,0.1*%\nD10*\nX010000Y-010000D03*\nX0Y0D03*\nM02*\n", "25.4,-25.4 0,0",
+          "2.54,0");
     whole("what stands behind M02 is not looked at", "%FSLAX33Y33*MOMM*ADD10C,1*%D10*X0Y0D03*M02*\nX9Q",
           "0,0", "1,0");
 }
@@ -326,8 +341,24 @@ void tst_GerberReader::refusesByNameAndLine_data()
             "file:8: expected G37 before the end of the file");
     refused("an end of no region", c10 + "G37*\n", "file:7: expected G36 before G37");
     refused("a polarity of no kind", head + "%LPX*%\n", "file:5: expected D or C behind LP, not \"X\"");
-    refused("no mode", "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D02*\nX5D01*\n",
-            "file:6: expected G01, G02 or G03 before the first D01");
+    refused("an arc without a mode", "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D02*\nX5I3D01*\n",
+            "file:6: expected G02 or G03 before the first I or J");
+    refused("a comment behind an operation", c10 + "X0Y0D03G04 here*\n",
+            "file:7: expected a comment (G04) in a block of its own");
+    refused("two operations in a block", c10 + "X0Y0D02D01*\n",
+            "file:7: expected one operation and one aperture in a block");
+    refused("two apertures in a block", c10 + "D10D10*\n",
+            "file:7: expected one operation and one aperture in a block");
+    refused("a comment that does not end on its line", "G04 one\n%FSLAX46Y46*%\n",
+            "file:1: expected \"*\" at the end of a block");
+    refused("fewer digits where no zeros are left out", "%FSDAX24Y24*MOIN*%\nX10000Y010000D02*\n",
+            "file:2: expected a coordinate of 6 digits, as FS says of no zeros that they are left out");
+    refused("incremental, no zeros left out", "%FSIX24Y24*%\n",
+            "file:1: expected nothing of incremental coordinates (FSIX24Y24), which is not supported");
+    refused("a format without A", "%FSLX24Y24*%\n",
+            "file:1: expected L or T, and A, behind FS, not \"LX24Y24\"");
+    refused("other characters", "%ICEB*%\n",
+            "file:1: expected nothing of the command ICEB, which is not supported");
     refused("no quadrant mode", "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D02*\nG02*\nX5I5D01*\n",
             "file:7: expected G74 or G75 before the first arc");
     refused("an arc about its start", c10 + "X0Y0D02*\nG02*\nX5000000D01*\n",
@@ -341,8 +372,6 @@ void tst_GerberReader::refusesByNameAndLine_data()
     refused("an arc of a rectangle", head + "%ADD10R,2X1*%\nD10*\nX0Y0D02*\nG02*\nX5000000I2500000D01*\n",
             "file:9: expected nothing of an arc drawn with a rectangle, which is not supported");
     refused("no operation", c10 + "X0Y0*\n", "file:7: expected D01, D02 or D03 behind coordinates");
-    refused("half a position", c10 + "X0D02*\n",
-            "file:7: expected both coordinates before the first operation");
     refused("a coordinate twice", c10 + "X0X1Y0D02*\n", "file:7: expected each coordinate once");
     refused("copies without number", c10 + "%SRXYI5J5*%\n", "file:7: expected a number of copies, not \"\"");
     refused("too many copies", c10 + "%SRX1000000*%\n",
@@ -385,6 +414,15 @@ void tst_GerberReader::remarksOnWhatReadersDoubt_data()
         << "3@9";
     QTest::newRow("an open contour") << c10 + "G36*\nG01*\nX0Y0D02*\nX5000000D01*\nY5000000D01*\nG37*\n"
                                      << "0@12";
+    QTest::newRow("no mode at all") << QByteArray(head).replace("G01*\n", "") +
+                                           "%ADD10C,1*%\nD10*\nX0Y0D02*\nX1D01*\nX2D01*\n"
+                                    << "4@7";
+    QTest::newRow("no position at all") << c10 + "D03*\nX1D02*\n"
+                                        << "5@7";
+    QTest::newRow("half a position") << c10 + "X1D02*\nX2D01*\nX3Y1D01*\n"
+                                     << "5@8";
+    QTest::newRow("moved without a coordinate") << c10 + "D02*\nX1Y1D02*\n"
+                                                << "";
     QTest::newRow("an uneven arc") << c10 + "G02*\nX0Y0D02*\nX5000000I2400000D01*\n"
                                    << "1@9";
     QTest::newRow("an arc that rounding made uneven") << c10 + "G02*\nX0Y0D02*\nX5000000I2500001D01*\n"

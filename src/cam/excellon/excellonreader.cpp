@@ -135,6 +135,7 @@ private:
     // ---- work
     std::vector<Word> wordsOf(std::string_view line) const;
     void takeWords(std::string_view line);
+    void takeOrigin(const std::vector<Word> &words);
     void takeG(int code);
     void takeM(int code);
     void takeTool(const std::vector<Word> &words);
@@ -358,6 +359,8 @@ void Reader::takeWords(std::string_view line)
         fail("a setting of the header, not \"" + std::string(line.substr(0, 64)) + "\"");
     if (words[0].letter == 'R')
         return repeat(words);
+    if (words[0].letter == 'G' && toInteger(words[0].value) == 93)
+        return takeOrigin(words);
     std::size_t g85 = words.size();
     bool hasPlace = false;
     for (std::size_t i = 0; i < words.size() && !m_isEnded; ++i) {
@@ -395,6 +398,18 @@ void Reader::takeWords(std::string_view line)
         drill(words);
     else
         rout(words);
+}
+
+// "G93X0Y0" leaves the origin where it is.
+void Reader::takeOrigin(const std::vector<Word> &words)
+{
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        const bool isPlace = words[i].letter == 'X' || words[i].letter == 'Y';
+        if (!isPlace || words[i].value.find_first_of("123456789") != std::string_view::npos)
+            refuse("G93 (another origin)");
+    }
+    if (words.size() == 1)
+        refuse("G93 (another origin)");
 }
 
 void Reader::takeG(int code)

@@ -116,6 +116,8 @@ void tst_ExcellonReader::readsHolesAndPaths_data()
                                   << QStringList{"T1 hit 1,0", "T2 hit 2,0", "T1 hit 3,0"};
     QTest::newRow("increments") << metric + "G91\nX1000Y1000\nX500\nY-500\nG90\nX0Y0\nM30\n"
                                 << QStringList{"T1 hit 1,1", "T1 hit 1.5,1", "T1 hit 1.5,0.5", "T1 hit 0,0"};
+    QTest::newRow("an origin that stays where it is") << metric + "G93X0Y0\nX1000Y1000\nM30\n"
+                                                      << QStringList{"T1 hit 1,1"};
     QTest::newRow("ICI") << QByteArray("M48\nMETRIC,TZ\nICI,ON\nT1C1.0\n%\nT1\nX1.0Y1.0\nX1.0\nM30\n")
                          << QStringList{"T1 hit 1,1", "T1 hit 2,1"};
     QTest::newRow("repeats") << metric + "X1000Y1000\nR2X2540\nR1Y-1000\nM30\n"
@@ -182,6 +184,9 @@ void tst_ExcellonReader::refusesByNameAndLine_data()
     QTest::newRow("two units") << QByteArray("M48\nMETRIC\nT1C0.8\n%\nM72\nM30\n")
                                << "file:5: expected one unit in the whole file";
     QTest::newRow("canned circle") << behind("G32X0Y0A1") << "file:8: expected nothing of the code G32";
+    QTest::newRow("another origin") << behind("G93X0Y100")
+                                    << "file:8: expected nothing of G93 (another origin)";
+    QTest::newRow("an origin without coordinates") << behind("G93") << "file:8: expected nothing of G93";
     QTest::newRow("a path beside the tool") << behind("G41") << "file:8: expected nothing of G41";
     QTest::newRow("pattern") << behind("M25") << "file:8: expected nothing of the code M25";
     QTest::newRow("canned text") << behind("M97,A") << "file:8: expected a capital letter and a number";

@@ -2,6 +2,7 @@
 
 #include "cam/base/paths.h"
 #include "cam/odb/fields.h"
+#include "cam/odb/lengthunit.h"
 
 #include <cmath>
 
@@ -21,7 +22,6 @@ public:
 
 private:
     void readLine(const TextLine &line);
-    void readUnits(Fields &fields, std::string_view value);
     void readComponent(Fields &fields, const TextLine &line);
     void readToeprint(Fields &fields);
     void readProperty(Fields &fields);
@@ -61,17 +61,9 @@ void Reader::readLine(const TextLine &line)
     else if (word == "PRP")
         readProperty(fields);
     else if (word == "U")
-        readUnits(fields, fields.word());
+        m_unit = nanometresPer(lengthUnit(fields.word(), fields));
     else if (lowerCase(word.substr(0, 6)) == "units=")
-        readUnits(fields, word.substr(6));
-}
-
-void Reader::readUnits(Fields &fields, std::string_view value)
-{
-    const std::string name = lowerCase(value);
-    if (name != "inch" && name != "mm")
-        fields.fail("INCH or MM");
-    m_unit = nanometresPer(name == "mm" ? LengthUnit::Millimetre : LengthUnit::Inch);
+        m_unit = nanometresPer(lengthUnit(word.substr(6), fields));
 }
 
 Point Reader::readPoint(Fields &fields, const char *what)

@@ -2,6 +2,7 @@
 
 #include "cam/base/paths.h"
 #include "cam/odb/fields.h"
+#include "cam/odb/lengthunit.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,7 +36,6 @@ private:
     void readPackage(Fields &fields);
     void readPin(Fields &fields);
     void readOutline(std::string_view word, Fields &fields);
-    void readUnits(Fields &fields, std::string_view value);
     Point readPoint(Fields &fields, const char *what);
     double readLength(Fields &fields, const char *what);
 
@@ -90,20 +90,12 @@ void Reader::readLine(const TextLine &line)
     } else if (word == "FGR") {
         m_part = Part::Other;
     } else if (word == "U") {
-        readUnits(fields, fields.word());
+        m_unit = nanometresPer(lengthUnit(fields.word(), fields));
     } else if (lowerCase(word.substr(0, 6)) == "units=") {
-        readUnits(fields, word.substr(6));
+        m_unit = nanometresPer(lengthUnit(word.substr(6), fields));
     } else {
         readOutline(word, fields);
     }
-}
-
-void Reader::readUnits(Fields &fields, std::string_view value)
-{
-    const std::string name = lowerCase(value);
-    if (name != "inch" && name != "mm")
-        fields.fail("INCH or MM");
-    m_unit = nanometresPer(name == "mm" ? LengthUnit::Millimetre : LengthUnit::Inch);
 }
 
 double Reader::readLength(Fields &fields, const char *what)

@@ -5,6 +5,7 @@
 #include "cam/base/paths.h"
 #include "cam/model/trigonometry.h"
 #include "cam/odb/fields.h"
+#include "cam/odb/lengthunit.h"
 #include "cam/odb/textfile.h"
 
 #include <algorithm>
@@ -210,10 +211,7 @@ void Reader::readHeaderLine(const TextLine &line)
 void Reader::readUnits(const TextLine &line, std::string_view word)
 {
     Fields fields(word, line.number, m_file);
-    const std::string name = lowerCase(fields.word());
-    if (name != "inch" && name != "mm")
-        fields.fail("INCH or MM");
-    const LengthUnit unit = name == "mm" ? LengthUnit::Millimetre : LengthUnit::Inch;
+    const LengthUnit unit = lengthUnit(fields.word(), fields);
     if (nanometresPer(unit) != m_unit && !m_result.features.order.empty())
         fields.fail("the unit before the first feature");
     m_hasUnit = true;

@@ -2,6 +2,7 @@
 
 #include "cam/base/error.h"
 #include "cam/base/numbers.h"
+#include "cam/odb/lengthunit.h"
 #include "cam/odb/textfile.h"
 
 #include <algorithm>
@@ -72,12 +73,12 @@ int StructuredText::integer(const StructuredBlock &block, std::string_view key, 
 std::optional<LengthUnit> StructuredText::units() const
 {
     const StructuredField *field = top.find("UNITS");
-    const std::string unit = field ? upperCase(field->value) : std::string();
-    if (unit.empty())
+    if (!field || field->value.empty())
         return std::nullopt;
-    if (unit != "INCH" && unit != "MM")
+    const std::optional<LengthUnit> unit = lengthUnit(field->value);
+    if (!unit)
         throw FormatError(file, field->line, "INCH or MM for UNITS");
-    return unit == "MM" ? LengthUnit::Millimetre : LengthUnit::Inch;
+    return unit;
 }
 
 StructuredText parseStructuredText(std::string_view text, const std::string &file)

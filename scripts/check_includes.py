@@ -46,7 +46,7 @@ DEPENDENCIES = {
 # What judges the writers shares points, polygons and the readers with them, and nothing of their ways of drawing.
 ONLY = {
     "cam/verify": {
-        "cam/polygon": ("gridpolygon.h", "arrangement.h"),
+        "cam/polygon": ("gridpolygon.h", "arrangement.h", "orientation.h"),
         "cam/gdsii": ("gdsimage.h", "gdsreader.h"),
         "cam/gerber": ("gerberimage.h", "gerberreader.h"),
         "cam/model": ("contour.h", "exportoptions.h", "layerimage.h", "point.h", "trigonometry.h"),

@@ -2,6 +2,8 @@
 
 #include "cam/base/error.h"
 
+#include <QtEndian>
+
 #include <cmath>
 
 namespace cam::gdsii {
@@ -11,17 +13,13 @@ namespace {
 // Most significant byte first; return what follows.
 char *put16(std::uint32_t value, char *bytes)
 {
-    bytes[0] = static_cast<char>((value >> 8) & 0xFF);
-    bytes[1] = static_cast<char>(value & 0xFF);
+    qToBigEndian(static_cast<quint16>(value), bytes);
     return bytes + 2;
 }
 
 char *put32(std::uint32_t value, char *bytes)
 {
-    bytes[0] = static_cast<char>(value >> 24);
-    bytes[1] = static_cast<char>((value >> 16) & 0xFF);
-    bytes[2] = static_cast<char>((value >> 8) & 0xFF);
-    bytes[3] = static_cast<char>(value & 0xFF);
+    qToBigEndian(static_cast<quint32>(value), bytes);
     return bytes + 4;
 }
 

@@ -224,9 +224,7 @@ void Nesting::orient()
 // Whether an outline that touches itself encloses places twice, or some on the wrong side.
 bool crossesItself(const GridOutline &outline)
 {
-    GridRing ring = ringOf(outline);
-    makeCounterClockwise(ring);
-    return crossesItself(ring);
+    return crossesItself(ringOf(outline));
 }
 
 void Nesting::findMeetings()

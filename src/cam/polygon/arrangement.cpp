@@ -1,7 +1,9 @@
 #include "cam/polygon/arrangement.h"
 
 #include "cam/base/error.h"
+#include "cam/polygon/orientation.h"
 #include "cam/polygon/roundlimit.h"
+#include "cam/polygon/selfmeeting.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,65 +16,6 @@ namespace {
 
 constexpr std::uint32_t none = UINT32_MAX;
 constexpr int usualRounds = 2; // of most polygons
-
-// A product of 128 bits: magnitude and sign.
-struct Product
-{
-    std::uint64_t high = 0, low = 0;
-    bool isNegative = false;
-};
-
-Product multiply(std::int64_t a, std::int64_t b)
-{
-    const auto magnitude = [](std::int64_t v) {
-        return v < 0 ? 0 - static_cast<std::uint64_t>(v) : static_cast<std::uint64_t>(v);
-    };
-    const std::uint64_t u = magnitude(a), v = magnitude(b), half = 0xFFFFFFFFu;
-    const std::uint64_t lowLow = (u & half) * (v & half), lowHigh = (u & half) * (v >> 32);
-    const std::uint64_t highLow = (u >> 32) * (v & half), highHigh = (u >> 32) * (v >> 32);
-    const std::uint64_t middle = (lowLow >> 32) + (lowHigh & half) + (highLow & half);
-    Product product;
-    product.low = (middle << 32) | (lowLow & half);
-    product.high = highHigh + (lowHigh >> 32) + (highLow >> 32) + (middle >> 32);
-    product.isNegative = (a < 0) != (b < 0) && (product.high | product.low) != 0;
-    return product;
-}
-
-int compare(const Product &a, const Product &b)
-{
-    if (a.isNegative != b.isNegative)
-        return a.isNegative ? -1 : 1;
-    const auto magnitudeA = std::make_pair(a.high, a.low), magnitudeB = std::make_pair(b.high, b.low);
-    if (magnitudeA == magnitudeB)
-        return 0;
-    return (magnitudeA < magnitudeB) != a.isNegative ? -1 : 1;
-}
-
-GridPoint operator-(GridPoint a, GridPoint b)
-{
-    return {a.x - b.x, a.y - b.y};
-}
-
-// Products of such numbers, and their differences, fit into 64 bits.
-bool isSmall(GridPoint v)
-{
-    constexpr std::int64_t bound = std::int64_t(1) << 31;
-    return v.x > -bound && v.x < bound && v.y > -bound && v.y < bound;
-}
-
-// 1 when `v` points to the left of `u`, -1 when to the right.
-int side(GridPoint u, GridPoint v)
-{
-    if (!isSmall(u) || !isSmall(v))
-        return compare(multiply(u.x, v.y), multiply(u.y, v.x));
-    const std::int64_t left = u.x * v.y, right = u.y * v.x;
-    return left < right ? -1 : left > right ? 1 : 0;
-}
-
-int side(GridPoint from, GridPoint to, GridPoint p)
-{
-    return side(to - from, p - from);
-}
 
 // Whether `p` lies in the box of the edge from `a` to `b`.
 bool isWithin(GridPoint p, GridPoint a, GridPoint b)
@@ -334,10 +277,10 @@ void Arrangement::meet(std::uint32_t i, std::uint32_t j)
     const Segment &p = m_segments[i], &q = m_segments[j];
     if (m_rounds >= usualRounds && drawTogether(i, j))
         return;
-    const int qa = side(p.a, p.b, q.a), qb = side(p.a, p.b, q.b);
+    const int qa = sideOf(p.a, p.b, q.a), qb = sideOf(p.a, p.b, q.b);
     if (qa != 0 && qa == qb)
         return;
-    const int pa = side(q.a, q.b, p.a), pb = side(q.a, q.b, p.b);
+    const int pa = sideOf(q.a, q.b, p.a), pb = sideOf(q.a, q.b, p.b);
     if (pa != 0 && pa == pb)
         return;
     if (qa == 0)
@@ -432,7 +375,8 @@ void Arrangement::sortFromBelow()
         while (end != m_segments.end() && end->a == first->a)
             ++end;
         if (end - first > 1) {
-            std::sort(first, end, [](const Segment &s, const Segment &t) { return side(s.a, s.b, t.b) > 0; });
+            std::sort(first, end,
+                      [](const Segment &s, const Segment &t) { return sideOf(s.a, s.b, t.b) > 0; });
         }
         first = end;
     }
@@ -460,8 +404,8 @@ void Arrangement::sweep()
             if (edge != none)
                 (m_edges[edge].to == at ? m_edges[edge].toCorner : m_edges[edge].fromCorner) = corner;
         }
-        const auto position = std::partition_point(m_crossed.begin(), m_crossed.end(),
-                                                   [at](const Crossed &s) { return side(s.a, s.b, at) > 0; });
+        const auto position = std::partition_point(
+            m_crossed.begin(), m_crossed.end(), [at](const Crossed &s) { return sideOf(s.a, s.b, at) > 0; });
         auto ended = position;
         while (ended != m_crossed.end() && ended->b == at)
             ++ended;
@@ -524,17 +468,17 @@ std::uint32_t Arrangement::next(std::uint32_t edge) const
 {
     const std::uint32_t corner = m_edges[edge].toCorner;
     const GridPoint back = m_edges[edge].from - m_edges[edge].to;
-    const auto turn = [&](std::uint32_t leaving) {
-        const int s = side(back, m_edges[leaving].to - m_edges[leaving].from);
+    const auto turned = [&](std::uint32_t leaving) {
+        const int s = turn(back, m_edges[leaving].to - m_edges[leaving].from);
         return s < 0 ? 0 : s == 0 ? 1 : 2; // less than a half turn, a half, more
     };
     std::uint32_t best = m_leaving[m_firstAt[corner]];
     for (std::uint32_t i = m_firstAt[corner] + 1; i < m_firstAt[corner + 1]; ++i) {
         const std::uint32_t other = m_leaving[i];
-        const int turnBest = turn(best), turnOther = turn(other);
+        const int turnBest = turned(best), turnOther = turned(other);
         if (turnOther < turnBest ||
             (turnOther == turnBest &&
-             side(m_edges[best].to - m_edges[best].from, m_edges[other].to - m_edges[other].from) > 0))
+             turn(m_edges[best].to - m_edges[best].from, m_edges[other].to - m_edges[other].from) > 0))
             best = other;
     }
     return best;
@@ -586,7 +530,7 @@ void straighten(GridRing &ring)
     for (std::size_t i = 0; i < ring.size(); ++i) {
         const GridPoint after = ring[i + 1 < ring.size() ? i + 1 : 0];
         const GridPoint before = used > 0 ? ring[used - 1] : ring.back();
-        if (side(before, ring[i], after) != 0)
+        if (sideOf(before, ring[i], after) != 0)
             ring[used++] = ring[i];
     }
     ring.resize(used);
@@ -618,90 +562,17 @@ RepeatedArea Arrangement::repeated()
     return m_repeated;
 }
 
-bool leadsRight(GridPoint edge)
-{
-    return edge.x > 0 || (edge.x == 0 && edge.y > 0);
-}
-
-// An edge with its box, along the longer side of its ring and across.
-struct BoxedEdge
-{
-    BoxedEdge(GridPoint start, GridPoint finish, bool isTall)
-        : from(start), to(finish), begin(std::min(isTall ? from.y : from.x, isTall ? to.y : to.x)),
-          end(std::max(isTall ? from.y : from.x, isTall ? to.y : to.x)),
-          low(std::min(isTall ? from.x : from.y, isTall ? to.x : to.y)),
-          high(std::max(isTall ? from.x : from.y, isTall ? to.x : to.y))
-    {
-    }
-    GridPoint from, to;
-    std::int64_t begin, end; // along
-    std::int64_t low, high;  // across
-};
-
-// False only where no edge meets one that is not its neighbour, and none turns back: most rings. Gives up,
-// with a yes, where edges are long and many.
-bool mayMeetItself(const GridRing &ring)
-{
-    GridBox extent;
-    extent.add(ring);
-    const bool isTall = extent.high.y - extent.low.y > extent.high.x - extent.low.x;
-    const std::size_t count = ring.size();
-    const auto endOf = [&](std::size_t i) { return ring[i + 1 < count ? i + 1 : 0]; };
-    bool turnsLeft = false, turnsRight = false, hasLength = true;
-    int changes = 0; // of the direction, from rightwards to leftwards or back
-    for (std::size_t i = 0; i < count; ++i) {
-        const GridPoint edge = endOf(i) - ring[i], next = endOf(i + 1 < count ? i + 1 : 0) - endOf(i);
-        const int turn = side(edge, next);
-        const bool turnsBack = turn == 0 && ((edge.x < 0) != (next.x < 0) || (edge.y < 0) != (next.y < 0));
-        if (turnsBack)
-            return true;
-        turnsLeft = turnsLeft || turn > 0;
-        turnsRight = turnsRight || turn < 0;
-        hasLength = hasLength && edge != GridPoint();
-        changes += leadsRight(edge) != leadsRight(next) ? 1 : 0;
-    }
-    // Once around, turning to one side only: circles and most pads.
-    if (hasLength && changes == 2 && turnsLeft != turnsRight)
-        return false;
-    std::vector<BoxedEdge> edges;
-    edges.reserve(count);
-    for (std::size_t i = 0; i < count; ++i)
-        edges.push_back(BoxedEdge(ring[i], endOf(i), isTall));
-    std::sort(edges.begin(), edges.end(),
-              [](const BoxedEdge &one, const BoxedEdge &other) { return one.begin < other.begin; });
-    std::size_t left = 64 * count; // pairs to look at
-    for (std::size_t i = 0; i < count; ++i) {
-        const BoxedEdge &one = edges[i];
-        for (std::size_t k = i + 1; k < count && edges[k].begin <= one.end; ++k) {
-            const BoxedEdge &other = edges[k];
-            if (left-- == 0)
-                return true;
-            if (other.high < one.low || other.low > one.high)
-                continue;
-            const GridPoint a = one.from, b = one.to, c = other.from, d = other.to;
-            const bool areNeighbours = b == c || d == a;
-            if (areNeighbours ? count == 2 || (b == c && d == a)
-                              : side(a, b, c) * side(a, b, d) <= 0 && side(c, d, a) * side(c, d, b) <= 0)
-                return true;
-        }
-    }
-    return false;
-}
-
 } // namespace
-
-int sideOf(GridPoint from, GridPoint to, GridPoint p)
-{
-    return side(from, to, p);
-}
 
 bool crossesItself(const GridRing &ring)
 {
     constexpr double widestSliver = 4.0; // area by perimeter: half of the width
     if (ring.size() < 4 || !mayMeetItself(ring))
         return false;
+    GridRing turned = ring;
+    makeCounterClockwise(turned);
     Arrangement arrangement(BooleanOperation::Union);
-    arrangement.add(ring, false);
+    arrangement.add(turned, false);
     const RepeatedArea repeated = arrangement.repeated();
     return repeated.area > widestSliver * repeated.perimeter;
 }

@@ -20,11 +20,8 @@ enum class BooleanOperation { Union, Difference };
 std::vector<GridRing> combined(BooleanOperation operation, const std::vector<GridRing> &area,
                                const std::vector<GridRing> &rings);
 
-// 1 when `p` lies to the left of the line from `from` to `to`, -1 when to the right, 0 on it: exactly.
-int sideOf(GridPoint from, GridPoint to, GridPoint p);
-
-// Whether `ring`, counter-clockwise, encloses places twice, or some on the wrong side, that are wider than
-// what rounding makes (eight grid units). It may touch itself.
+// Whether `ring`, whichever way it runs, encloses places twice, or some on the wrong side, that are wider
+// than what rounding makes (eight grid units). It may touch itself.
 bool crossesItself(const GridRing &ring);
 
 // The area, in square grid units, that `rings` enclose a number of times other than 0 or 1.

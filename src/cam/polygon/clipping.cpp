@@ -42,20 +42,19 @@ GridPoint originOf(const std::vector<GridRing> &rings)
                          : GridPoint{(box.low.x + box.high.x) / 2, (box.low.y + box.high.y) / 2};
 }
 
-void emitIsland(GridRing island, std::vector<GridRing> holes, std::size_t mostCorners,
-                const std::function<void(const GridRing &)> &polygon);
-
 // Halves what has too many corners until it has not.
 void emitHalves(const GridRing &ring, std::size_t mostCorners,
                 const std::function<void(const GridRing &)> &polygon)
 {
     if (ring.size() < 3)
         return;
+    if (ring.size() <= mostCorners)
+        return polygon(ring);
     GridBox box;
     box.add(ring);
     const bool alongX = box.high.x - box.low.x >= box.high.y - box.low.y;
     const std::int64_t size = alongX ? box.high.x - box.low.x : box.high.y - box.low.y;
-    if (ring.size() <= mostCorners || size < 2)
+    if (size < 2)
         return polygon(ring);
     std::vector<std::int64_t> positions;
     positions.reserve(ring.size());
@@ -70,14 +69,6 @@ void emitHalves(const GridRing &ring, std::size_t mostCorners,
         // A cut leaves parts linked along the line: take them apart.
         emitSimple(cleaned({part}), mostCorners, polygon);
     }
-}
-
-void emitIsland(GridRing island, std::vector<GridRing> holes, std::size_t mostCorners,
-                const std::function<void(const GridRing &)> &polygon)
-{
-    if (!holes.empty())
-        island = linkHoles(std::move(island), std::move(holes));
-    emitHalves(island, mostCorners, polygon);
 }
 
 } // namespace
@@ -112,20 +103,26 @@ std::vector<GridRing> resized(const std::vector<GridRing> &rings, double distanc
     return cleaned(result);
 }
 
-void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,
+void emitSimple(std::vector<GridRing> rings, std::size_t mostCorners,
                 const std::function<void(const GridRing &)> &polygon)
 {
     // Clean rings come island by island, each followed by its holes.
     for (std::size_t i = 0; i < rings.size();) {
+        std::vector<GridRing> holes;
         std::size_t end = i + 1;
-        while (end < rings.size() && doubledArea(rings[end]) < 0.0)
-            ++end;
-        emitIsland(rings[i],
-                   {rings.begin() + static_cast<std::ptrdiff_t>(i) + 1,
-                    rings.begin() + static_cast<std::ptrdiff_t>(end)},
-                   mostCorners, polygon);
+        for (; end < rings.size() && doubledArea(rings[end]) < 0.0; ++end)
+            holes.push_back(std::move(rings[end]));
+        emitIsland(std::move(rings[i]), std::move(holes), mostCorners, polygon);
         i = end;
     }
+}
+
+void emitIsland(GridRing island, std::vector<GridRing> holes, std::size_t mostCorners,
+                const std::function<void(const GridRing &)> &polygon)
+{
+    if (!holes.empty())
+        island = linkHoles(std::move(island), std::move(holes));
+    emitHalves(island, mostCorners, polygon);
 }
 
 } // namespace cam

@@ -23,7 +23,10 @@ std::vector<GridRing> subtracted(const std::vector<GridRing> &area, const std::v
 std::vector<GridRing> resized(const std::vector<GridRing> &rings, double distance);
 
 // Polygons without holes, of at most `mostCorners`, that cover what the (clean) rings cover.
-void emitSimple(const std::vector<GridRing> &rings, std::size_t mostCorners,
+void emitSimple(std::vector<GridRing> rings, std::size_t mostCorners,
+                const std::function<void(const GridRing &)> &polygon);
+// The same of one island, whose holes touch neither each other nor it.
+void emitIsland(GridRing island, std::vector<GridRing> holes, std::size_t mostCorners,
                 const std::function<void(const GridRing &)> &polygon);
 
 } // namespace cam

@@ -25,7 +25,10 @@ struct Crossing
 class Cutter
 {
 public:
-    Cutter(bool alongX, std::int64_t at) : m_alongX(alongX), m_at(at) {}
+    Cutter(bool alongX, std::int64_t at)
+        : m_alongX(alongX), m_across(alongX ? &GridPoint::x : &GridPoint::y), m_at(at)
+    {
+    }
 
     // `ring` must cross the line, and stay where it is.
     void addRing(const GridRing &ring);
@@ -33,12 +36,13 @@ public:
     void join(std::vector<BoxedRing> &low, std::vector<BoxedRing> &high) const;
 
 private:
-    bool isLow(GridPoint p) const { return (m_alongX ? p.x : p.y) <= m_at; }
+    bool isLow(const GridPoint &p) const { return p.*m_across <= m_at; }
     Crossing crossing(GridPoint a, GridPoint b) const;
     std::size_t cornersFrom(std::size_t first) const;
     GridRing joinFrom(std::size_t first, std::vector<bool> &isUsed) const;
 
     bool m_alongX;
+    std::int64_t GridPoint::*m_across;
     std::int64_t m_at;
     std::vector<Crossing> m_crossings;
 };
@@ -63,7 +67,7 @@ void Cutter::addRing(const GridRing &ring)
     const std::size_t first = m_crossings.size();
     bool isFromLow = isLow(ring[0]);
     for (std::size_t i = 0; i < ring.size(); ++i) {
-        const GridPoint to = ring[i + 1 < ring.size() ? i + 1 : 0];
+        const GridPoint &to = ring[i + 1 < ring.size() ? i + 1 : 0];
         const bool isToLow = isLow(to);
         if (isFromLow == isToLow)
             continue;

@@ -285,7 +285,7 @@ void Resolver::resolveWhole(Piece &piece)
         else if (!area.empty())
             area = subtracted(area, rings);
     }
-    emitSimple(area, m_mostCorners, m_polygon);
+    emitSimple(std::move(area), m_mostCorners, m_polygon);
 }
 
 } // namespace

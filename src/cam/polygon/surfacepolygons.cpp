@@ -157,7 +157,7 @@ private:
         if (isSmall)
             m_report(to);
     }
-    bool link(const std::vector<BoxedRing> &rings) const;
+    bool link(std::vector<BoxedRing> &rings) const;
     bool cut(std::vector<BoxedRing> &rings, double from, double to);
     void resolve(std::vector<BoxedRing> rings, double from, double to) const;
 
@@ -166,7 +166,8 @@ private:
     const std::function<void(double)> &m_report;
 };
 
-bool SurfaceEmitter::link(const std::vector<BoxedRing> &rings) const
+// False, with the rings as they were, where holes touch each other or leave their island.
+bool SurfaceEmitter::link(std::vector<BoxedRing> &rings) const
 {
     std::vector<Island> islands;
     if (!assignHoles(rings, islands))
@@ -180,11 +181,10 @@ bool SurfaceEmitter::link(const std::vector<BoxedRing> &rings) const
         }
     }
     for (const Island &island : islands) {
-        std::vector<GridRing> whole;
-        whole.push_back(rings[island.ring].ring);
+        std::vector<GridRing> holes;
         for (const std::size_t hole : island.holes)
-            whole.push_back(rings[hole].ring);
-        emitSimple(whole, m_mostCorners, m_polygon);
+            holes.push_back(std::move(rings[hole].ring));
+        emitIsland(std::move(rings[island.ring].ring), std::move(holes), m_mostCorners, m_polygon);
     }
     return true;
 }
@@ -255,11 +255,8 @@ void SurfaceEmitter::resolve(std::vector<BoxedRing> boxedRings, double from, dou
 void emitArea(std::vector<GridRing> rings, std::size_t mostCorners,
               const std::function<void(const GridRing &)> &polygon, const std::function<void(double)> &report)
 {
-    const bool areWellMade = std::none_of(rings.begin(), rings.end(), [](const GridRing &ring) {
-        GridRing turned = ring;
-        makeCounterClockwise(turned);
-        return crossesItself(turned);
-    });
+    const bool areWellMade =
+        std::none_of(rings.begin(), rings.end(), [](const GridRing &ring) { return crossesItself(ring); });
     if (areWellMade && rings.size() == 1 && rings[0].size() <= mostCorners) {
         if (doubledArea(rings[0]) > 0.0) // a hole alone darkens nothing
             polygon(rings[0]);

@@ -4,6 +4,7 @@
 #include "cam/verify/cleanness.h"
 
 #include "cam/polygon/arrangement.h"
+#include "cam/polygon/orientation.h"
 
 #include <algorithm>
 #include <cmath>
@@ -91,11 +92,6 @@ bool isCleanPiece(std::vector<GridRing> rings, Where where, int depth)
 }
 
 // ---- by a grid
-
-GridPoint operator-(GridPoint a, GridPoint b)
-{
-    return {a.x - b.x, a.y - b.y};
-}
 
 class EdgeGrid
 {

@@ -502,11 +502,16 @@ private slots:
         QCOMPARE(ran.json()["files"].toArray().size(), 8);
         for (const QJsonValue &file : ran.json()["files"].toArray())
             QVERIFY(file.toObject()["verification"].toObject()["proven"].toBool());
+        const Ran told = program.run({"export", job.filePath("board"), "--out", "o", "--verify"});
+        QVERIFY2(told.output.contains("  proven"), qPrintable(told.output));
+        QVERIFY2(told.output.contains(", 0 failures, 8 of 8 proven, "), qPrintable(told.output));
         // A database unit as coarse as the layer proves nothing.
         const Ran coarse = program.run({"export", job.filePath("board"), "--out", "o", "--verify", "--dbu",
                                         "100", "--format", "gds", "--layers", "top"});
         QCOMPARE(coarse.code, 3);
         QVERIFY2(coarse.errors.contains("board/pcb/top (gds): not proven: "), qPrintable(coarse.errors));
+        QVERIFY2(coarse.output.contains("  not proven"), qPrintable(coarse.output));
+        QVERIFY2(coarse.output.contains(", 0 of 1 proven, "), qPrintable(coarse.output));
     }
 
     void verifyTellsOfEachFile()

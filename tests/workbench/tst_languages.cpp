@@ -4,6 +4,7 @@
 #include "workbench/layerpanel.h"
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
+#include "workbench/view/lengthunit.h"
 #include "workbench/windowmemory.h"
 
 #include <QAction>
@@ -112,6 +113,17 @@ private slots:
         QTRY_COMPARE(types().first(), QString::fromUtf8("阻焊"));
         languages.choose("en");
         QTRY_COMPARE(types().first(), QString("solder mask"));
+    }
+
+    void numbersHaveTheMarksOfTheLanguage()
+    {
+        Languages languages;
+        languages.choose("de");
+        QCOMPARE(lengthText(1234.5678e6, LengthUnit::Millimetre), QString("1234,568 mm"));
+        QCOMPARE(lengthText(-0.0001e6, LengthUnit::Millimetre), QString("0,000 mm"));
+        QCOMPARE(placeText({25.4e6, -12.7e6}, LengthUnit::Inch), QString("x 1,00000  y -0,50000 in"));
+        languages.choose("en");
+        QCOMPARE(lengthText(1234.5678e6, LengthUnit::Millimetre), QString("1234.568 mm"));
     }
 
     void whatTheUserHasTypedStays()

@@ -22,8 +22,11 @@ int decimalsOf(LengthUnit unit)
 // Without the sign of a zero.
 QString numberText(double nanometres, LengthUnit unit)
 {
-    const QString text = QString::number(nanometres / nanometresOf(unit), 'f', decimalsOf(unit));
-    return text.toDouble() == 0.0 && text.startsWith('-') ? text.mid(1) : text;
+    QLocale locale;
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    const double power = std::pow(10.0, decimalsOf(unit));
+    const double number = std::round(nanometres / nanometresOf(unit) * power) / power;
+    return locale.toString(number == 0.0 ? 0.0 : number, 'f', decimalsOf(unit));
 }
 
 } // namespace

@@ -57,7 +57,7 @@ QString ExportResults::summary() const
     add(count(State::Failed), tr("%1 failed"));
     add(count(State::Cancelled), tr("%1 cancelled"));
     add(count(State::Missing), tr("%1 not exported, the log says why"));
-    return parts.join(", ") + ".";
+    return parts.join(tr(", ", "between parts of a sentence")) + tr(".", "at its end");
 }
 
 LayerResult *ExportResults::find(const QString &layer)

@@ -101,13 +101,13 @@ JobListPanel::JobListPanel(QWidget *parent)
     m_list->header()->setMinimumSectionSize(3 * fontMetrics().height());
     m_list->header()->setDefaultSectionSize(4 * fontMetrics().height()); // the last one may be as narrow
     const int em = fontMetrics().height();
-    m_list->setColumnWidth(Name, 8 * em);
+    m_list->setColumnWidth(Name, 7 * em);
     m_list->setColumnWidth(Date, 5 * em);
     m_list->setColumnWidth(Size, 5 * em);
     m_list->setColumnWidth(Tool, 3 * em); // at least
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setWordWrap(true);
-    m_empty->setMargin(16);
+    m_empty->setMargin(2);
     m_stack->addWidget(m_list);
     m_stack->addWidget(m_empty);
 

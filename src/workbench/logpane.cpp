@@ -12,7 +12,8 @@
 #include <QLocale>
 #include <QPlainTextEdit>
 #include <QScrollBar>
-#include <QTabWidget>
+#include <QStackedWidget>
+#include <QTabBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -81,7 +82,7 @@ QPlainTextEdit *newText(const char *name)
 } // namespace
 
 LogPane::LogPane(QWidget *parent)
-    : QWidget(parent), m_tabs(new QTabWidget), m_text(newText("LogText")),
+    : QWidget(parent), m_tabs(new QTabBar), m_pages(new QStackedWidget), m_text(newText("LogText")),
       m_problemText(newText("LogProblems")), m_levelLabel(new QLabel), m_level(new QComboBox),
       m_filter(new QLineEdit), m_clear(new QToolButton)
 {
@@ -98,21 +99,31 @@ LogPane::LogPane(QWidget *parent)
     connect(m_filter, &QLineEdit::textChanged, this, &LogPane::rebuild);
     connect(m_clear, &QToolButton::clicked, this, &LogPane::clear);
 
-    auto *tools = new QWidget;
-    auto *row = new QHBoxLayout(tools);
-    row->setContentsMargins(0, 0, 4, 2);
+    m_tabs->setDocumentMode(true);
+    m_tabs->setExpanding(false);
+    m_tabs->setDrawBase(false);
+    m_tabs->setUsesScrollButtons(false); // the field beside gives way
+    for (QPlainTextEdit *page : {m_text, m_problemText}) {
+        m_tabs->addTab(QString());
+        m_pages->addWidget(page);
+    }
+    connect(m_tabs, &QTabBar::currentChanged, m_pages, &QStackedWidget::setCurrentIndex);
+    m_filter->setMinimumWidth(8 * fontMetrics().averageCharWidth());
+    m_filter->setMaximumWidth(24 * fontMetrics().averageCharWidth());
+    auto *row = new QHBoxLayout;
+    row->setContentsMargins(0, 0, 4, 0);
+    row->setSpacing(6);
+    row->addWidget(m_tabs, 0, Qt::AlignBottom);
+    row->addStretch();
     row->addWidget(m_levelLabel);
     row->addWidget(m_level);
     row->addWidget(m_filter, 1);
     row->addWidget(m_clear);
-    m_filter->setMinimumWidth(160);
-    m_tabs->setDocumentMode(true);
-    m_tabs->addTab(m_text, QString());
-    m_tabs->addTab(m_problemText, QString());
-    m_tabs->setCornerWidget(tools);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_tabs);
+    layout->setSpacing(0);
+    layout->addLayout(row);
+    layout->addWidget(m_pages);
     retranslate();
 }
 

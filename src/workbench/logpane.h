@@ -10,7 +10,8 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
-class QTabWidget;
+class QStackedWidget;
+class QTabBar;
 class QToolButton;
 
 class LogPane : public QWidget
@@ -41,7 +42,8 @@ private:
     void rebuild();
     void countProblems();
 
-    QTabWidget *m_tabs;
+    QTabBar *m_tabs;
+    QStackedWidget *m_pages;
     QPlainTextEdit *m_text;
     QPlainTextEdit *m_problemText;
     QLabel *m_levelLabel;

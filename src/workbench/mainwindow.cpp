@@ -188,6 +188,7 @@ void MainWindow::buildMenus()
         readOpenJobAgain();
     });
     refresh->setShortcut(QKeySequence::Refresh);
+    refresh->setStatusTip(tr("List the jobs anew, and read the open one again"));
     file->addAction(tr("Show job &folder"), this,
                     [this] { QDesktopServices::openUrl(QUrl::fromLocalFile(m_jobRoot)); });
     file->addSeparator();
@@ -499,6 +500,7 @@ void MainWindow::showExportResults()
 {
     const ExportResults &results = m_exports.results();
     m_results->showResults(results);
+    statusBar()->clearMessage(); // that layers are being exported
     m_resultsDock->show();
     m_resultsDock->raise();
     m_history->refresh();
@@ -551,8 +553,13 @@ void MainWindow::showProofs()
     m_results->showProofs(m_verifier);
     keepVerdicts();
     m_view->showDifferences(m_verifier.proofs());
-    if (!m_verifier.isRunning() && !m_verifier.unproven().isEmpty())
-        m_messageBar->show(MessageBar::Kind::Failure, m_verifier.summary(), m_compared.folder(), true);
+    if (m_verifier.isRunning() || m_verifier.unproven().isEmpty())
+        return;
+    // Below the failure of an export before it says which one it is about.
+    const bool isBelow = m_messageBar->isFailure() && m_compared.isComplete();
+    m_messageBar->show(MessageBar::Kind::Failure,
+                       (isBelow ? m_compared.summary() + " " : QString()) + m_verifier.summary(),
+                       m_compared.folder(), true);
 }
 
 // Each when it is found: the window may be closed before the last one.

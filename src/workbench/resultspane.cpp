@@ -82,7 +82,7 @@ ResultsPane::ResultsPane(QWidget *parent)
     : QWidget(parent), m_summary(new QLabel), m_proof(new QLabel), m_list(new QTreeWidget)
 {
     m_proof->setObjectName("ExportProof");
-    m_proof->setMargin(6);
+    m_proof->setContentsMargins(6, 0, 6, 6);
     m_proof->setWordWrap(true);
     m_proof->hide();
     m_summary->setMargin(6);

@@ -17,6 +17,8 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 NumberBox *numberBox(const QString &name, double value, double least, double most, int decimals)
@@ -25,6 +27,15 @@ NumberBox *numberBox(const QString &name, double value, double least, double mos
     box->setObjectName(name);
     box->setValue(value);
     return box;
+}
+
+// As wide as there is room, and as high as that needs.
+void wrapLines(QLabel &label)
+{
+    label.setWordWrap(true);
+    QSizePolicy wide(QSizePolicy::Expanding, QSizePolicy::Minimum);
+    wide.setHeightForWidth(true);
+    label.setSizePolicy(wide);
 }
 
 } // namespace
@@ -49,19 +60,21 @@ SettingsDialog::SettingsDialog(const HostSettings &values, QWidget *parent)
     form->addRow(tr("&Folder within it"), m_secondFolder);
 
     auto *resize = new QHBoxLayout;
-    m_resizeUnit->addItems({"um", "mm"});
-    m_resizeUnit->setCurrentText(values.resizeUnit);
+    m_resizeUnit->addItem(QString::fromUtf8("\u00b5m"), "um"); // as the settings file has it
+    m_resizeUnit->addItem("mm", "mm");
+    m_resizeUnit->setCurrentIndex(std::max(0, m_resizeUnit->findData(values.resizeUnit)));
     m_resize->setToolTip(tr("By how much every feature grows, half of it on each side"));
     resize->addWidget(m_resize, 1);
     resize->addWidget(m_resizeUnit);
     form->addRow(tr("&Resize by"), resize);
     qobject_cast<QLabel *>(form->labelForField(resize))->setBuddy(m_resize);
     m_resizeMeaning->setObjectName("ResizeMeaning");
+    wrapLines(*m_resizeMeaning);
     form->addRow(QString(), m_resizeMeaning);
     connect(m_resize, QOverload<double>::of(&NumberBox::valueChanged), this, &SettingsDialog::explainResize);
     connect(m_resizeUnit, &QComboBox::currentTextChanged, this, &SettingsDialog::explainResize);
     explainResize();
-    m_databaseUnit->setSuffix(tr(" um"));
+    m_databaseUnit->setSuffix(QString::fromUtf8(" \u00b5m"));
     form->addRow(tr("&Database unit"), m_databaseUnit);
     m_withProfile->setChecked(values.withProfile);
     form->addRow(QString(), m_withProfile);
@@ -112,7 +125,8 @@ void SettingsDialog::checkFolders()
 
 void SettingsDialog::explainResize()
 {
-    m_resizeMeaning->setText(hostsettings::resizeText(m_resize->value(), m_resizeUnit->currentText()));
+    m_resizeMeaning->setText(
+        hostsettings::resizeText(m_resize->value(), m_resizeUnit->currentData().toString()));
 }
 
 HostSettings SettingsDialog::values() const
@@ -122,7 +136,7 @@ HostSettings SettingsDialog::values() const
     values.outputFolder = QDir::fromNativeSeparators(m_outputFolder->text());
     values.secondFolder = m_secondFolder->text();
     values.resize = m_resize->value();
-    values.resizeUnit = m_resizeUnit->currentText();
+    values.resizeUnit = m_resizeUnit->currentData().toString();
     values.databaseUnit = m_databaseUnit->value();
     values.withProfile = m_withProfile->isChecked();
     values.exportDatabase = QDir::fromNativeSeparators(m_exportDatabase->text());
@@ -154,10 +168,7 @@ QLineEdit *SettingsDialog::addPath(QFormLayout *form, const QString &label, cons
     qobject_cast<QLabel *>(form->labelForField(row))->setBuddy(edit);
     auto *check = new QLabel;
     check->setObjectName(name + "Check");
-    check->setWordWrap(true);
-    QSizePolicy wide(QSizePolicy::Expanding, QSizePolicy::Minimum);
-    wide.setHeightForWidth(true);
-    check->setSizePolicy(wide);
+    wrapLines(*check);
     form->addRow(QString(), check);
     m_checks << check;
     return edit;

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -70,5 +71,10 @@ ShortcutsDialog::ShortcutsDialog(const QMainWindow &window, QWidget *parent) : Q
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    resize(880, 480);
+    // As wide as its lines, where the screen is; WindowPlacer sees to that.
+    int width = 2 * list->frameWidth() + style()->pixelMetric(QStyle::PM_ScrollBarExtent) +
+                layout->contentsMargins().left() + layout->contentsMargins().right();
+    for (int column = 0; column < list->columnCount(); ++column)
+        width += list->columnWidth(column);
+    resize(width + 8, 480);
 }

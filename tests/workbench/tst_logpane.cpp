@@ -9,7 +9,6 @@
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTabBar>
-#include <QTabWidget>
 #include <QToolButton>
 #include <QtTest>
 
@@ -22,7 +21,7 @@ private:
     {
         return {level, QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5)), "file.cpp:6", text};
     }
-    static QString problemTab(const LogPane &pane) { return pane.findChild<QTabWidget *>()->tabText(1); }
+    static QString problemTab(const LogPane &pane) { return pane.findChild<QTabBar *>()->tabText(1); }
 
 private slots:
     void linesHaveTimeLevelAndPlace()

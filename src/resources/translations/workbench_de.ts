@@ -198,6 +198,16 @@
             <numerusform>%n Dateien werden mit Lagen von %1 verglichen.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>, </source>
+        <comment>between parts of a sentence</comment>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>.</source>
+        <comment>at its end</comment>
+        <translation>.</translation>
+    </message>
 </context>
 <context>
     <name>ExportVerifier</name>
@@ -773,7 +783,7 @@
     </message>
     <message>
         <source>Written by</source>
-        <translation>Geschrieben von</translation>
+        <translation>Programm</translation>
     </message>
     <message>
         <source>&amp;Open job</source>
@@ -1248,6 +1258,10 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         <source>No layer of the job is named like %1.</source>
         <translation>Keine Lage des Auftrags heißt wie %1.</translation>
     </message>
+    <message>
+        <source>List the jobs anew, and read the open one again</source>
+        <translation>Die Aufträge neu auflisten und den offenen neu lesen</translation>
+    </message>
 </context>
 <context>
     <name>Manual</name>
@@ -1629,10 +1643,6 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         <translation>&amp;Größe ändern um</translation>
     </message>
     <message>
-        <source> um</source>
-        <translation> µm</translation>
-    </message>
-    <message>
         <source>&amp;Database unit</source>
         <translation>&amp;Datenbankeinheit</translation>
     </message>
@@ -1689,7 +1699,7 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     </message>
     <message>
         <source>Menu of the job or layer in the frame</source>
-        <translation>Menü des umrahmten Auftrags oder der Lage</translation>
+        <translation>Menü zu Auftrag oder Lage</translation>
     </message>
 </context>
 <context>
@@ -1764,10 +1774,6 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>&amp;As exported</source>
         <translation>Wie e&amp;xportiert</translation>
-    </message>
-    <message>
-        <source>Show layers as the settings and the open Export dialog change them, or as they are in the job</source>
-        <translation>Lagen so zeigen, wie Einstellungen und offener Exportdialog sie ändern, oder wie sie im Auftrag sind</translation>
     </message>
     <message>
         <source>Next &amp;unit</source>
@@ -1850,10 +1856,6 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
         <translation>Dateien mit Lagen &amp;vergleichen ...</translation>
     </message>
     <message>
-        <source>Prove that GDSII and Gerber files show what their layers show, as the view shows these, or mark where they do not</source>
-        <translation>Beweisen, dass GDSII- und Gerber-Dateien zeigen, was ihre Lagen zeigen, wie die Ansicht diese zeigt, oder die Stellen markieren</translation>
-    </message>
-    <message>
         <source>&amp;Differences</source>
         <translation>&amp;Unterschiede</translation>
     </message>
@@ -1864,6 +1866,14 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>Compare files with layers</source>
         <translation>Dateien mit Lagen vergleichen</translation>
+    </message>
+    <message>
+        <source>Compare GDSII and Gerber files with their layers, and mark where they differ</source>
+        <translation>Dateien mit ihren Lagen vergleichen und Abweichungen markieren</translation>
+    </message>
+    <message>
+        <source>Show layers as exports change them, or as they are in the job</source>
+        <translation>Lagen wie exportiert zeigen, oder wie sie im Auftrag sind</translation>
     </message>
 </context>
 <context>

@@ -197,6 +197,16 @@
             <numerusform>正在将 %n 个文件与 %1 的层比较。</numerusform>
         </translation>
     </message>
+    <message>
+        <source>, </source>
+        <comment>between parts of a sentence</comment>
+        <translation>，</translation>
+    </message>
+    <message>
+        <source>.</source>
+        <comment>at its end</comment>
+        <translation>。</translation>
+    </message>
 </context>
 <context>
     <name>ExportVerifier</name>
@@ -1242,6 +1252,10 @@ They can also be dropped on this window.</source>
         <source>No layer of the job is named like %1.</source>
         <translation>料号中没有与 %1 同名的层。</translation>
     </message>
+    <message>
+        <source>List the jobs anew, and read the open one again</source>
+        <translation>重新列出料号，并重新读取打开的料号</translation>
+    </message>
 </context>
 <context>
     <name>Manual</name>
@@ -1621,10 +1635,6 @@ They can also be dropped on this window.</source>
         <translation>涨缩量(&amp;R)</translation>
     </message>
     <message>
-        <source> um</source>
-        <translation> µm</translation>
-    </message>
-    <message>
         <source>&amp;Database unit</source>
         <translation>数据库单位(&amp;D)</translation>
     </message>
@@ -1758,10 +1768,6 @@ They can also be dropped on this window.</source>
         <translation>按导出显示(&amp;A)</translation>
     </message>
     <message>
-        <source>Show layers as the settings and the open Export dialog change them, or as they are in the job</source>
-        <translation>按设置和打开的导出对话框显示层，或按料号原样显示</translation>
-    </message>
-    <message>
         <source>Next &amp;unit</source>
         <translation>下一个单位(&amp;U)</translation>
     </message>
@@ -1842,10 +1848,6 @@ They can also be dropped on this window.</source>
         <translation>将文件与层比较(&amp;C)...</translation>
     </message>
     <message>
-        <source>Prove that GDSII and Gerber files show what their layers show, as the view shows these, or mark where they do not</source>
-        <translation>证明 GDSII 和 Gerber 文件与视图所显示的层一致，或标出不一致之处</translation>
-    </message>
-    <message>
         <source>&amp;Differences</source>
         <translation>差异(&amp;D)</translation>
     </message>
@@ -1856,6 +1858,14 @@ They can also be dropped on this window.</source>
     <message>
         <source>Compare files with layers</source>
         <translation>将文件与层比较</translation>
+    </message>
+    <message>
+        <source>Compare GDSII and Gerber files with their layers, and mark where they differ</source>
+        <translation>将 GDSII 和 Gerber 文件与对应的层比较，并标出不同之处</translation>
+    </message>
+    <message>
+        <source>Show layers as exports change them, or as they are in the job</source>
+        <translation>按导出时的改动显示层，或按料号原样显示</translation>
     </message>
 </context>
 <context>

@@ -45,7 +45,7 @@ PrintDialog::PrintDialog(const BoardView &view, QPrinter &printer, const QString
     m_factor->setToolTip(tr("How large things come out: 1 is their true size, 2 is twice as large"));
     m_title->setObjectName("PrintTitle");
     m_title->setCursorPosition(0);
-    m_title->setMinimumWidth(30 * fontMetrics().averageCharWidth());
+    m_title->setMinimumWidth(50 * fontMetrics().averageCharWidth());
     m_layout->setObjectName("PrintLayout");
     m_layout->setWordWrap(true);
     m_fits->setChecked(true);

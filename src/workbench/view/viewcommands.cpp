@@ -70,9 +70,7 @@ ViewCommands::ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMen
         fileMenu.addAction(tr("&Compare files with layers ..."), this, &ViewCommands::compareFiles);
     compare->setObjectName("CompareFiles");
     compare->setShortcut(Qt::CTRL + Qt::Key_D);
-    compare->setStatusTip(
-        tr("Prove that GDSII and Gerber files show what their layers show, as the view shows "
-           "these, or mark where they do not"));
+    compare->setStatusTip(tr("Compare GDSII and Gerber files with their layers, and mark where they differ"));
     QAction *save = fileMenu.addAction(tr("Save &picture ..."), this, &ViewCommands::choosePicture);
     save->setObjectName("SavePicture");
     save->setShortcut(QKeySequence::Save);
@@ -120,9 +118,8 @@ void ViewCommands::addViewMenu(QMenu &menu)
         m_view.setFromBelow(fromBelow);
         showRows();
     });
-    m_asExported = add(
-        tr("&As exported"), "AsExported", Qt::Key_E,
-        tr("Show layers as the settings and the open Export dialog change them, or as they are in the job"));
+    m_asExported = add(tr("&As exported"), "AsExported", Qt::Key_E,
+                       tr("Show layers as exports change them, or as they are in the job"));
     m_asExported->setCheckable(true);
     m_asExported->setChecked(true);
     connect(m_asExported, &QAction::toggled, this, &ViewCommands::showRows);

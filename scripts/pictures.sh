@@ -25,6 +25,7 @@ fi
 taken=$(mktemp -d)
 trap 'rm -rf "$taken"' EXIT
 $program "$taken"
-for name in workbench viewing measuring export-dialog export-dialog-done results differences history log settings; do
+for name in workbench viewing inspecting measuring components searching print export-dialog export-dialog-done results \
+    differences history log settings; do
     cp "$taken/$name.png" docs/pictures/
 done

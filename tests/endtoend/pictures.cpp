@@ -9,6 +9,7 @@
 #include "workbench/exportdialog.h"
 #include "workbench/hostsettings.h"
 #include "workbench/languages.h"
+#include "workbench/layerpanel.h"
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
 #include "workbench/manual.h"
@@ -25,32 +26,80 @@
 #include <QDirIterator>
 #include <QDockWidget>
 #include <QElapsedTimer>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPrinter>
 #include <QStyleFactory>
 #include <QTableWidget>
 #include <QTimer>
+#include <QToolButton>
 #include <QTreeWidget>
 #include <QtTest>
 
+#include <cstdio>
 #include <functional>
+#include <stdexcept>
 
 namespace {
 
-void wait(const std::function<bool()> &until, int most = 20000)
+struct Failure : std::runtime_error
+{
+    explicit Failure(const QString &text) : std::runtime_error(text.toStdString()) {}
+};
+
+// A folder of this run's own, whose name looks well in pictures: "cam" in the system's folder for such,
+// "cam-2" while another run has that one.
+class WorkFolder
+{
+public:
+    WorkFolder()
+    {
+        QString name = "cam";
+        for (int number = 2; !QDir::temp().mkdir(name); ++number) {
+            if (number > 99)
+                throw Failure("no folder can be made in " + QDir::tempPath());
+            name = QString("cam-%1").arg(number);
+        }
+        m_dir = QDir(QDir::temp().filePath(name));
+        QDir::setCurrent(m_dir.path());
+    }
+    ~WorkFolder()
+    {
+        QDir::setCurrent(QDir::tempPath());
+        m_dir.removeRecursively();
+    }
+    WorkFolder(const WorkFolder &) = delete;
+    WorkFolder &operator=(const WorkFolder &) = delete;
+
+    QString filePath(const QString &name) const { return m_dir.filePath(name); }
+
+private:
+    QDir m_dir;
+};
+
+void pass(int ms)
 {
     QElapsedTimer timer;
     timer.start();
-    while (!until() && timer.elapsed() < most)
+    while (timer.elapsed() < ms)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+}
+
+void wait(const std::function<bool()> &until)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!until()) {
+        if (timer.elapsed() > 120000)
+            throw Failure("the workbench does not get on");
+        pass(50);
+    }
 }
 
 void settle()
 {
-    QElapsedTimer timer;
-    timer.start();
-    wait([&timer] { return timer.elapsed() > 400; });
+    pass(400);
 }
 
 QPalette darkPalette()
@@ -86,7 +135,7 @@ public:
             image = window->grab().toImage();
         }
         if (!image.save(m_folder + "/" + name + ".png"))
-            qFatal("%s cannot be written", qPrintable(m_folder + "/" + name + ".png"));
+            throw Failure(m_folder + "/" + name + ".png cannot be written");
     }
 
 private:
@@ -134,7 +183,8 @@ void show(MainWindow &window, const char *dock)
     widget->raise();
 }
 
-// Copper with the drills over it, then what is measured between a pad and a hole, and what is printed.
+// Copper with the drills over it, what is measured between a pad and a hole, a pad with its net, components,
+// what is printed, and what is found.
 void takeViews(MainWindow &window, const Pictures &pictures)
 {
     auto *view = window.findChild<GraphicView *>();
@@ -160,49 +210,56 @@ void takeViews(MainWindow &window, const Pictures &pictures)
         QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier, board.toScreen(place).toPoint());
     pictures.take(&window, "measuring");
     trigger("Measure");
+    auto *layers = window.findChild<LayerPanel *>();
+    trigger("TopSide");
+    for (const QString &layer : layers->layerNames())
+        layers->setShown(layer, layer == "TOP" || layer == "SILK_TOP");
+    wholeView();
     QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier,
-                      board.toScreen(placeOf(0.328, 0.358)).toPoint());
+                      board.toScreen(placeOf(0.2196, 0.478)).toPoint());
     pictures.take(&window, "inspecting");
     QTest::keyClick(&board, Qt::Key_Escape);
+    for (const QString &layer : layers->layerNames())
+        layers->setShown(layer, layer == "COMP_+_TOP" || layer == "MASK_TOP");
+    view->fitBoard();
+    wholeView();
+    QTest::mouseClick(&board, Qt::LeftButton, Qt::NoModifier, board.toScreen(placeOf(0.45, 0.5)).toPoint());
+    pictures.take(&window, "components");
+    QTest::keyClick(&board, Qt::Key_Escape);
+    trigger("DrillOverCopper");
+    view->fitBoard();
+    wholeView();
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setPageOrientation(QPageLayout::Landscape);
     PrintDialog print(board, printer, "beacon: " + board.title(), &window);
     print.show();
     pictures.take(&print, "print");
+    print.close();
+    layers->chooseLayer("TOP");
+    trigger("Find");
+    auto *search = window.findChild<QDockWidget *>("SearchDock");
+    auto *line = search->findChild<QLineEdit *>();
+    QTest::keyClicks(line, "led4");
+    wait([&] { return search->findChild<QTreeWidget *>()->topLevelItemCount() > 0; });
+    settle();
+    QTest::keyClick(line, Qt::Key_Return);
+    pictures.take(&window, "searching");
+    QTest::keyClick(line, Qt::Key_Escape);
     view->fitBoard();
     window.openJob("beacon"); // as it was
     wait([&] { return !window.isReadingLayer(); });
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+int takeAll(const QCommandLineParser &parser)
 {
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication application(argc, argv);
-    QApplication::setApplicationVersion("2.28.54");
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
-    QApplication::setFont(QFont("DejaVu Sans", 9));
-    QCommandLineParser parser;
-    const QCommandLineOption language("language", "of the windows", "name", "en");
-    const QCommandLineOption dark("dark", "with light text on dark windows");
-    const QCommandLineOption size("size", "of the main window", "width x height", "1240x780");
-    parser.addOptions({language, dark, size});
-    parser.addPositionalArgument("folder", "where the pictures go");
-    parser.process(application);
-    if (parser.isSet(dark))
+    if (parser.isSet("dark"))
         QApplication::setPalette(darkPalette());
     const Pictures pictures(QFileInfo(parser.positionalArguments().value(0, "pictures")).absoluteFilePath());
 
-    // A folder that looks well in pictures.
-    const QDir work(QDir::temp().filePath("cam"));
-    if (work.exists() || !QDir().mkpath(work.path()))
-        qFatal("%s is in the way", qPrintable(work.path()));
-    QDir::setCurrent(work.path());
+    const WorkFolder work;
     copyFolder(SAMPLE_JOBS "/beacon", work.filePath("jobs/beacon"));
-    copyFolder(SAMPLE_JOBS "/beacon", work.filePath("jobs/beacon_rev_c_with_a_long_name"));
+    copyFolder(SAMPLE_JOBS "/beacon", work.filePath("jobs/beacon_rev_a"));
     QDir().mkpath("export");
     HostSettings settings;
     settings.jobFolder = work.filePath("jobs");
@@ -213,24 +270,27 @@ int main(int argc, char **argv)
     LogCollector log;
     WindowMemory memory(work.filePath("workbench.ini"));
     Languages languages;
-    languages.choose(parser.value(language));
+    languages.choose(parser.value("language"));
     auto window = std::make_unique<MainWindow>(log);
     window->keepToScreen();
     window->remember(memory);
     window->offerLanguages(languages);
-    const QStringList wanted = parser.value(size).split('x');
+    const QStringList wanted = parser.value("size").split('x');
     window->resize(wanted.value(0).toInt(), wanted.value(1).toInt());
     window->show();
-    PluginHost::instance().loadFolder(QCoreApplication::applicationDirPath() + "/plugins");
+    // By a short way: the log shows it.
+    QFile::link(QCoreApplication::applicationDirPath(), work.filePath("bin"));
+    PluginHost::instance().loadFolder(work.filePath("bin/plugins"));
     window->addPlugins();
     window->openJob("beacon");
     wait([&] { return !window->isReadingLayer(); });
     pictures.take(window.get(), "workbench");
     takeViews(*window, pictures);
 
+    window->resizeDocks({window->findChild<QDockWidget *>("LogDock")}, {260}, Qt::Vertical);
     ExportDialog dialog = openExport(*window);
     if (!dialog.problem().isEmpty())
-        qFatal("%s", qPrintable(dialog.problem()));
+        throw Failure(dialog.problem());
     for (int row = 0; row < dialog.rowCount(); ++row)
         dialog.setRow(row, LayerChange());
     pictures.take(dialog.window(), "export-dialog");
@@ -239,33 +299,38 @@ int main(int argc, char **argv)
     pictures.take(dialog.window(), "export-dialog-done");
     dialog.pressCancel();
     wait([] { return !ExportDialog::find().window(); });
-    wait([&] { return !window->verifier().isRunning(); }, 120000);
+    wait([&] { return !window->verifier().isRunning(); });
     pictures.take(window.get(), "results");
 
+    const auto exportGerber = [&window](const QStringList &layers, const LayerChange &change) {
+        ExportDialog open = openExport(*window);
+        for (int row = 0; row < open.rowCount(); ++row) {
+            if (layers.contains(open.layer(row)))
+                open.setRow(row, change);
+        }
+        open.chooseFormat(".gerber");
+        open.pressOk();
+        wait([&] { return !window->exports().isRunning(); });
+        open.pressCancel();
+        wait([] { return !ExportDialog::find().window(); });
+        wait([&] { return !window->verifier().isRunning(); });
+    };
     QDir().mkpath("export/OX/beacon/top.gerber"); // a folder is in the way of a file
-    dialog = openExport(*window);
     LayerChange turned;
     turned.angle = 90.0;
     turned.mirror = true;
-    for (int row = 0; row < dialog.rowCount(); ++row) {
-        if (dialog.layer(row).startsWith("TOP") || dialog.layer(row).startsWith("BOT"))
-            dialog.setRow(row, turned);
-    }
-    dialog.chooseFormat(".gerber");
+    exportGerber({"TOP", "BOTTOM"}, turned);
+    pictures.take(window.get(), "results-failed");
+    QTest::mouseClick(window->findChild<QToolButton *>("Dismiss"), Qt::LeftButton);
+
     bool isMoved = false;
     QObject::connect(&window->exports(), &ExportWatch::changed, window.get(), [&] {
-        ExportResults results = window->exports().results();
-        const LayerResult *bottom = results.find("bottom");
+        ExportResults written = window->exports().results();
+        const LayerResult *bottom = written.find("bottom");
         if (!isMoved && bottom && bottom->isGood())
             isMoved = movePads(bottom->file);
     });
-    dialog.pressOk();
-    wait([&] { return !window->exports().isRunning(); });
-    dialog.pressCancel();
-    wait([] { return !ExportDialog::find().window(); });
-    pictures.take(window.get(), "results-failed");
-
-    wait([&] { return !window->verifier().isRunning(); });
+    exportGerber({"BOTTOM", "MASK_BOT", "SILK_BOT"}, LayerChange());
     auto *results = window->findChild<QTreeWidget *>("ExportResults");
     for (QTreeWidgetItem *layer : results->findItems("BOTTOM", Qt::MatchFixedString)) {
         results->scrollToItem(layer, QAbstractItemView::PositionAtTop);
@@ -303,7 +368,30 @@ int main(int argc, char **argv)
     }
     window.reset();
     PluginHost::instance().destroyPlugins();
-    QDir::setCurrent(QDir::tempPath());
-    QDir(work).removeRecursively();
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QApplication::setApplicationVersion("2.28.54");
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QApplication::setFont(QFont("DejaVu Sans", 9));
+    QCommandLineParser parser;
+    const QCommandLineOption language("language", "of the windows", "name", "en");
+    const QCommandLineOption dark("dark", "with light text on dark windows");
+    const QCommandLineOption size("size", "of the main window", "width x height", "1240x780");
+    parser.addOptions({language, dark, size});
+    parser.addPositionalArgument("folder", "where the pictures go");
+    parser.process(application);
+    try {
+        return takeAll(parser);
+    } catch (const Failure &failure) {
+        fprintf(stderr, "pictures: %s\n", failure.what());
+        return 1;
+    }
 }

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QStandardPaths>
 
 namespace {
 
@@ -17,6 +18,8 @@ struct Trash
 QString platform::moveToTrash(const QString &path)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 15, 0)
+    // Qt makes the wastebasket itself, but none of the folders around it.
+    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
     QFile file(path);
     if (file.moveToTrash())
         return {};

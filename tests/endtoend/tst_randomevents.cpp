@@ -29,11 +29,11 @@ namespace {
 
 using Counts = QMap<QByteArray, int>; // of objects, by their class
 
-// Without the closed dialogs of imports, which stay with the window by design.
+// Without the closed dialogs and progress windows of imports, which stay with the window by design.
 void count(const QObject *object, Counts &counts)
 {
-    const auto *dialog = qobject_cast<const QDialog *>(object);
-    if (dialog && dialog->isHidden())
+    const auto *widget = qobject_cast<const QWidget *>(object);
+    if (widget && widget->isHidden() && widget->windowType() == Qt::Dialog)
         return;
     ++counts[object->metaObject()->className()];
     for (const QObject *child : object->children())
@@ -180,7 +180,10 @@ private:
         QVector<QAction *> actions;
         for (QAction *action : window.findChildren<QAction *>()) {
             const bool quits = action->shortcut() == QKeySequence(Qt::CTRL + Qt::Key_Q);
-            if (action->isEnabled() && !action->menu() && !action->isSeparator() && !quits)
+            const auto *owner = qobject_cast<const QWidget *>(action->parent());
+            const bool isOfClosedWindow = owner && owner->window()->isHidden() && !owner->inherits("QMenu");
+            if (action->isEnabled() && !action->menu() && !action->isSeparator() && !quits &&
+                !isOfClosedWindow)
                 actions << action;
         }
         QAction *action = actions[below(actions.size())];
@@ -197,8 +200,9 @@ private:
     {
         QMimeData data;
         QList<QUrl> urls;
-        for (const char *name : {"nothing.tgz", "picture.png", "mask.gerber", "broken.gds"}) {
-            if (oneIn(2))
+        for (const char *name :
+             {"nothing.tgz", "picture.png", "mask.gerber", "broken.gds", "holes.drl", "large.gbr"}) {
+            if (oneIn(3))
                 urls << QUrl::fromLocalFile(folder.filePath(name));
         }
         data.setUrls(urls);
@@ -212,8 +216,28 @@ private:
         QApplication::sendEvent(&window, &drop);
     }
 
+    // The sample job under both names, where it is not there (any more): a person may remove and rename jobs,
+    // and without any there is little to do.
+    bool makeJobs()
+    {
+        for (const char *name : {"job/beacon", "job/another"}) {
+            if (QFileInfo::exists(folder.filePath(name)))
+                continue;
+            QDirIterator files(SAMPLE_JOBS "/beacon", QDir::Files, QDirIterator::Subdirectories);
+            while (files.hasNext()) {
+                const QString target = folder.filePath(
+                    name + ("/" + QDir(SAMPLE_JOBS "/beacon").relativeFilePath(files.next())));
+                if (!QDir().mkpath(QFileInfo(target).path()) || !QFile::copy(files.filePath(), target))
+                    return false;
+            }
+        }
+        return true;
+    }
+
     void act(MainWindow &window)
     {
+        if (m_done % 500 == 0)
+            makeJobs();
         QWidget *active = activeWindow(window);
         switch (below(16)) {
         case 0:
@@ -288,16 +312,14 @@ private slots:
         qputenv("XDG_DATA_HOME", folder.filePath("data").toLocal8Bit()); // the wastebasket
         QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
         QDesktopServices::setUrlHandler("file", this, "takeUrl");
-        for (const char *name : {"job/beacon", "job/another"}) {
-            QDirIterator files(SAMPLE_JOBS "/beacon", QDir::Files, QDirIterator::Subdirectories);
-            while (files.hasNext()) {
-                const QString target = folder.filePath(
-                    name + ("/" + QDir(SAMPLE_JOBS "/beacon").relativeFilePath(files.next())));
-                QVERIFY(QDir().mkpath(QFileInfo(target).path()) && QFile::copy(files.filePath(), target));
-            }
-        }
+        QVERIFY(makeJobs());
         QVERIFY(folder.write("nothing.tgz", "no archive") && folder.write("broken.gds", "no stream") &&
-                folder.write("mask.gerber", "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*\n"));
+                folder.write("mask.gerber", "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*\n") &&
+                folder.write("holes.drl", "M48\nMETRIC,TZ\nT1C1.0\n%\nT1\nX1000Y2000\nM30\n");
+        QByteArray large = "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\n"; // is read for a while
+        for (int i = 0; i < 100000; ++i)
+            large += "X" + QByteArray::number(i % 400) + "000000Y" + QByteArray::number(i / 400) + "000000D03*\n";
+        QVERIFY(folder.write("large.gbr", large + "M02*\n"));
         HostSettings settings;
         settings.jobFolder = folder.filePath("job");
         settings.outputFolder = folder.filePath("export");

@@ -2,8 +2,8 @@
 
 namespace drawing {
 
-DrillScene::DrillScene(const cam::DrillImage &image)
-    : m_layer(std::make_shared<const cam::LayerImage>(cam::layerOf(image)), {}), m_tools(image.tools),
+DrillScene::DrillScene(const cam::DrillImage &image, const std::function<void(double)> &report)
+    : m_layer(std::make_shared<const cam::LayerImage>(cam::layerOf(image)), {}, report), m_tools(image.tools),
       m_works(image.works)
 {
 }

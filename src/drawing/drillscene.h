@@ -12,7 +12,9 @@ namespace drawing {
 class DrillScene : public FigureScene
 {
 public:
-    explicit DrillScene(const cam::DrillImage &image);
+    // `report` as of a LayerScene.
+    explicit DrillScene(
+        const cam::DrillImage &image, const std::function<void(double)> &report = [](double) {});
 
     cam::Box extent() const override { return m_layer.extent(); }
     void draw(Canvas &canvas, const cam::Transform &toSamples, const DrawMode &mode) const override

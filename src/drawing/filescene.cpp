@@ -16,7 +16,8 @@ using cam::Transform;
 namespace {
 
 constexpr double pixel = Canvas::samples;
-constexpr std::size_t shapesPerCheck = 256;
+constexpr std::size_t shapesPerCheck = 256; // that are drawn
+constexpr std::size_t shapesPerLook = 8192; // that are only looked at
 
 double areaOf(const std::vector<Point> &corners)
 {
@@ -136,19 +137,21 @@ std::vector<cam::GdsLayer> layersOf(const cam::GdsImage &image)
     return layers;
 }
 
-GdsScene::GdsScene(std::shared_ptr<const cam::GdsImage> image, cam::GdsLayer on)
+GdsScene::GdsScene(std::shared_ptr<const cam::GdsImage> image, cam::GdsLayer on,
+                   const std::function<void()> &check)
     : m_image(std::move(image)), m_on(on), m_structures(m_image->structures.size())
 {
     for (const std::size_t top : m_image->tops)
-        prepare(top);
+        prepare(top, check);
 }
 
-void GdsScene::prepare(std::size_t number)
+void GdsScene::prepare(std::size_t number, const std::function<void()> &check)
 {
     Structure &made = m_structures[number];
     if (made.isKnown)
         return;
     made.isKnown = true;
+    check();
     const cam::GdsStructure &structure = m_image->structures[number];
     for (std::uint32_t i = 0; i < structure.boundaries.size(); ++i) {
         if (structure.boundaries[i].on == m_on)
@@ -168,11 +171,15 @@ void GdsScene::prepare(std::size_t number)
         return box;
     });
     made.index = FeatureIndex(static_cast<std::uint32_t>(made.boundaries.size() + made.paths.size()),
-                              [&](std::uint32_t i) { return boxOf(number, i); });
+                              [&](std::uint32_t i) {
+                                  if (i % shapesPerLook == 0)
+                                      check();
+                                  return boxOf(number, i);
+                              });
     made.extent = made.index.extent();
     made.extent.add(made.textIndex.extent());
     for (const cam::GdsReference &reference : structure.references) {
-        prepare(reference.structure);
+        prepare(reference.structure, check);
         for (const int column : {0, reference.columns - 1}) {
             for (const int row : {0, reference.rows - 1})
                 made.extent.add(
@@ -371,10 +378,14 @@ void GdsScene::findTexts(const Box &box, const TextVisit &visit) const
 
 // ---- Gerber
 
-GerberScene::GerberScene(std::shared_ptr<const cam::GerberImage> image) : m_image(std::move(image))
+GerberScene::GerberScene(std::shared_ptr<const cam::GerberImage> image, const std::function<void()> &check)
+    : m_image(std::move(image))
 {
-    m_index = FeatureIndex(static_cast<std::uint32_t>(m_image->objects.size()),
-                           [this](std::uint32_t i) { return boxOf(i); });
+    m_index = FeatureIndex(static_cast<std::uint32_t>(m_image->objects.size()), [&](std::uint32_t i) {
+        if (i % shapesPerLook == 0)
+            check();
+        return boxOf(i);
+    });
     m_clears = std::any_of(m_image->objects.begin(), m_image->objects.end(),
                            [](const cam::GerberObject &object) { return !object.dark; });
 }

@@ -6,6 +6,7 @@
 #include "drawing/featureindex.h"
 #include "drawing/figure.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -16,7 +17,10 @@ namespace drawing {
 class GdsScene : public FigureScene
 {
 public:
-    GdsScene(std::shared_ptr<const cam::GdsImage> image, cam::GdsLayer on);
+    // `check` is called every few thousand shapes and may throw to cancel.
+    GdsScene(
+        std::shared_ptr<const cam::GdsImage> image, cam::GdsLayer on,
+        const std::function<void()> &check = [] {});
 
     cam::Box extent() const override;
     void draw(Canvas &canvas, const cam::Transform &toSamples, const DrawMode &mode) const override;
@@ -33,7 +37,7 @@ private:
         bool isKnown = false;
     };
 
-    void prepare(std::size_t structure);
+    void prepare(std::size_t structure, const std::function<void()> &check);
     cam::Box boxOf(std::size_t structure, std::uint32_t shape) const;
     void drawStructure(std::size_t structure, const cam::Transform &map, Canvas &canvas,
                        const DrawMode &mode) const;
@@ -57,7 +61,9 @@ std::vector<cam::GdsLayer> layersOf(const cam::GdsImage &image);
 class GerberScene : public FigureScene
 {
 public:
-    explicit GerberScene(std::shared_ptr<const cam::GerberImage> image);
+    // `check` is called every few thousand objects and may throw to cancel.
+    explicit GerberScene(
+        std::shared_ptr<const cam::GerberImage> image, const std::function<void()> &check = [] {});
 
     const cam::GerberImage &image() const { return *m_image; }
     cam::Box extent() const override { return m_index.extent(); }

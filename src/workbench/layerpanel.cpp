@@ -266,24 +266,34 @@ void LayerPanel::showNothing(const QString &reason)
     m_empty->setText(reason);
 }
 
+void LayerPanel::addUnreadFile(const QString &path)
+{
+    addRows(path, ViewRow::wholeFile, {QFileInfo(path).fileName()});
+}
+
 void LayerPanel::addFile(const QString &path, const QStringList &parts)
+{
+    addRows(path, 0, parts);
+}
+
+void LayerPanel::addRows(const QString &path, int firstPart, const QStringList &names)
 {
     int number = int(files().size());
     m_rows.erase(
         std::remove_if(m_rows.begin(), m_rows.end(), [&](const Row &row) { return row.file == path; }),
         m_rows.end());
-    for (int part = 0; part < parts.size(); ++part) {
+    for (int i = 0; i < names.size(); ++i) {
         Row row;
         row.file = path;
-        row.part = part;
-        row.name = parts[part];
+        row.part = firstPart + i;
+        row.name = names[i];
         row.color = fileColor(number++);
         row.shown = true;
         m_rows.push_back(row);
     }
     fillTable();
     m_stack->setCurrentWidget(m_table);
-    if (!parts.isEmpty())
+    if (!names.isEmpty())
         m_table->scrollToItem(m_table->item(int(m_rows.size()) - 1, Column::Name));
     emit shownChanged();
 }

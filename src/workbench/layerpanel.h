@@ -31,6 +31,8 @@ public:
     void showMatrix(const QString &job, const QStringList &steps,
                     const std::vector<ORVEX::API::layer_info> &layers);
     void showNothing(const QString &reason);
+    // Adds a row for a file of which it is not known what it holds.
+    void addUnreadFile(const QString &path);
     // Adds the rows of a file, all of them seen; a file that is listed already is replaced.
     void addFile(const QString &path, const QStringList &parts);
     void removeFile(const QString &path);
@@ -82,6 +84,7 @@ private:
         bool shown = false;
     };
 
+    void addRows(const QString &path, int firstPart, const QStringList &names);
     void addTableRow(const Row &row);
     void fillTable();
     void updateRow(int row);

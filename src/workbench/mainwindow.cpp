@@ -377,8 +377,7 @@ void MainWindow::refreshJobs()
         LOG(INFO) << "the open job " << m_openJob.toStdString() << " is gone";
         m_openJob.clear();
         m_layers->showNothing(tr("No job is open."));
-        m_viewCommands->openJob(QString());
-        m_view->showText(tr("No job is open."));
+        m_viewCommands->closeJob(tr("No job is open."));
     }
     m_jobs->setCurrentJob(m_openJob);
     updateContext();
@@ -429,7 +428,7 @@ void MainWindow::renameJob(const QString &name)
         m_view->stopReading(); // an open file keeps its folder's name, on Windows
     const QString newName = JobCommands(this, m_jobRoot).rename(name);
     if (newName.isEmpty())
-        return;
+        return m_viewCommands->showRows(); // and reads on
     const bool wasOpen = name == m_openJob;
     m_memory->removeRecentJob(m_jobRoot + "/" + name);
     refreshJobs();
@@ -442,7 +441,7 @@ void MainWindow::removeJob(const QString &name)
     if (name == m_openJob)
         m_view->stopReading();
     if (!JobCommands(this, m_jobRoot).remove(name))
-        return;
+        return m_viewCommands->showRows();
     m_memory->removeRecentJob(m_jobRoot + "/" + name);
     refreshJobs();
     statusBar()->showMessage(tr("The job %1 is in the wastebasket.").arg(name), messageTime);

@@ -5,6 +5,8 @@
 #include "workbench/logcollector.h"
 #include "workbench/mainwindow.h"
 #include "workbench/recentjobs.h"
+#include "workbench/view/boardview.h"
+#include "workbench/view/graphicview.h"
 #include "workbench/windowmemory.h"
 
 #include <QAction>
@@ -201,6 +203,31 @@ private slots:
         QCOMPARE(window->jobNames(), (QStringList{"alpha", "gamma"}));
         QCOMPARE(window->openJobName(), QString());
         QVERIFY(memory.recentJobs().isEmpty());
+    }
+
+    // While the question is open nothing is read of the job, which may be moved.
+    void aJobThatStaysIsReadOn_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("not removed") << int(Qt::Key_Delete);
+        QTest::newRow("not renamed") << int(Qt::Key_F2);
+    }
+    void aJobThatStaysIsReadOn()
+    {
+        QFETCH(const int, key);
+        QVERIFY(folder.write("job/beta/matrix/matrix",
+                             "STEP {\n    COL=1\n    NAME=PCB\n}\nLAYER {\n    ROW=1\n    CONTEXT=BOARD\n"
+                             "    TYPE=SIGNAL\n    NAME=TOP\n    POLARITY=POSITIVE\n}\n"));
+        QVERIFY(folder.write("job/beta/steps/pcb/layers/top/features", "$0 r200\nP 1 1 0 P 0 0\n"));
+        makeWindow();
+        doubleClick("beta"); // no event is handled before the key: the layer is being read
+        ModalResponder responder;
+        responder.expect([](QWidget *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        QTest::keyClick(list, Qt::Key(key));
+        QCOMPARE(responder.pending(), 0);
+        QCOMPARE(window->openJobName(), QString("beta"));
+        QTRY_VERIFY_WITH_TIMEOUT(window->isViewDrawn(), 20000);
+        QCOMPARE(window->findChild<GraphicView *>()->board().title().toLower(), QString("top"));
     }
 
     void theMenuOfAJobActsOnIt()

@@ -4,6 +4,7 @@
 #include "tests/cam/support/gdsrecords.h"
 #include "tests/support/modalresponder.h"
 #include "tests/support/temporaryworkingfolder.h"
+#include "workbench/languages.h"
 #include "workbench/layerpanel.h"
 #include "workbench/logcollector.h"
 #include "workbench/logpane.h"
@@ -20,6 +21,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QTableWidget>
 #include <QtTest>
 
 #include <cmath>
@@ -113,6 +115,24 @@ private:
     TemporaryWorkingFolder folder;
     LogCollector log;
 
+    // A grid of flashes of 1 mm from (0, 0) on.
+    QString addLargeFile()
+    {
+        QByteArray text = "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\n";
+        for (int i = 0; i < 30000; ++i)
+            text +=
+                "X" + QByteArray::number(i % 200) + "000000Y" + QByteArray::number(i / 200) + "000000D03*\n";
+        return folder.write("large.gbr", text + "M02*\n") ? folder.filePath("large.gbr") : QString();
+    }
+    // No event is handled after that: it is not done, however fast it is.
+    void startReading(MainWindow &window, const QString &path)
+    {
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        announceFile(path);
+        QVERIFY(window.isReadingLayer());
+    }
+
 private slots:
     void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
 
@@ -172,6 +192,145 @@ private slots:
         QVERIFY(isDrawnAt(window, 5.0, 10.3));
         QVERIFY(!isDrawnAt(window, 5.0, 5.3));
         QCOMPARE(window.findChild<MessageBar *>()->text(), QString());
+    }
+
+    void aFileThatIsBeingReadIsListedAndSaysHowFarItIs()
+    {
+        const QString path = addLargeFile();
+        MainWindow window(log);
+        startReading(window, path);
+        auto *layers = window.findChild<LayerPanel *>();
+        QCOMPARE(layers->files(), QStringList{path});
+        QVERIFY(layers->isShown("large.gbr"));
+        const BoardView &board = window.findChild<GraphicView *>()->board();
+        QVERIFY(QRegularExpression("^Reading large.gbr ... \\d+ %$").match(board.progress()).hasMatch());
+        QTRY_VERIFY_WITH_TIMEOUT(window.isViewDrawn(), 60000);
+        QCOMPARE(layers->files(), QStringList{path});
+        QCOMPARE(board.progress(), QString());
+        QVERIFY(isDrawnAt(window, 0.0, 0.0));
+    }
+
+    // By its menu.
+    void aFileThatIsRemovedIsReadNoFurther()
+    {
+        const QString path = addLargeFile();
+        MainWindow window(log);
+        startReading(window, path);
+        auto *layers = window.findChild<LayerPanel *>();
+        auto *table = layers->findChild<QTableWidget *>();
+        const QPoint place = table->visualItemRect(table->item(table->rowCount() - 1, 0)).center();
+        bool isChosen = false;
+        QTimer::singleShot(0, &window, [&isChosen] {
+            auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            if (!menu)
+                return;
+            for (QAction *action : menu->actions()) {
+                if (!action->text().startsWith("Remove large.gbr"))
+                    continue;
+                isChosen = true;
+                QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                                  menu->actionGeometry(action).center());
+                return;
+            }
+            menu->close();
+        });
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, table->viewport()->mapToGlobal(place));
+        QApplication::sendEvent(table->viewport(), &event);
+        QVERIFY(isChosen);
+        QVERIFY(layers->files().isEmpty());
+        QVERIFY(!window.isReadingLayer());
+        const BoardView &board = window.findChild<GraphicView *>()->board();
+        QTRY_COMPARE(board.progress(), QString());
+        window.findChild<GraphicView *>()->stopReading();
+        QTest::qWait(100); // what has ended is taken in
+        QVERIFY(layers->files().isEmpty());
+        QCOMPARE(window.findChild<MessageBar *>()->text(), QString());
+    }
+
+    void aHiddenFileIsReadNoFurtherUntilItIsShown()
+    {
+        const QString path = addLargeFile();
+        MainWindow window(log);
+        startReading(window, path);
+        auto *layers = window.findChild<LayerPanel *>();
+        auto *table = layers->findChild<QTableWidget *>();
+        const QPoint eye = table->visualItemRect(table->item(table->rowCount() - 1, 2)).center();
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, eye);
+        QVERIFY(!layers->isShown("large.gbr"));
+        QVERIFY(!window.isReadingLayer());
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, Qt::NoModifier, eye);
+        QVERIFY(window.isReadingLayer());
+        QTRY_VERIFY_WITH_TIMEOUT(window.isViewDrawn(), 60000);
+        QVERIFY(isDrawnAt(window, 0.0, 0.0));
+    }
+
+    // Once more, or another one.
+    void openingAFileAgainReadsItFromItsBegin()
+    {
+        const QString path = addLargeFile();
+        MainWindow window(log);
+        startReading(window, path);
+        QVERIFY(folder.write("large.gbr", gerber)); // the earlier reading would not end well
+        announceFile(path);
+        auto *layers = window.findChild<LayerPanel *>();
+        QCOMPARE(layers->files(), QStringList{path});
+        QTRY_VERIFY_WITH_TIMEOUT(window.isViewDrawn(), 60000);
+        QVERIFY(isDrawnAt(window, 5.0, 5.0));
+        QCOMPARE(window.findChild<MessageBar *>()->text(), QString());
+    }
+
+    void quittingEndsTheReading()
+    {
+        const QString path = addLargeFile();
+        {
+            MainWindow window(log);
+            startReading(window, path);
+            QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
+            QVERIFY(!window.isVisible());
+        }
+        QVERIFY(QFile::remove(path)); // nothing holds it any more, on Windows
+    }
+
+    void filesAreSeenWhenTheJobIsGone()
+    {
+        QVERIFY(QDir().mkpath(folder.filePath("job/gone/matrix")));
+        QVERIFY(folder.write("job/gone/matrix/matrix", "STEP {\n   COL=1\n   NAME=PCB\n}\n"));
+        QVERIFY(folder.write("kept.gbr", gerber));
+        MainWindow window(log);
+        window.openJob("gone");
+        open(window, folder.filePath("kept.gbr"));
+        QVERIFY(isDrawnAt(window, 5.0, 5.0));
+        QVERIFY(QDir(folder.filePath("job/gone")).removeRecursively());
+        window.refreshJobs();
+        QCOMPARE(window.openJobName(), QString());
+        QTRY_VERIFY_WITH_TIMEOUT(window.isViewDrawn(), 20000);
+        QVERIFY(isDrawnAt(window, 5.0, 5.0));
+    }
+
+    void whatADrillFileLeavesOpenIsSaidInTheUsersLanguage_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("zeros");
+        QTest::addColumn<QString>("digits");
+        QTest::newRow("German")
+            << "de" << QString::fromUtf8("open.drl: Es ist nicht angegeben, welche Nullen weggelassen sind")
+            << QString::fromUtf8("gelesen als Zoll mit 2 Stellen vor und 4 hinter dem Dezimalpunkt");
+        QTest::newRow("Chinese") << "zh_CN" << QString::fromUtf8("open.drl：未注明省略哪些零")
+                                 << QString::fromUtf8("按英寸、小数点前 2 位、小数点后 4 位读取");
+    }
+    void whatADrillFileLeavesOpenIsSaidInTheUsersLanguage()
+    {
+        QFETCH(const QString, language);
+        QFETCH(const QString, zeros);
+        QFETCH(const QString, digits);
+        QVERIFY(folder.write("open.drl", "M48\nM72\nT1C.04\n%\nT1\nX10000Y0\nM30\n"));
+        Languages languages;
+        languages.choose(language);
+        MainWindow window(log);
+        announceFile(folder.filePath("open.drl"));
+        auto *bar = window.findChild<MessageBar *>();
+        QTRY_VERIFY2(bar->text().contains(zeros), qPrintable(bar->text()));
+        QVERIFY2(bar->text().contains(digits), qPrintable(bar->text()));
     }
 
     void whatADrillFileLeavesOpenIsSaid()

@@ -23,6 +23,17 @@ enum class DrillMove : std::uint8_t {
     Rout  // with the tool down
 };
 
+// How numbers were read of which the file does not say it; only what has made a difference.
+struct DrillAssumptions
+{
+    bool digits = false; // as many before and behind the decimal point as the following
+    int whole = 0, decimals = 0;
+    bool isInch = false;       // the unit that the file states
+    bool leadingZeros = false; // that these are the ones that are left out
+
+    bool none() const { return !digits && !leadingZeros; }
+};
+
 struct DrillImage
 {
     // One feature of a drill file, beside its geometry.
@@ -36,8 +47,7 @@ struct DrillImage
     // Hits are pads, slots and straight paths lines, arcs arcs. `symbol` is an index into `tools`.
     FeatureSet features;
     std::vector<Work> works; // one for each of features.order
-    // What the file leaves open and how it was taken, a sentence each; empty for a file that says all.
-    std::vector<std::string> assumptions;
+    DrillAssumptions assumptions;
 };
 
 // The image as a layer that can be drawn: a round symbol for each tool, named "T3".

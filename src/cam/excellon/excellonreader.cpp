@@ -734,14 +734,7 @@ int Reader::integer(std::string_view text, const char *what) const
 void Reader::addAssumptions()
 {
     const Digits format = digits();
-    if (m_assumesDigits)
-        m_image.assumptions.push_back("the number format is not stated; taken as " +
-                                      std::to_string(format.whole) + " digits before and " +
-                                      std::to_string(format.decimals) + " behind the decimal point of " +
-                                      (m_unit == inch ? "inches" : "millimetres"));
-    if (m_assumesZeros)
-        m_image.assumptions.emplace_back(
-            "it is not stated which zeros are left out; taken as the leading ones (TZ)");
+    m_image.assumptions = {m_assumesDigits, format.whole, format.decimals, m_unit == inch, m_assumesZeros};
 }
 
 } // namespace

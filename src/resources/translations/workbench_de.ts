@@ -465,10 +465,6 @@
         </translation>
     </message>
     <message>
-        <source>Reading %1 ...</source>
-        <translation>%1 wird gelesen ...</translation>
-    </message>
-    <message>
         <source>Its layers are being read, or draw nothing of it.</source>
         <translation>Seine Lagen werden gelesen oder zeichnen nichts davon.</translation>
     </message>
@@ -880,6 +876,21 @@ Sie können auch auf dieses Fenster gezogen werden.</translation>
     <message>
         <source>As the system</source>
         <translation>Wie das System</translation>
+    </message>
+</context>
+<context>
+    <name>LayerFile</name>
+    <message>
+        <source>%1: the number format is not stated; taken as %2 digits before and %3 behind the decimal point of inches</source>
+        <translation>%1: Das Zahlenformat ist nicht angegeben; gelesen als Zoll mit %2 Stellen vor und %3 hinter dem Dezimalpunkt</translation>
+    </message>
+    <message>
+        <source>%1: the number format is not stated; taken as %2 digits before and %3 behind the decimal point of millimetres</source>
+        <translation>%1: Das Zahlenformat ist nicht angegeben; gelesen als Millimeter mit %2 Stellen vor und %3 hinter dem Dezimalpunkt</translation>
+    </message>
+    <message>
+        <source>%1: it is not stated which zeros are left out; taken as the leading ones (TZ)</source>
+        <translation>%1: Es ist nicht angegeben, welche Nullen weggelassen sind; gelesen als die führenden (TZ)</translation>
     </message>
 </context>
 <context>

@@ -463,10 +463,6 @@
         </translation>
     </message>
     <message>
-        <source>Reading %1 ...</source>
-        <translation>正在读取 %1 ...</translation>
-    </message>
-    <message>
         <source>Its layers are being read, or draw nothing of it.</source>
         <translation>正在读取所在的层,或这些层没有绘制它。</translation>
     </message>
@@ -875,6 +871,21 @@ They can also be dropped on this window.</source>
     <message>
         <source>As the system</source>
         <translation>跟随系统</translation>
+    </message>
+</context>
+<context>
+    <name>LayerFile</name>
+    <message>
+        <source>%1: the number format is not stated; taken as %2 digits before and %3 behind the decimal point of inches</source>
+        <translation>%1：未注明数字格式；按英寸、小数点前 %2 位、小数点后 %3 位读取</translation>
+    </message>
+    <message>
+        <source>%1: the number format is not stated; taken as %2 digits before and %3 behind the decimal point of millimetres</source>
+        <translation>%1：未注明数字格式；按毫米、小数点前 %2 位、小数点后 %3 位读取</translation>
+    </message>
+    <message>
+        <source>%1: it is not stated which zeros are left out; taken as the leading ones (TZ)</source>
+        <translation>%1：未注明省略哪些零；按省略前导零（TZ）读取</translation>
     </message>
 </context>
 <context>

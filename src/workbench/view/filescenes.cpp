@@ -7,13 +7,8 @@
 #include "drawing/drillscene.h"
 #include "drawing/filescene.h"
 
-#include <QCoreApplication>
-#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-
-#include <map>
-#include <mutex>
 
 namespace {
 
@@ -46,65 +41,58 @@ Kind kindOf(const QString &path)
                                                          : Kind::Gerber;
 }
 
-// All rows of a GDSII file are drawn from one image of it.
-std::shared_ptr<const cam::GdsImage> gdsImage(const QString &path)
-{
-    struct Known
-    {
-        std::weak_ptr<const cam::GdsImage> image;
-        QDateTime changed;
-    };
-    static std::mutex mutex;
-    static std::map<QString, Known> files;
-    const std::lock_guard<std::mutex> lock(mutex);
-    Known &known = files[path];
-    const QDateTime changed = QFileInfo(path).lastModified();
-    std::shared_ptr<const cam::GdsImage> image = known.image.lock();
-    if (image && known.changed == changed)
-        return image;
-    image = std::make_shared<const cam::GdsImage>(cam::readGdsFile(localPath(path)));
-    known = {image, changed};
-    return image;
-}
+const double readingShare = 0.75; // of a file's reading, the rest prepares its drawing
 
 } // namespace
 
-FileContents contentsOf(const QString &path)
+LayerFile::LayerFile(const QString &path, const std::function<void(double)> &report)
+    : m_name(QFileInfo(path).fileName()), m_parts{m_name}
 {
-    const QString name = QFileInfo(path).fileName();
-    FileContents contents;
+    const auto reportReading = [&report](double share) { report(readingShare * share); };
+    const auto reportRest = [&report](double share) { report(readingShare + (1.0 - readingShare) * share); };
     switch (kindOf(path)) {
     case Kind::Gds:
-        for (const cam::GdsLayer on : drawing::layersOf(*gdsImage(path)))
-            contents.parts << QString("%1 %2/%3").arg(name).arg(on.layer).arg(on.datatype);
+        m_gds = std::make_shared<const cam::GdsImage>(cam::readGdsFile(localPath(path), report));
+        m_layers = drawing::layersOf(*m_gds);
+        m_parts.clear();
+        for (const cam::GdsLayer on : m_layers)
+            m_parts << QString("%1 %2/%3").arg(m_name).arg(on.layer).arg(on.datatype);
         break;
     case Kind::Gerber:
-        cam::readGerberFile(localPath(path));
-        contents.parts << name;
+        m_scene = std::make_shared<drawing::GerberScene>(
+            std::make_shared<const cam::GerberImage>(cam::readGerberFile(localPath(path), reportReading)),
+            [&reportRest] { reportRest(0.0); });
         break;
-    case Kind::Excellon:
-        for (const std::string &assumption : cam::readExcellonFile(localPath(path)).assumptions)
-            contents.remarks << name + ": " + QString::fromStdString(assumption);
-        contents.parts << name;
+    case Kind::Excellon: {
+        const cam::DrillImage image = cam::readExcellonFile(localPath(path), reportReading);
+        m_assumptions = image.assumptions;
+        m_scene = std::make_shared<drawing::DrillScene>(image, reportRest);
         break;
     }
-    return contents;
+    }
 }
 
-std::shared_ptr<const drawing::Scene> readFileScene(const QString &path, int part)
+QStringList LayerFile::remarks() const
 {
-    const Kind kind = kindOf(path);
-    if (kind == Kind::Gds) {
-        const std::shared_ptr<const cam::GdsImage> image = gdsImage(path);
-        const std::vector<cam::GdsLayer> layers = drawing::layersOf(*image);
-        if (part < 0 || part >= int(layers.size()))
-            throw cam::Error(path.toStdString() + ": has changed, open it again");
-        return std::make_shared<drawing::GdsScene>(image, layers[std::size_t(part)]);
+    QStringList remarks;
+    if (m_assumptions.digits) {
+        const QString how =
+            m_assumptions.isInch
+                ? tr("%1: the number format is not stated; taken as %2 digits before and %3 behind the "
+                     "decimal point of inches")
+                : tr("%1: the number format is not stated; taken as %2 digits before and %3 behind the "
+                     "decimal point of millimetres");
+        remarks << how.arg(m_name).arg(m_assumptions.whole).arg(m_assumptions.decimals);
     }
-    if (kind == Kind::Excellon)
-        return std::make_shared<drawing::DrillScene>(cam::readExcellonFile(localPath(path)));
-    return std::make_shared<drawing::GerberScene>(
-        std::make_shared<const cam::GerberImage>(cam::readGerberFile(localPath(path))));
+    if (m_assumptions.leadingZeros)
+        remarks << tr("%1: it is not stated which zeros are left out; taken as the leading ones (TZ)")
+                       .arg(m_name);
+    return remarks;
+}
+
+std::shared_ptr<const drawing::Scene> LayerFile::scene(int part, const std::function<void()> &check) const
+{
+    return m_gds ? std::make_shared<drawing::GdsScene>(m_gds, m_layers[std::size_t(part)], check) : m_scene;
 }
 
 bool isLayerFile(const QString &path)

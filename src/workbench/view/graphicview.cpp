@@ -2,6 +2,7 @@
 
 #include "cam/model/flatten.h"
 #include "workbench/view/boardview.h"
+#include "workbench/view/filescenes.h"
 
 #include <QDragEnterEvent>
 #include <QMimeData>
@@ -9,8 +10,6 @@
 #include <QVBoxLayout>
 
 #include <glog/logging.h>
-
-#include <chrono>
 
 namespace {
 
@@ -53,12 +52,22 @@ GraphicView::GraphicView(QWidget *parent) : QWidget(parent), m_view(new BoardVie
         m_view->update();
     });
     connect(&m_store, &SceneStore::progressed, this, [this] { m_view->setProgress(m_store.progress()); });
-    connect(&m_store, &SceneStore::changed, this, &GraphicView::showScenes);
+    connect(&m_store, &SceneStore::changed, this, [this] {
+        m_view->setProgress(m_store.progress());
+        if (!m_rows.isEmpty())
+            showScenes();
+    });
+    connect(&m_store, &SceneStore::fileFailed, this, &GraphicView::fileFailed);
+    connect(&m_store, &SceneStore::fileRead, this,
+            [this](const QString &path, const QStringList &parts, const QStringList &remarks) {
+                emit fileRead(path, parts);
+                if (!remarks.isEmpty())
+                    emit fileRemarked(remarks.join('\n'));
+            });
     connect(&m_store, &SceneStore::failed, this, [this](const QString &name, const QString &reason) {
         LOG(ERROR) << "the layer " << name.toStdString() << " cannot be shown: " << reason.toStdString();
         m_failure = tr("%1 cannot be shown.\n%2").arg(name, reason);
     });
-    connect(&m_timer, &QTimer::timeout, this, &GraphicView::lookAtFiles);
     connect(&m_factsTimer, &QTimer::timeout, this, &GraphicView::lookAtFacts);
 }
 
@@ -87,7 +96,7 @@ void GraphicView::showRows(const QVector<ViewRow> &rows)
 
 void GraphicView::showText(const QString &text)
 {
-    m_store.stop();
+    m_store.stopLayers();
     clearFound();
     if (m_source) {
         m_source.reset();
@@ -385,41 +394,9 @@ void GraphicView::clearMarks()
 
 // ---- files
 
-void GraphicView::openFile(const QString &path)
-{
-    m_files.push_back({path, std::async(std::launch::async, contentsOf, path)});
-    m_view->setProgress(tr("Reading %1 ...").arg(path));
-    m_timer.start(lookInterval);
-}
-
 void GraphicView::closeFile(const QString &path)
 {
     m_store.forgetFile(path);
-}
-
-void GraphicView::lookAtFiles()
-{
-    for (auto at = m_files.begin(); at != m_files.end();) {
-        if (at->task.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
-            ++at;
-            continue;
-        }
-        Listing listing = std::move(*at);
-        at = m_files.erase(at);
-        m_store.forgetFile(listing.path);
-        try {
-            const FileContents contents = listing.task.get();
-            m_view->setProgress(m_store.progress());
-            emit fileRead(listing.path, contents.parts);
-            if (!contents.remarks.isEmpty())
-                emit fileRemarked(contents.remarks.join('\n'));
-        } catch (const std::exception &error) {
-            m_view->setProgress(m_store.progress());
-            emit fileFailed(listing.path, QString::fromStdString(error.what()));
-        }
-    }
-    if (m_files.empty())
-        m_timer.stop();
 }
 
 void GraphicView::dragEnterEvent(QDragEnterEvent *event)

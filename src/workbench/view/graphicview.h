@@ -4,7 +4,6 @@
 #include "workbench/view/componentnames.h"
 #include "workbench/view/differences.h"
 #include "workbench/view/figureinspection.h"
-#include "workbench/view/filescenes.h"
 #include "workbench/view/inspection.h"
 #include "workbench/view/lengthunit.h"
 #include "workbench/view/measuring.h"
@@ -15,8 +14,6 @@
 #include <QStringList>
 #include <QTimer>
 #include <QWidget>
-
-#include <future>
 
 class BoardView;
 
@@ -35,19 +32,18 @@ public:
     // The lowest first. What is not there yet is read; the reading of anything else ends.
     void showRows(const QVector<ViewRow> &rows);
     void showText(const QString &text);
-    // Reads what a file holds; fileRead() or fileFailed() follows.
-    void openFile(const QString &path);
+    // Ends the reading of a file and forgets it.
     void closeFile(const QString &path);
     // What is said about the feature or figure that was clicked; empty when there is none.
     QStringList inspected() const;
     std::optional<Measurement> measurement() const { return m_measuring.measurement(); }
-    // Ends the reading of layers and returns when it has ended.
+    // Ends all reading and returns when it has ended.
     void stopReading() { m_store.stopAndWait(); }
     // What the comparison of files with layers of the open step has found; the earlier ones are forgotten.
     void showDifferences(const QVector<LayerProof> &proofs);
     // Goes to the place of that number, as soon as its layer is there.
     void goToDifference(const QString &layer, int place);
-    bool isReading() const { return m_store.isBusy() || !m_files.empty(); }
+    bool isReading() const { return m_store.isBusy(); }
     // Whether all that is to be seen has been read and drawn.
     bool isDrawn() const;
     // Whether more is being read of what is inspected.
@@ -77,6 +73,7 @@ public slots:
 signals:
     // The place under the mouse; empty when it leaves.
     void pointed(const QString &place);
+    // A file whose parts were not known (ViewRow::wholeFile) has been read.
     void fileRead(const QString &path, const QStringList &parts);
     // What the file leaves open, and how it was taken: lines that name the file.
     void fileRemarked(const QString &remarks);
@@ -97,17 +94,9 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    // A file whose contents are being listed.
-    struct Listing
-    {
-        QString path;
-        std::future<FileContents> task;
-    };
-
     void showScenes();
     void takeBoard(const drawing::LayerScene &scene);
     QString titleOf(const QVector<ViewRow> &rows) const;
-    void lookAtFiles();
     void lookAtFacts();
     void showMark();
     QString markText() const;
@@ -132,7 +121,5 @@ private:
     QString m_text; // where there is nothing to draw
     bool m_hasBoard = false;
     QString m_failure; // of the layer that was chosen last
-    std::list<Listing> m_files;
-    QTimer m_timer;
     QTimer m_factsTimer;
 };

@@ -3,12 +3,12 @@
 #include "cam/odb/job.h"
 #include "platform/thread.h"
 #include "workbench/view/componentscene.h"
-#include "workbench/view/filescenes.h"
 
 #include <glog/logging.h>
 
 #include <algorithm>
 #include <chrono>
+#include <vector>
 
 namespace {
 
@@ -61,7 +61,7 @@ SceneStore::~SceneStore()
 
 void SceneStore::setStep(const QString &job, const QString &step, const std::shared_ptr<StepSource> &source)
 {
-    stop();
+    stopLayers();
     ++m_generation;
     m_job = job;
     m_step = step;
@@ -90,7 +90,10 @@ bool SceneStore::isCurrent(const ViewRow &row) const
 void SceneStore::forgetFile(const QString &path)
 {
     for (auto at = m_entries.begin(); at != m_entries.end();)
-        at = !at->second.image && at->first.endsWith(' ' + path) ? m_entries.erase(at) : std::next(at);
+        at = at->second.file == path ? m_entries.erase(at) : std::next(at);
+    m_files.erase(path);
+    for (const auto &work : m_works)
+        work->cancel = work->cancel || work->row.file == path;
 }
 
 bool SceneStore::isWanted(const QString &key, const cam::ExportOptions &options) const
@@ -127,7 +130,7 @@ void SceneStore::startNext()
         const QString key = keyOf(row);
         const auto known = m_entries.find(key);
         if (known != m_entries.end() && sameChange(known->second.options, row.options) &&
-            (known->second.scene || known->second.hasFailed))
+            (known->second.scene || known->second.hasFailed || row.part == ViewRow::wholeFile))
             continue;
         bool isUnderWay = false;
         for (const auto &work : m_works)
@@ -141,22 +144,28 @@ void SceneStore::startNext()
         work->row = row;
         if (known != m_entries.end())
             work->image = known->second.image;
+        const auto file = m_files.find(row.file);
+        if (file != m_files.end())
+            work->file = file->second;
         work->source = m_source;
         work->task = std::async(std::launch::async, run, work, m_job, m_step, std::ref(*m_source));
         m_timer.start(lookInterval);
     }
 }
 
-void SceneStore::stop()
+void SceneStore::stopLayers()
 {
-    m_wanted.clear();
+    const auto isLayer = [](const ViewRow &row) { return row.file.isEmpty(); };
+    m_wanted.erase(std::remove_if(m_wanted.begin(), m_wanted.end(), isLayer), m_wanted.end());
     for (const auto &work : m_works)
-        work->cancel = true;
+        work->cancel = work->cancel || isLayer(work->row);
 }
 
 void SceneStore::stopAndWait()
 {
-    stop();
+    m_wanted.clear();
+    for (const auto &work : m_works)
+        work->cancel = true;
     for (const auto &work : m_works)
         work->task.wait();
 }
@@ -176,6 +185,14 @@ QString SceneStore::progress() const
     return parts.join('\n');
 }
 
+void SceneStore::readFile(Work &work, const std::function<void(double)> &report)
+{
+    if (!work.file)
+        work.file = std::make_shared<const LayerFile>(work.row.file, report);
+    if (work.row.part != ViewRow::wholeFile)
+        work.scene = work.file->scene(work.row.part, [&report] { report(0.0); });
+}
+
 void SceneStore::run(Work *work, const QString &job, const QString &step, StepSource &source)
 {
     const platform::BackgroundWork background;
@@ -187,7 +204,7 @@ void SceneStore::run(Work *work, const QString &job, const QString &step, StepSo
     double builtFrom = 0.0;
     try {
         if (!work->row.file.isEmpty()) {
-            work->scene = readFileScene(work->row.file, work->row.part);
+            readFile(*work, report);
             return;
         }
         if (!work->image) {
@@ -219,21 +236,21 @@ void SceneStore::run(Work *work, const QString &job, const QString &step, StepSo
 
 void SceneStore::look()
 {
-    bool hasChanged = false;
+    std::vector<std::unique_ptr<Work>> finished;
     for (auto at = m_works.begin(); at != m_works.end();) {
         if ((*at)->task.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
             ++at;
             continue;
         }
-        const std::unique_ptr<Work> work = std::move(*at);
+        finished.push_back(std::move(*at));
         at = m_works.erase(at);
-        hasChanged = true;
-        take(*work);
     }
-    if (!hasChanged) {
+    if (finished.empty()) {
         emit progressed();
         return;
     }
+    for (const auto &work : finished)
+        take(*work);
     startNext();
     if (m_works.empty())
         m_timer.stop();
@@ -243,17 +260,36 @@ void SceneStore::look()
 
 void SceneStore::take(Work &work)
 {
-    if ((!work.scene && work.error.isEmpty()) || work.generation != m_generation)
+    const bool isLayer = work.row.file.isEmpty();
+    if (work.row.part == ViewRow::wholeFile)
+        return takeFile(work);
+    if ((!work.scene && work.error.isEmpty()) || (isLayer && work.generation != m_generation))
         return;
     Entry &entry = m_entries[work.key];
     entry.image = work.image;
     entry.scene = work.scene;
+    entry.file = work.row.file;
     entry.options = work.row.options;
     entry.hasFailed = !work.error.isEmpty();
     entry.size = work.image ? featuresOf(*work.image) : 0.0;
     entry.used = ++m_uses;
     if (entry.hasFailed && !work.cancel)
         emit failed(work.row.name, work.error);
+}
+
+void SceneStore::takeFile(const Work &work)
+{
+    if (work.cancel)
+        return;
+    Entry &entry = m_entries[work.key];
+    entry.file = work.row.file;
+    entry.hasFailed = !work.error.isEmpty();
+    if (entry.hasFailed) {
+        emit fileFailed(work.row.file, work.error);
+        return;
+    }
+    m_files[work.row.file] = work.file;
+    emit fileRead(work.row.file, work.file->parts(), work.file->remarks());
 }
 
 void SceneStore::forgetUnused()

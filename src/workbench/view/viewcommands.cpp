@@ -86,13 +86,15 @@ ViewCommands::ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMen
     connect(&m_layers, &LayerPanel::fileRemoved, &m_view, &GraphicView::closeFile);
     connect(&m_view, &GraphicView::filesDropped, this, &ViewCommands::openFiles);
     connect(&m_view, &GraphicView::fileRead, this, [this](const QString &path, const QStringList &parts) {
+        m_layers.addFile(path, parts);
         if (parts.isEmpty())
             emit fileFailed(path, tr("%1: nothing is drawn in it").arg(path));
-        else
-            m_layers.addFile(path, parts);
         emit fileOpened(path);
     });
-    connect(&m_view, &GraphicView::fileFailed, this, &ViewCommands::fileFailed);
+    connect(&m_view, &GraphicView::fileFailed, this, [this](const QString &path, const QString &reason) {
+        m_layers.removeFile(path);
+        emit fileFailed(path, reason);
+    });
 }
 
 ViewCommands::~ViewCommands() = default;
@@ -166,6 +168,14 @@ void ViewCommands::openJob(const QString &folder)
     openStep();
 }
 
+void ViewCommands::closeJob(const QString &reason)
+{
+    openJob(QString());
+    m_view.showText(reason);
+    if (!rows().isEmpty())
+        showRows();
+}
+
 void ViewCommands::openStep()
 {
     m_view.openStep(m_job, m_layers.currentStep());
@@ -225,8 +235,10 @@ void ViewCommands::look()
 
 void ViewCommands::openFiles(const QStringList &paths)
 {
-    for (const QString &path : paths)
-        m_view.openFile(path);
+    for (const QString &path : paths) {
+        m_view.closeFile(path);
+        m_layers.addUnreadFile(path);
+    }
 }
 
 void ViewCommands::chooseFiles()

@@ -25,21 +25,25 @@ public:
     ViewCommands(LayerPanel &layers, GraphicView &view, QMenu &fileMenu, QMenu &viewMenu, QObject *parent);
     ~ViewCommands() override;
 
-    // Layers are those of this job, in the step that the panel says. An empty folder: there is no job.
+    // Layers are those of this job, in the step that the panel says.
     void openJob(const QString &folder);
+    // There is no job any more; `reason` is shown unless a file is.
+    void closeJob(const QString &reason);
     // The step is another one.
     void openStep();
     // Nanometres that exports add to features, by the settings.
     void setResize(double resize);
+    // Shows what is to be seen, where something else was shown or its reading was ended.
+    void showRows();
     // Looks at the open Export dialog again.
     void look();
     // Shows a place where a file differs from its layer, as the view has been told of it.
     void goToDifference(const QString &layer, int place);
-    // Adds what files hold to the list.
+    // Lists files, which are read, and then what they hold.
     void openFiles(const QStringList &paths);
 
 signals:
-    // A file is listed and seen.
+    // A file has been read.
     void fileOpened(const QString &path);
     // `reason` names the file.
     void fileFailed(const QString &path, const QString &reason);
@@ -48,7 +52,6 @@ signals:
 
 private:
     void addViewMenu(QMenu &menu);
-    void showRows();
     QVector<ViewRow> rows() const;
     void chooseFiles();
     void compareFiles();

@@ -12,7 +12,9 @@ struct ViewRow
 {
     QString name; // of the layer, or of the part of the file
     QString file; // empty for a layer of the job
-    int part = 0; // of the file
+    // Of the file; `wholeFile` while it is not known what the file holds.
+    int part = 0;
+    static constexpr int wholeFile = -1;
     QColor color;
     double opacity = 1.0;       // 0 to 1
     cam::ExportOptions options; // what an export makes of a layer of the job

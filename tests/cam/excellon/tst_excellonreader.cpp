@@ -265,29 +265,30 @@ void tst_ExcellonReader::saysWhatItAssumed_data()
     QTest::newRow("all is stated") << metric + "X1Y1\nM30\n" << QString();
     QTest::newRow("decimal points need nothing")
         << QByteArray("M48\nMETRIC\nT1C0.8\n%\nT1\nX1.0Y1.0\nM30\n") << QString();
-    QTest::newRow("number format")
-        << QByteArray("M48\nMETRIC,TZ\nT1C0.8\n%\nT1\nX1Y1\nM30\n")
-        << "the number format is not stated; taken as 3 digits before and 3 behind the "
-           "decimal point of millimetres";
-    QTest::newRow("zeros") << QByteArray("M48\nINCH,00.0000\nT1C0.8\n%\nT1\nX1Y1\nM30\n")
-                           << "it is not stated which zeros are left out; taken as the leading ones (TZ)";
+    QTest::newRow("number format") << QByteArray("M48\nMETRIC,TZ\nT1C0.8\n%\nT1\nX1Y1\nM30\n")
+                                   << "3 and 3 digits of a millimetre";
+    QTest::newRow("zeros") << QByteArray("M48\nINCH,00.0000\nT1C0.8\n%\nT1\nX1Y1\nM30\n") << "leading zeros";
     QTest::newRow("zeros that make no difference")
         << QByteArray("M48\nINCH,00.0000\nT1C0.8\n%\nT1\nX010000Y-000001\nM30\n") << QString();
-    QTest::newRow("both")
-        << QByteArray("M48\nM72\nT1C0.8\n%\nT1\nX1Y1\nM30\n")
-        << "the number format is not stated; taken as 2 digits before and 4 behind the decimal "
-           "point of inches|it is not stated which zeros are left out; taken as the leading "
-           "ones (TZ)";
+    QTest::newRow("both") << QByteArray("M48\nM72\nT1C0.8\n%\nT1\nX1Y1\nM30\n")
+                          << "2 and 4 digits of an inch|leading zeros";
 }
 
 void tst_ExcellonReader::saysWhatItAssumed()
 {
     QFETCH(QByteArray, text);
     QFETCH(QString, said);
+    const cam::DrillAssumptions assumed = read(text).assumptions;
     QStringList assumptions;
-    for (const std::string &assumption : read(text).assumptions)
-        assumptions << QString::fromStdString(assumption);
+    if (assumed.digits)
+        assumptions << QString("%1 and %2 digits of %3")
+                           .arg(assumed.whole)
+                           .arg(assumed.decimals)
+                           .arg(assumed.isInch ? "an inch" : "a millimetre");
+    if (assumed.leadingZeros)
+        assumptions << "leading zeros";
     QCOMPARE(assumptions.join('|'), said);
+    QCOMPARE(assumed.none(), said.isEmpty());
 }
 
 void tst_ExcellonReader::tellsDrillFilesByTheirContent_data()
@@ -452,7 +453,7 @@ void tst_ExcellonReader::randomFilesAreReadBackExactly()
             }
         }
         const DrillImage image = read(writer.finished());
-        QVERIFY(image.assumptions.empty());
+        QVERIFY(image.assumptions.none());
         QCOMPARE(image.works.size(), wanted.size());
         for (int tool = 0; tool < 5; ++tool)
             QCOMPARE(image.tools[std::size_t(tool)].diameter, double(diameters[tool]) * unit / 10000.0);

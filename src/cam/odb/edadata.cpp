@@ -64,6 +64,11 @@ EdaData Reader::read(LineReader &lines, const std::function<void()> &check)
     return std::move(m_result);
 }
 
+bool isEdge(std::string_view word)
+{
+    return word == "OS" || word == "OC" || word == "OE";
+}
+
 void Reader::readLine(const TextLine &line)
 {
     if (m_table.take(line.text))
@@ -73,6 +78,9 @@ void Reader::readLine(const TextLine &line)
     const std::string_view word = fields.word();
     if (word.empty() || word[0] == '#')
         return;
+    // Another record would go on with another outline, or leave this one open.
+    if (m_isInContour && !isEdge(word))
+        fields.fail("OS, OC or OE inside a contour");
     if (word == "NET") {
         readNet(fields, attributeField(line.text));
     } else if (word == "SNT") {
@@ -174,9 +182,8 @@ void Reader::readOutline(std::string_view word, Fields &fields)
     if (m_part != Part::Package && m_part != Part::Pin)
         return;
     ContourPool &outline = m_part == Part::Package ? m_result.packages.back().outline : m_pinOutline;
-    const bool isEdge = word == "OS" || word == "OC" || word == "OE";
-    if (isEdge != m_isInContour && (isEdge || word == "OB" || word == "CE"))
-        fields.fail(m_isInContour ? "OS, OC or OE inside a contour" : "OB before OS, OC and OE");
+    if (isEdge(word) && !m_isInContour)
+        fields.fail("OB before OS, OC and OE");
     const auto addBox = [&outline](Point low, Point high) {
         const Point corners[] = {low, {high.x, low.y}, high, {low.x, high.y}};
         outline.addPolygon(corners, 4, false);

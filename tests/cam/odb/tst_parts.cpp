@@ -174,6 +174,8 @@ private slots:
             {"eda_cut_off_in_a_contour",
              "5: expected OE, the end of the last contour, before the end of the file"},
             {"eda_edge_outside_a_contour", "3: expected OB before OS, OC and OE"},
+            {"eda_package_inside_a_contour", "6: expected OS, OC or OE inside a contour"},
+            {"eda_rectangle_inside_a_contour", "6: expected OS, OC or OE inside a contour"},
             {"eda_subnet_before_net", "1: expected NET before SNT"},
         };
         for (const auto &row : rows)

@@ -44,7 +44,7 @@ JobExport::JobExport(const QString &path, Shared &run, const ExportArguments &ar
 
 bool JobExport::isDoneAlready()
 {
-    std::optional<JobReport> earlier = m_arguments.resume ? earlierReport() : std::nullopt;
+    std::optional<JobReport> earlier = earlierReport();
     if (!earlier)
         return false;
     earlier->source = m_report.source;

@@ -13,6 +13,7 @@ public:
     JobExport(const QString &path, Shared &run, const ExportArguments &arguments);
 
 private:
+    bool mayBeDoneAlready() const override { return m_arguments.resume; }
     bool isDoneAlready() override;
     void work(const cam::LayerImage &image, const cam::ExportRequest &request, FileReport &file) override;
     void completed() override;

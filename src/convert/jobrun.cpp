@@ -31,34 +31,53 @@ JobRun::JobRun(const QString &path, Shared &run)
 void JobRun::start()
 {
     m_start = std::chrono::steady_clock::now();
+    m_left = 1; // the opening itself
     try {
         open();
     } catch (const Cancelled &) {
         return;
     } catch (const std::exception &failure) {
         m_report.error = QString::fromStdString(failure.what());
-        finish();
     }
+    partDone();
 }
 
 void JobRun::open()
 {
     if (!QFileInfo::exists(m_source.path()))
         throw std::runtime_error("there is no such file or folder");
-    m_report.hash = m_source.hash(m_run.cancelled);
-    if (isDoneAlready())
-        return m_run.finished(m_report);
+    if (mayBeDoneAlready()) {
+        m_report.hash = m_source.hash(m_run.cancelled);
+        m_isDoneAlready = isDoneAlready();
+        if (m_isDoneAlready)
+            return;
+    } else {
+        // Nobody waits for it before the job is done.
+        ++m_left;
+        m_run.pool.add({0, 0.0, [this] { takeHash(); }});
+    }
     m_source.open(m_run.cancelled);
     const cam::Matrix matrix = cam::Job(m_source.folder()).matrix();
     plan(matrix);
     planned(matrix);
-    m_left = m_layers.size();
+    m_left += m_layers.size();
+    m_unread = m_layers.size();
     m_run.layersInAll += int(m_layers.size());
-    if (m_layers.empty())
-        return finish();
     for (const LayerTask &layer : m_layers)
         m_run.pool.add(
             {0, estimatedMegabytes(m_source.folder(), layer.name), [this, &layer] { workOn(layer); }});
+}
+
+void JobRun::takeHash()
+{
+    try {
+        m_report.hash = m_source.hash(m_run.cancelled);
+    } catch (const Cancelled &) {
+        return;
+    } catch (const std::exception &failure) {
+        m_hashError = QString::fromStdString(failure.what());
+    }
+    partDone();
 }
 
 void JobRun::plan(const cam::Matrix &matrix)
@@ -175,7 +194,7 @@ void JobRun::workOn(const LayerTask &task)
     request.note = [&](const cam::ExportNote &note) { warnings << QString::fromStdString(note.text); };
     const auto start = std::chrono::steady_clock::now();
     try {
-        const cam::LayerImage image = cam::readLayer(request);
+        const cam::LayerImage image = readLayer(request);
         const double readingSeconds = secondsSince(start);
         for (const std::size_t i : task.files) {
             FileReport &file = m_report.files[i];
@@ -197,13 +216,35 @@ void JobRun::workOn(const LayerTask &task)
             m_report.files[i].warnings = warnings;
         }
     }
-    layerDone();
-}
-
-void JobRun::layerDone()
-{
     ++m_run.layersDone;
     m_run.advanced();
+    partDone();
+}
+
+// The last layer that is read lets go of what was unpacked, while others are still written.
+cam::LayerImage JobRun::readLayer(const cam::ExportRequest &request)
+{
+    const auto hasRead = [this] {
+        if (--m_unread > 0)
+            return;
+        ++m_left;
+        m_run.pool.add({0, 0.0, [this] {
+                            m_source.close();
+                            partDone();
+                        }});
+    };
+    try {
+        cam::LayerImage image = cam::readLayer(request);
+        hasRead();
+        return image;
+    } catch (const std::exception &) {
+        hasRead();
+        throw;
+    }
+}
+
+void JobRun::partDone()
+{
     if (--m_left == 0)
         finish();
 }
@@ -211,6 +252,10 @@ void JobRun::layerDone()
 void JobRun::finish()
 {
     m_source.close();
+    if (m_isDoneAlready)
+        return m_run.finished(m_report);
+    if (!m_hashError.isEmpty())
+        m_report.error = m_hashError;
     m_report.seconds = secondsSince(m_start);
     try {
         completed();

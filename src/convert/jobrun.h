@@ -39,6 +39,8 @@ public:
     void start();
 
 protected:
+    // Whether isDoneAlready() is to be asked, which has to wait for the job's hash.
+    virtual bool mayBeDoneAlready() const { return false; }
     // Whether an earlier run has done it all, which the report says then. Asked with the hash known and the
     // job not yet unpacked.
     virtual bool isDoneAlready() { return false; }
@@ -69,14 +71,19 @@ private:
     void open();
     void plan(const cam::Matrix &matrix);
     void refuseSharedNames();
+    void takeHash();
     void workOn(const LayerTask &task);
-    void layerDone();
+    cam::LayerImage readLayer(const cam::ExportRequest &request);
+    void partDone();
     void finish();
 
     JobSource m_source;
     std::chrono::steady_clock::time_point m_start;
     std::vector<LayerTask> m_layers;
-    std::atomic<std::size_t> m_left{0};
+    bool m_isDoneAlready = false;
+    QString m_hashError;
+    // Tasks that have not ended, and layers that have not been read.
+    std::atomic<std::size_t> m_left{0}, m_unread{0};
 };
 
 // Runs the jobs of the command line side by side. `make` makes the work on a job, `print` shows a report;

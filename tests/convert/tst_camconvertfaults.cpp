@@ -119,16 +119,17 @@ private slots:
         QFETCH(int, signal);
         JobFolder job;
         job.features(tangle(6000), "top");
+        job.features("$0 r200\nL 1 1 4 5 0 P 0\n", "drill");
         const Program program;
-        // An archive, so that there is a private folder to remove.
+        // An archive, so that there is a private folder to remove; it stays until the last layer is read.
         QProcess tar;
         tar.start("tar", {"czf", program.filePath("board.tgz"), "-C", job.root(), "board"});
         QVERIFY(tar.waitForFinished() && tar.exitCode() == 0);
         QVERIFY(program.folder().write("o/board/top.gds", "old"));
         QProcess process;
         program.prepare(process);
-        process.start(Program::path(), {"export", "board.tgz", "--out", "o", "--layers", "top", "--negate",
-                                        "--format", "gds"});
+        process.start(Program::path(), {"export", "board.tgz", "--out", "o", "--layers", "top,bottom",
+                                        "--jobs", "1", "--negate", "--format", "gds"});
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo::exists(program.filePath("o/board/top.gds.part")), 20000);
         QVERIFY(!program.temporaryFiles().isEmpty());
         QVERIFY(::kill(pid_t(process.processId()), signal) == 0);

@@ -315,10 +315,11 @@ private slots:
         QVERIFY(makeJobs());
         QVERIFY(folder.write("nothing.tgz", "no archive") && folder.write("broken.gds", "no stream") &&
                 folder.write("mask.gerber", "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\nM02*\n") &&
-                folder.write("holes.drl", "M48\nMETRIC,TZ\nT1C1.0\n%\nT1\nX1000Y2000\nM30\n");
+                folder.write("holes.drl", "M48\nMETRIC,TZ\nT1C1.0\n%\nT1\nX1000Y2000\nM30\n"));
         QByteArray large = "%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\nD10*\n"; // is read for a while
         for (int i = 0; i < 100000; ++i)
-            large += "X" + QByteArray::number(i % 400) + "000000Y" + QByteArray::number(i / 400) + "000000D03*\n";
+            large +=
+                "X" + QByteArray::number(i % 400) + "000000Y" + QByteArray::number(i / 400) + "000000D03*\n";
         QVERIFY(folder.write("large.gbr", large + "M02*\n"));
         HostSettings settings;
         settings.jobFolder = folder.filePath("job");

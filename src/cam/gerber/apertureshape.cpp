@@ -145,6 +145,35 @@ void ShapeBuilder::thermal(Point center, double outer, double inner, double gap,
     }
 }
 
+// Two halves, so that each contour goes around what it covers.
+void ShapeBuilder::ring(Point center, double outerRadius, double innerRadius)
+{
+    const Point outer{outerRadius, 0.0}, inner{innerRadius, 0.0};
+    for (const double side : {1.0, -1.0}) {
+        contours().begin(center + outer * side, false);
+        contours().arcTo(center - outer * side, center, false);
+        contours().lineTo(center - inner * side);
+        contours().arcTo(center + inner * side, center, true);
+        contours().end();
+    }
+}
+
+void ShapeBuilder::moire(const Moire &form, double degrees)
+{
+    const Point middle = Transform::rotation(degrees)(form.center);
+    double radius = form.outer / 2.0;
+    for (int i = 0; i < form.mostRings && radius > 0.0; ++i) {
+        const double inner = radius - form.thickness;
+        if (inner > 0.0)
+            ring(middle, radius, inner);
+        else
+            circle(middle, 2.0 * radius);
+        radius = inner - form.gap;
+    }
+    rectangle(form.center, form.crossLength, form.crossWidth, degrees);
+    rectangle(form.center, form.crossWidth, form.crossLength, degrees);
+}
+
 void ShapeBuilder::stroke(Point from, const Edge &edge, double diameter)
 {
     if (!(diameter > 0.0))
@@ -255,7 +284,14 @@ public:
             fail("an exposure of 0 or 1");
         return value == 1.0;
     }
-    double length(const char *what) { return number(what) * m_unit; }
+    double length(const char *what)
+    {
+        constexpr double farthest = 100e9; // nanometres: no board is larger
+        const double value = number(what) * m_unit;
+        if (std::fabs(value) > farthest)
+            fail(std::string(what) + " below 100 metres");
+        return value;
+    }
     double size(const char *what)
     {
         const double value = length(what);
@@ -349,10 +385,21 @@ void addPrimitive(ShapeBuilder &shape, const MacroPrimitive &primitive, double u
         shape.thermal(center, outer, inner, gap, in.rotation());
         break;
     }
-    case 6:
-        in.fail("a primitive other than the moire, which is not supported,");
+    case 6: {
+        shape.beginPart(true);
+        ShapeBuilder::Moire form;
+        form.center = in.point("a centre");
+        form.outer = in.size("an outer diameter");
+        form.thickness = in.size("a thickness of rings");
+        form.gap = in.size("a gap between rings");
+        form.mostRings = in.count("a number of rings", 0, 10000);
+        form.crossWidth = in.size("a width of the cross");
+        form.crossLength = in.size("a length of the cross");
+        shape.moire(form, in.rotation());
+        break;
+    }
     default:
-        in.fail("a primitive that is known (1, 4, 5, 7, 20, 21)");
+        in.fail("a primitive that is known (1, 4, 5, 6, 7, 20, 21)");
     }
     in.end();
 }

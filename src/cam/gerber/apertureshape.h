@@ -25,6 +25,16 @@ public:
     void bar(Point from, Point to, double width, double degrees);
     // A ring without the two bars of width `gap` that cross in its middle; turned about the origin.
     void thermal(Point center, double outer, double inner, double gap, double degrees);
+    // Rings of `thickness` inside each other, `gap` apart, and a cross, all about `center`; turned about the
+    // origin.
+    struct Moire
+    {
+        Point center;
+        double outer = 0.0, thickness = 0.0, gap = 0.0; // `outer`: the diameter of the largest ring
+        int mostRings = 0;
+        double crossWidth = 0.0, crossLength = 0.0;
+    };
+    void moire(const Moire &form, double degrees);
     // What a disc covers on its way along an edge.
     void stroke(Point from, const Edge &edge, double diameter);
     // What a rectangle covers on its way along a line.
@@ -40,6 +50,7 @@ public:
 
 private:
     void closePart();
+    void ring(Point center, double outerRadius, double innerRadius);
 
     GerberImage &m_image;
     std::uint32_t m_firstPart;

@@ -22,6 +22,8 @@ namespace {
 // Panels have a million; more copies than these can only be meant to fill the memory.
 constexpr std::size_t mostObjects = 5'000'000;
 constexpr int mostRepeats = 100'000;
+// Of all shapes, when LM, LR and LS make others of them.
+constexpr std::size_t mostEdges = 10'000'000;
 
 // Copies are made many at a time, of a few bytes of the file.
 constexpr std::size_t objectsPerReport = 0x10000;
@@ -61,7 +63,8 @@ struct Placing
         return Transform::scaling(mirrorX ? -scale : scale, mirrorY ? -scale : scale)
             .then(Transform::rotation(degrees));
     }
-    auto key(int code) const { return std::make_tuple(code, mirrorX, mirrorY, degrees, scale); }
+    auto key(std::uint32_t number) const { return std::make_tuple(number, mirrorX, mirrorY, degrees, scale); }
+    using Key = std::tuple<std::uint32_t, bool, bool, double, double>;
 };
 
 class Reader
@@ -130,7 +133,9 @@ private:
     void flash(Point at);
     void paint(std::uint32_t shape, GerberObjectKind kind, Point at, std::size_t line);
     void add(const GerberObject &object);
-    std::uint32_t placedShape(const ReadAperture &aperture);
+    void checkReach(const Box &box) const;
+    std::uint32_t placedShape(std::uint32_t shape);
+    std::uint32_t placedStroke(std::uint32_t stroke);
     const ReadAperture &currentAperture() const;
     void beginRegion();
     void endRegion();
@@ -153,7 +158,7 @@ private:
 
     std::map<std::string, ApertureMacro, std::less<>> m_macros;
     std::map<int, ReadAperture> m_apertures;
-    std::map<std::tuple<int, bool, bool, double, double>, std::uint32_t> m_placedShapes;
+    std::map<Placing::Key, std::uint32_t> m_placedShapes, m_placedStrokes; // by what they were made of
 
     // The graphics state.
     Point m_position;
@@ -722,6 +727,7 @@ ReadAperture Reader::definedAperture(std::string_view name, const std::vector<do
             addPrimitive(shape, primitive, unit, m_file);
     }
     aperture.shape = shape.finish();
+    checkReach(m_image.shapes[aperture.shape].extent);
     return aperture;
 }
 
@@ -847,6 +853,7 @@ void Reader::add(const GerberObject &object)
 {
     if (m_image.objects.size() >= mostObjects)
         fail("at most " + std::to_string(mostObjects) + " objects");
+    checkReach({object.at, object.at});
     m_image.objects.push_back(object);
     if (m_image.objects.size() % objectsPerReport == 0)
         m_progress.repeat();
@@ -875,20 +882,53 @@ const ReadAperture &Reader::currentAperture() const
     return found->second;
 }
 
-std::uint32_t Reader::placedShape(const ReadAperture &aperture)
+std::uint32_t Reader::placedShape(std::uint32_t original)
 {
     if (m_placing.isIdentity())
-        return aperture.shape;
-    const auto key = m_placing.key(m_aperture);
+        return original;
+    const auto key = m_placing.key(original);
     const auto known = m_placedShapes.find(key);
     if (known != m_placedShapes.end())
         return known->second;
-    const GerberShape original = m_image.shapes[aperture.shape];
+    if (m_image.contours.edgeCount() > mostEdges)
+        fail("at most " + std::to_string(mostEdges) + " edges");
+    const GerberShape copied = m_image.shapes[original];
     ShapeBuilder shape(m_image);
-    shape.add(original, m_placing.map());
+    shape.add(copied, m_placing.map());
     const std::uint32_t number = shape.finish();
+    checkReach(m_image.shapes[number].extent);
     m_placedShapes.emplace(key, number);
     return number;
+}
+
+// Of a block's stroke.
+std::uint32_t Reader::placedStroke(std::uint32_t original)
+{
+    if (m_placing.isIdentity())
+        return original;
+    const auto number = static_cast<std::uint32_t>(m_image.strokes.size());
+    const auto [known, isNew] = m_placedStrokes.emplace(m_placing.key(original), number);
+    if (!isNew)
+        return known->second;
+    const Transform map = m_placing.map();
+    GerberStroke stroke = m_image.strokes[original];
+    stroke.from = map(stroke.from);
+    stroke.edge.end = map(stroke.edge.end);
+    stroke.edge.center = map(stroke.edge.center);
+    if (stroke.edge.kind != EdgeKind::Line && map.turnsOver())
+        stroke.edge.kind = stroke.edge.kind == EdgeKind::ArcClockwise ? EdgeKind::ArcCounterClockwise
+                                                                      : EdgeKind::ArcClockwise;
+    stroke.width *= m_placing.scale;
+    m_image.strokes.push_back(stroke);
+    return number;
+}
+
+// Scales within scales, steps and macros may make of small numbers what no program can count with.
+void Reader::checkReach(const Box &box) const
+{
+    if (!box.isEmpty() && !(box.low.x >= -farthest && box.low.y >= -farthest && box.high.x <= farthest &&
+                            box.high.y <= farthest))
+        fail("shapes and places below 100 metres");
 }
 
 void Reader::flash(Point at)
@@ -897,12 +937,14 @@ void Reader::flash(Point at)
         fail("no D03 between G36 and G37");
     const ReadAperture &aperture = currentAperture();
     if (aperture.kind != ReadAperture::Block)
-        return paint(placedShape(aperture), GerberObjectKind::Flash, at, m_line);
-    if (!m_placing.isIdentity())
-        refuse("a block aperture that LM, LR or LS turns");
+        return paint(placedShape(aperture.shape), GerberObjectKind::Flash, at, m_line);
+    const Transform map = m_placing.isIdentity() ? Transform() : m_placing.map();
     for (const GerberObject &part : aperture.objects) {
         GerberObject object = part;
-        object.at = object.at + at;
+        object.shape = placedShape(part.shape);
+        if (part.kind == GerberObjectKind::Stroke)
+            object.stroke = placedStroke(part.stroke);
+        object.at = map(part.at) + at;
         object.dark = part.dark == m_isDark;
         add(object);
     }

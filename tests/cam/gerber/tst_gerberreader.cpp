@@ -185,6 +185,10 @@ void tst_GerberReader::paintsWhatTheFileSays_data()
          "%ABD12*%\n%ADD10C,2*%\nD10*\nX0Y0D03*\n%AB*%\n%ADD11R,8X8*%\nD11*\nX0Y0D03*\n"
          "%LPC*%\nD12*\nX1000000Y0D03*\n",
          "-0.1,0 3,3", "1,0 1.9,0");
+    body("block aperture, mirrored and turned over a block that is",
+         "%ABD12*%\n%ADD10R,4X1*%\n%LR90*%\nD10*\nX2000000Y0D03*\n%LR0*%\n%AB*%\n"
+         "%ABD13*%\n%LMX*%\nD12*\nX0Y0D03*\n%LMN*%\n%AB*%\n%LR90*%\n%LS2*%\nD13*\nX20000000Y0D03*\n",
+         "20,-4 16.1,-4 23.9,-4", "20,4 20,-5.1 24.1,-4");
     body("blocks inside each other",
          "%ABD12*%\n%ABD13*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\n%AB*%\nD13*\nX0Y0D03*\n"
          "X2000000D03*\n%AB*%\nD12*\nX0Y5000000D03*\n",
@@ -318,13 +322,21 @@ void tst_GerberReader::refusesByNameAndLine_data()
     refused("a size that is no number", head + "%ADD10C,2..0*%\n", "file:5: expected a number, not \"2..0\"");
     refused("a polygon of 13 corners", head + "%ADD10P,2X13*%\n",
             "file:5: expected a polygon of 3 to 12 corners");
-    refused("a macro's moire", head + "%AMA*\n6,0,0,5,0.5,0.5,2,0.1,6,0*%\n%ADD10A*%\n",
-            "file:6: expected a primitive other than the moire, which is not supported, in the macro's "
-            "primitive 6");
     refused("a macro's unknown primitive", head + "%AMA*\n3,0,0*%\n%ADD10A*%\n",
-            "file:6: expected a primitive that is known (1, 4, 5, 7, 20, 21) in the macro's primitive 3");
+            "file:6: expected a primitive that is known (1, 4, 5, 6, 7, 20, 21) in the macro's primitive 3");
     refused("a macro's exposure", head + "%AMA*\n1,2,1,0,0*%\n%ADD10A*%\n",
             "file:6: expected an exposure of 0 or 1 in the macro's primitive 1");
+    refused("a macro's size without end", head + "%AMA*\n1,1,$1X1000000,0,0*%\n%ADD10A,1000000*%\n",
+            "file:6: expected a diameter below 100 metres in the macro's primitive 1");
+    refused("a moire of half a ring", head + "%AMA*\n6,0,0,5,0.5,0.5,2.5,0.1,6,0*%\n%ADD10A*%\n",
+            "file:6: expected a number of rings from 0 to 10000 in the macro's primitive 6");
+    refused("a scale without end", c10 + "%LS1000000*%\nX0Y0D03*\n",
+            "file:8: expected shapes and places below 100 metres");
+    refused("steps without end", c10 + "%SRX2Y1I1000000J0*%\nX0Y0D03*\n%SR*%\n",
+            "file:9: expected shapes and places below 100 metres");
+    refused("scales within scales",
+            head + "%ADD10C,1000*%\n%ABD11*%\nD10*\nX0Y0D03*\n%AB*%\n%LS400*%\nD11*\nX0Y0D03*\n",
+            "file:12: expected shapes and places below 100 metres");
     refused("a macro's outline that is open", head + "%AMA*\n4,1,2,0,0,1,0,1,1,0*%\n%ADD10A*%\n",
             "file:6: expected an outline that ends where it starts in the macro's primitive 4");
     refused("a macro's missing parameter", head + "%AMA*\n1,1,1,0*%\n%ADD10A*%\n",
@@ -379,9 +391,6 @@ void tst_GerberReader::refusesByNameAndLine_data()
     refused("a block that is not ended", head + "%ABD12*%\nM02*\n",
             "file:6: expected %AB*% before the end of the file");
     refused("a block that was not begun", head + "%AB*%\n", "file:5: expected a block that %AB*% ends");
-    refused("a turned block",
-            head + "%ABD12*%\n%ADD10C,1*%\nD10*\nX0Y0D03*\n%AB*%\n%LR90*%\nD12*\nX0Y0D03*\n",
-            "file:12: expected nothing of a block aperture that LM, LR or LS turns, which is not supported");
 }
 
 void tst_GerberReader::refusesByNameAndLine()

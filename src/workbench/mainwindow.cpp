@@ -10,6 +10,7 @@
 #include "workbench/historypane.h"
 #include "workbench/hostsettings.h"
 #include "workbench/importfolder.h"
+#include "workbench/importwindows.h"
 #include "workbench/jobcommands.h"
 #include "workbench/joblistpanel.h"
 #include "workbench/jobstore.h"
@@ -314,8 +315,11 @@ void MainWindow::addPlugins()
     m_viewCommands->setResize(m_resize);
     showResize();
     m_history->setRecord(settings.exportDatabase);
-    if (m_importAction)
+    if (m_importAction) {
         m_importAction->setShortcut(Qt::CTRL + Qt::Key_I);
+        // After the plug-in, which has connected itself first.
+        connect(m_importAction, &QAction::triggered, this, [this] { deleteClosedImportWindows(*this); });
+    }
     if (m_exportAction)
         m_exportAction->setShortcut(Qt::CTRL + Qt::Key_E);
     if (m_importAction)

@@ -1,5 +1,6 @@
 #include "workbench/manual.h"
 
+#include <QFile>
 #include <QImage>
 #include <QKeyEvent>
 #include <QTextDocument>
@@ -7,7 +8,6 @@
 #if QT_CONFIG(textbrowser)
 #include <QTextBrowser>
 #else
-#include <QFile>
 #include <QPlainTextEdit>
 #endif
 
@@ -24,6 +24,13 @@ namespace {
 class Browser : public QTextBrowser
 {
 public:
+    using QTextBrowser::setSource;
+    // Some links lead to what only the sources of the program have.
+    void setSource(const QUrl &name) override
+    {
+        if (name.scheme() != "qrc" || QFile::exists(':' + name.path()))
+            QTextBrowser::setSource(name);
+    }
     QVariant loadResource(int type, const QUrl &name) override
     {
         const QVariant resource = QTextBrowser::loadResource(type, name);

@@ -29,12 +29,8 @@ namespace {
 
 using Counts = QMap<QByteArray, int>; // of objects, by their class
 
-// Without the closed dialogs and progress windows of imports, which stay with the window by design.
 void count(const QObject *object, Counts &counts)
 {
-    const auto *widget = qobject_cast<const QWidget *>(object);
-    if (widget && widget->isHidden() && widget->windowType() == Qt::Dialog)
-        return;
     ++counts[object->metaObject()->className()];
     for (const QObject *child : object->children())
         count(child, counts);

@@ -24,6 +24,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
+#include <QProgressBar>
 #include <QProgressDialog>
 #include <QRegularExpression>
 #include <QStatusBar>
@@ -241,6 +242,29 @@ private slots:
         QCOMPARE(directory, folder.filePath("archives"));
         window->close();
         window.reset(); // before the memory
+    }
+
+    // However often: each would keep a thread and some megabytes.
+    void importsLeaveNoWindows()
+    {
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        QVERIFY(folder.write("damaged.tgz", "no archive"));
+        const auto dialogs = [this] { return window->findChildren<QFileDialog *>().size(); };
+        const auto bars = [this] { return window->findChildren<QProgressBar *>().size(); };
+        const int dialogsBefore = dialogs(), barsBefore = bars();
+        ModalResponder responder;
+        for (int i = 0; i < 2; ++i) {
+            responder.expect([&](QWidget *dialog) {
+                auto *field = dialog->findChild<QLineEdit *>("fileNameEdit");
+                field->setText(folder.filePath("damaged.tgz"));
+                QTest::keyClick(field, Qt::Key_Return);
+            });
+            responder.expectMessageBox(QMessageBox::Yes);
+            window->pressButton(window->importAction());
+            QTRY_COMPARE_WITH_TIMEOUT(responder.pending(), 0, 20000);
+        }
+        QTRY_COMPARE(dialogs(), dialogsBefore);
+        QTRY_COMPARE(bars(), barsBefore);
     }
 
     void archiveThatIsDroppedIsImported()

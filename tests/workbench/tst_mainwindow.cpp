@@ -25,6 +25,7 @@
 #include <QWindow>
 #include <QtTest>
 #if QT_CONFIG(textbrowser)
+#include <QTextBlock>
 #include <QTextBrowser>
 #endif
 
@@ -278,6 +279,40 @@ private slots:
         QVERIFY2(status->text().contains("shrink features by 3 "), qPrintable(status->text()));
         QVERIFY(QFile::remove("oxconfig.ini"));
     }
+
+#if QT_CONFIG(textbrowser) && QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    void linksOfTheGuideLeadSomewhereOrNowhere()
+    {
+        MainWindow window(log);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(&window, Qt::Key_F1);
+        auto *browser = window.findChild<Manual *>()->findChild<QTextBrowser *>();
+        const QUrl guide = browser->source();
+        QStringList links;
+        for (QTextBlock block = browser->document()->begin(); block.isValid(); block = block.next()) {
+            for (auto part = block.begin(); !part.atEnd(); ++part) {
+                const QString link = part.fragment().charFormat().anchorHref();
+                if (!link.isEmpty() && !links.contains(link) && !QUrl(link).path().isEmpty())
+                    links << link;
+            }
+        }
+        QVERIFY(!links.isEmpty());
+        for (const QString &link : links) {
+            if (!QUrl(link).isRelative())
+                continue;
+            browser->setSource(guide.resolved(link));
+            QCOMPARE(browser->source(), guide.resolved(link));
+            QVERIFY(browser->toPlainText().size() > 1000);
+        }
+        LogCollector warnings;
+        QSignalSpy logged(&warnings, &LogCollector::logged);
+        const QUrl before = browser->source();
+        browser->setSource(guide.resolved(QUrl("no-such-page.md")));
+        QCOMPARE(browser->source(), before);
+        QCOMPARE(logged.size(), 0);
+    }
+#endif
 
     void helpKeysOpenTheGuideAndTheListOfKeys()
     {

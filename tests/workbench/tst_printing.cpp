@@ -20,6 +20,7 @@
 #include <QtTest>
 #if QT_CONFIG(printdialog)
 #include <QPrintDialog>
+#include <QPrinterInfo>
 #endif
 
 #include <cmath>
@@ -247,6 +248,43 @@ private slots:
         QVERIFY(pdf.contains("/Subtype /Image"));
 #else
         QSKIP("the system's own window for printing, in which the file is chosen, is not part of this Qt");
+#endif
+    }
+
+    // Where the system has no printer Qt prints PDF files, whose page it has no window for: it warns and
+    // shows nothing.
+    void withoutAPrinterThereIsNoPageToSetUp_data()
+    {
+        QTest::addColumn<bool>("isPdf");
+        QTest::newRow("a PDF file") << true;
+        QTest::newRow("what the system has") << false;
+    }
+    void withoutAPrinterThereIsNoPageToSetUp()
+    {
+#if QT_CONFIG(printdialog)
+        QFETCH(const bool, isPdf);
+        BoardView view;
+        showPads(view);
+        QPrinter printer(QPrinter::HighResolution);
+        if (isPdf)
+            printer.setOutputFormat(QPrinter::PdfFormat);
+        PrintDialog dialog(view, printer, "two pads", nullptr);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto *page = dialog.findChild<QPushButton *>("PrintPage");
+        QVERIFY(page);
+        const bool hasPrinter = !QPrinterInfo::availablePrinterNames().isEmpty();
+        QCOMPARE(page->isEnabled(), hasPrinter && !isPdf);
+        if (page->isEnabled())
+            return;
+        LogCollector log; // takes what Qt says
+        QSignalSpy said(&log, &LogCollector::logged);
+        QTest::mouseClick(page, Qt::LeftButton);
+        QTest::keyClick(&dialog, Qt::Key_A, Qt::AltModifier);
+        QCOMPARE(said.size(), 0);
+        QCOMPARE(QApplication::activeModalWidget(), nullptr);
+#else
+        QSKIP("the system's own windows for printing are not part of this Qt");
 #endif
     }
 

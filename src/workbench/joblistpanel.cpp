@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QDate>
 #include <QDir>
 #include <QEvent>
 #include <QHeaderView>
@@ -17,6 +18,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <functional>
 
 namespace {
@@ -102,7 +104,8 @@ JobListPanel::JobListPanel(QWidget *parent)
     m_list->header()->setDefaultSectionSize(4 * fontMetrics().height()); // the last one may be as narrow
     const int em = fontMetrics().height();
     m_list->setColumnWidth(Name, 7 * em);
-    m_list->setColumnWidth(Date, 5 * em);
+    const QString date = QLocale().toString(QDate(2028, 12, 28), QLocale::ShortFormat);
+    m_list->setColumnWidth(Date, std::max(5 * em, m_list->fontMetrics().boundingRect(date).width() + em));
     m_list->setColumnWidth(Size, 5 * em);
     m_list->setColumnWidth(Tool, 3 * em); // at least
     m_empty->setAlignment(Qt::AlignCenter);

@@ -113,6 +113,19 @@ private slots:
         QTRY_COMPARE(item("alpha")->data(2, Qt::UserRole + 1).toInt(), 32 + 69);
     }
 
+    // Dates are as long as the language has them: "12 Mar 2024".
+    void thereIsRoomForTheDate()
+    {
+        for (const QLocale &locale : {QLocale(), QLocale::c(), QLocale(QLocale::Chinese)}) {
+            const QLocale before;
+            QLocale::setDefault(locale);
+            makeWindow();
+            QLocale::setDefault(before);
+            QVERIFY2(list->columnWidth(1) > list->fontMetrics().boundingRect(item("alpha")->text(1)).width(),
+                     qPrintable(item("alpha")->text(1)));
+        }
+    }
+
     void columnsAreSortedByWhatTheyAre()
     {
         makeWindow();

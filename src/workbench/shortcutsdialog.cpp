@@ -6,15 +6,18 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace {
 
+// Without its mark for the Alt key, which in Chinese stands in brackets behind the text: "(&F)".
 QString plain(QString text)
 {
-    return text.remove('&').remove(" ...");
+    static const QRegularExpression mark("\\(&.\\)"), dots(" ?\\.\\.\\.$");
+    return text.remove(mark).remove('&').remove(dots);
 }
 
 // A menu's commands, and those of the menus in it.

@@ -23,6 +23,7 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QToolButton>
+#include <QTreeWidget>
 #include <QtTest>
 
 namespace {
@@ -235,6 +236,13 @@ private slots:
         window.addPlugins();
         ShortcutsDialog dialog(window);
         checkDialog(dialog);
+        QTreeWidgetItemIterator row(dialog.findChild<QTreeWidget *>());
+        for (; *row; ++row) {
+            const QString command = (*row)->text(0);
+            QVERIFY2(!command.isEmpty() && !command.contains('&') && !command.contains("..."),
+                     qPrintable(command));
+            QVERIFY2(!QRegularExpression("\\([A-Z]\\)").match(command).hasMatch(), qPrintable(command));
+        }
     }
 
     void print_data() { addLanguages(); }

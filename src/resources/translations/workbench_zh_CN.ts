@@ -464,11 +464,11 @@
     </message>
     <message>
         <source>Its layers are being read, or draw nothing of it.</source>
-        <translation>正在读取所在的层,或这些层没有绘制它。</translation>
+        <translation>正在读取所在的层，或这些层没有绘制它。</translation>
     </message>
     <message>
         <source>Place %1 of %2</source>
-        <translation>第 %1 处,共 %2 处</translation>
+        <translation>第 %1 处，共 %2 处</translation>
     </message>
     <message numerus="yes">
         <source>The first %n places are marked.</source>
@@ -696,7 +696,7 @@
     </message>
     <message>
         <source>Step %1, feature %2, line %3 of its file</source>
-        <translation>步骤 %1,图元 %2,文件第 %3 行</translation>
+        <translation>Step %1，图形 %2，文件第 %3 行</translation>
     </message>
     <message>
         <source>Component %1</source>
@@ -708,7 +708,7 @@
     </message>
     <message>
         <source>Package %1, %2 × %3</source>
-        <translation>封装 %1,%2 × %3</translation>
+        <translation>封装 %1，%2 × %3</translation>
     </message>
     <message>
         <source>On the bottom side</source>
@@ -728,7 +728,7 @@
     </message>
     <message>
         <source>Step %1, line %2 of its file</source>
-        <translation>步骤 %1,文件第 %2 行</translation>
+        <translation>Step %1，文件第 %2 行</translation>
     </message>
 </context>
 <context>
@@ -1514,7 +1514,7 @@ They can also be dropped on this window.</source>
     </message>
     <message>
         <source>Search the step for components, nets, symbols and attributes</source>
-        <translation>在步骤中搜索元件、网络、符号和属性</translation>
+        <translation>在 Step 中搜索元件、网络、符号和属性</translation>
     </message>
     <message>
         <source>&amp;Next place</source>
@@ -1556,7 +1556,7 @@ They can also be dropped on this window.</source>
     </message>
     <message>
         <source>* and ? stand for any letters and for any letter</source>
-        <translation>* 代表任意多个字符,? 代表任意一个字符</translation>
+        <translation>* 代表任意多个字符，? 代表任意一个字符</translation>
     </message>
     <message>
         <source>Found</source>
@@ -1588,7 +1588,7 @@ They can also be dropped on this window.</source>
     </message>
     <message>
         <source>Reading the step ... %1 %</source>
-        <translation>正在读取步骤 ... %1 %</translation>
+        <translation>正在读取 Step ... %1 %</translation>
     </message>
     <message>
         <source>No job is open.</source>
@@ -1596,11 +1596,11 @@ They can also be dropped on this window.</source>
     </message>
     <message>
         <source>Nothing of that name is in the step.</source>
-        <translation>该步骤中没有这个名称。</translation>
+        <translation>该 Step 中没有这个名称。</translation>
     </message>
     <message>
         <source>Return shows it, Return again its next place. Esc closes.</source>
-        <translation>回车键显示,再按显示下一处。Esc 关闭。</translation>
+        <translation>回车键显示，再按显示下一处。Esc 关闭。</translation>
     </message>
 </context>
 <context>

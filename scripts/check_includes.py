@@ -31,7 +31,7 @@ DEPENDENCIES = {
     "cam/gerber": ("cam/base", "cam/model", "cam/polygon"),
     "cam/excellon": ("cam/base", "cam/model"),
     "cam/export": ("cam/base", "cam/model", "cam/odb", "cam/gdsii", "cam/gerber"),
-    "cam/verify": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber"),
+    "cam/verify": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/excellon"),
     "cam/database": ("cam/base",),
     "cam": (*INTERFACE, *CAM),
     "drawing": ("cam/base", "cam/model", "cam/polygon", "cam/odb", "cam/gdsii", "cam/gerber", "cam/excellon"),

@@ -374,7 +374,7 @@ void parseDiff(const QStringList &arguments, Arguments &result)
     Parser parser("diff",
                   "Compares two jobs layer by layer, or two files: layers that came or went, area that was "
                   "added and removed, and where. The exit code is 3 where there are differences.",
-                  {{"A", "The older one: an archive, a job folder, or a GDSII or Gerber file."},
+                  {{"A", "The older one: an archive, a job folder, or a GDSII, Gerber or drill file."},
                    {"B", "The newer one, of the same kind."}});
     addChoiceOptions(parser);
     parser.option("picture",

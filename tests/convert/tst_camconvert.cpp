@@ -793,6 +793,29 @@ private slots:
         QVERIFY2(cut.errors.contains("cut.gds"), qPrintable(cut.errors));
     }
 
+    void diffComparesDrillFiles()
+    {
+        JobFolder job;
+        fill(job);
+        const Program program;
+        QCOMPARE(program.run({"export", job.filePath("board"), "--out", "o"}).code, 0);
+        const auto drillFile = [](const char *format, const char *place) {
+            return QByteArray("M48\n") + format + "\nT1C0.3\n%\nT1\n" + place + "\nM30\n";
+        };
+        QVERIFY(program.folder().write("board.drl", drillFile("METRIC,TZ,000.000", "X3000Y3000")));
+        QVERIFY(program.folder().write("moved.drl", drillFile("METRIC,TZ,000.000", "X3001Y3000")));
+        QVERIFY(program.folder().write("open.drl", drillFile("METRIC", "X3000Y3000")));
+        for (const char *file : {"o/board/drill.gds", "o/board/drill.gerber", "board.drl"}) {
+            const Ran same = program.run({"diff", file, "board.drl"});
+            QVERIFY2(same.code == 0, qPrintable(same.output + same.errors));
+            QCOMPARE(program.run({"diff", file, "moved.drl"}).code, 3);
+        }
+        const Ran unsaid = program.run({"diff", "board.drl", "open.drl"});
+        QCOMPARE(unsaid.code, 1);
+        QVERIFY2(unsaid.errors.contains("open.drl: the drill file does not say how its numbers are written"),
+                 qPrintable(unsaid.errors));
+    }
+
     // Ten pixels a millimetre, all of which are known.
     void diffDrawsAddedGreenAndRemovedRed()
     {

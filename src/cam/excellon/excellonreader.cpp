@@ -767,7 +767,8 @@ bool isExcellon(std::string_view head)
             continue;
         if (line.back() == '*' || line.substr(0, 3) == "%FS" || line.find('\0') != std::string_view::npos)
             return false;
-        found = found || line == "M48" ||
+        // A percent sign alone ends a header, which may hold nothing else.
+        found = found || line == "M48" || line == "%" ||
                 (line[0] == 'T' && line.size() > 2 && isDigit(line[1]) &&
                  line.find('C') != std::string_view::npos);
     }

@@ -1,9 +1,11 @@
 #include "cam/verify/filepicture.h"
 
 #include "cam/base/error.h"
+#include "cam/excellon/excellonreader.h"
 #include "cam/gdsii/gdsreader.h"
 #include "cam/gerber/gerberreader.h"
 #include "cam/polygon/arrangement.h"
+#include "cam/verify/sourcepicture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -271,18 +273,61 @@ bool GdsPicture::take(std::uint32_t paint, std::vector<GridRing> &rings, bool ar
     return true;
 }
 
-// ---- Either
+// ---- Any of them
 
-bool isGds(const std::filesystem::path &file)
+namespace {
+
+// The first bytes, by which a file is known; fewer when it has no more.
+std::string headOf(const std::filesystem::path &file)
 {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw Error(file.u8string() + ": cannot be opened");
-    char bytes[4] = {};
-    stream.read(bytes, sizeof bytes);
-    // The record HEADER: six bytes, type 0, data type 2.
-    constexpr char header[4] = {0, 6, 0, 2};
-    return std::equal(std::begin(header), std::end(header), bytes);
+    std::string head(4096, '\0');
+    stream.read(head.data(), static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(stream.gcount()));
+    return head;
+}
+
+// The record HEADER: six bytes, type 0, data type 2.
+bool beginsAsGds(std::string_view head)
+{
+    constexpr std::string_view header("\0\6\0\2", 4);
+    return head.substr(0, header.size()) == header;
+}
+
+// What the picture of a drill file is drawn from, made before it.
+struct DrillLayer
+{
+    explicit DrillLayer(const DrillImage &drill) : image(layerOf(drill)) {}
+    LayerImage image;
+    ExportOptions asItIs;
+};
+
+class DrillPicture : DrillLayer, public SourcePicture
+{
+public:
+    explicit DrillPicture(const DrillImage &drill)
+        : DrillLayer(drill), SourcePicture(image, asItIs, ArcCorners::Compass)
+    {
+    }
+};
+
+std::unique_ptr<Picture> readDrillPicture(const std::filesystem::path &file,
+                                          const std::function<void(double)> &report)
+{
+    const DrillImage drill = readExcellonFile(file, report);
+    if (!drill.assumptions.none())
+        throw Error(file.u8string() + ": the drill file does not say how its numbers are written: expected " +
+                    (drill.assumptions.digits ? "a number format" : "which zeros are left out"));
+    return std::make_unique<DrillPicture>(drill);
+}
+
+} // namespace
+
+bool isGds(const std::filesystem::path &file)
+{
+    return beginsAsGds(headOf(file));
 }
 
 std::unique_ptr<Picture> readPicture(const std::filesystem::path &file, std::optional<std::uint16_t> layer,
@@ -290,7 +335,10 @@ std::unique_ptr<Picture> readPicture(const std::filesystem::path &file, std::opt
 {
     // What stands on it is the step's profile, beside the layer.
     constexpr std::uint16_t profileDatatype = 1;
-    if (!isGds(file))
+    const std::string head = headOf(file);
+    if (isExcellon(head))
+        return readDrillPicture(file, report);
+    if (!beginsAsGds(head))
         return std::make_unique<GerberPicture>(readGerberFile(file, report), ArcCorners::Compass);
     GdsImage image = readGdsFile(file, report);
     const auto check = [&](GdsLayer on) {

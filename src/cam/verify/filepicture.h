@@ -88,12 +88,13 @@ private:
     std::vector<Origin> m_origins; // by paint
 };
 
-// Whether a file is GDSII, by its first bytes; Gerber otherwise. Throws Error when it cannot be opened.
+// Whether a file is GDSII, by its first bytes. Throws Error when it cannot be opened.
 bool isGds(const std::filesystem::path &file);
 
-// What a file shows, without the step's profile. Throws Error for what cannot be read, and for a GDSII file
-// with shapes that are not on the layer `layer`, where that is given. `report` takes the share that has been
-// read, 0 to 1, and may throw to cancel.
+// What a file shows, GDSII, Excellon or else Gerber, without the step's profile. Throws Error for what cannot
+// be read, for a drill file that leaves open how its numbers are written, and for a GDSII file with shapes
+// that are not on the layer `layer`, where that is given. `report` takes the share that has been read, 0 to
+// 1, and may throw to cancel.
 std::unique_ptr<Picture> readPicture(
     const std::filesystem::path &file, std::optional<std::uint16_t> layer = std::nullopt,
     const std::function<void(double)> &report = [](double) {});

@@ -298,8 +298,12 @@ void tst_ExcellonReader::tellsDrillFilesByTheirContent_data()
     QTest::newRow("header") << QByteArray("M48\nMETRIC\n") << true;
     QTest::newRow("comments first") << QByteArray("; made by hand\r\n\r\nM48\r\n") << true;
     QTest::newRow("leader") << QByteArray("%\nM48\n") << true;
+    QTest::newRow("header of comments")
+        << QByteArray(";HEADER:\n;   Holesize 1. = 0.2\n%\nG90\nX1Y1\n") << true;
     QTest::newRow("no header") << QByteArray("M72\nT01C.035F100\nX1Y1\n") << true;
     QTest::newRow("gerber") << QByteArray("G04 M48*\n%FSLAX46Y46*%\n%MOMM*%\n%ADD10C,1*%\n") << false;
+    QTest::newRow("gerber with percent signs alone")
+        << QByteArray("%\nFSLAX46Y46*\nMOMM*\nADD10C,1*\n%\n") << false;
     QTest::newRow("gdsii") << QByteArray("\0\6\0\2\0\7", 6) << false;
     QTest::newRow("nothing") << QByteArray() << false;
     QTest::newRow("a milling program") << QByteArray("G21\nG90\nG00 X0 Y0\nM03 S1000\n") << false;

@@ -236,11 +236,16 @@ void Reader::readSymbolName(const TextLine &line)
             fields.fail("symbol numbers in order");
         m_symbols.resize(index + 1);
     }
-    SymbolEntry &entry = m_symbols[index];
+    SymbolEntry entry;
     entry.name = lowerCase(name);
     entry.hasOwnUnit = suffix == "I" || suffix == "M";
     entry.unit = suffix == "I" ? SymbolUnit::Mils : suffix == "M" ? SymbolUnit::Micrometres : m_symbolUnit;
     entry.state = SymbolEntry::Listed;
+    SymbolEntry &known = m_symbols[index];
+    if (known.state == SymbolEntry::Unlisted)
+        known = entry;
+    else if (known.name != entry.name || known.unit != entry.unit)
+        fields.fail("one symbol for each number");
 }
 
 // No board is larger; what is farther away is a damaged number.
@@ -397,10 +402,15 @@ void Reader::drawText(const Font &font, std::string_view text, const Transform &
     double x = font.offset * scale.x;
     if (text.substr(0, 2) == "$$")
         ++m_result.simplified["text " + std::string(text) + " as it stands in the file"];
-    for (const char c : text) {
-        if (c != ' ' && font.characters[static_cast<unsigned char>(c)].empty())
+    static const std::vector<FontStroke> nothing;
+    for (std::string_view left = text; !left.empty();) {
+        const std::string_view character = firstCharacter(left);
+        left.remove_prefix(character.size());
+        const auto known = font.characters.find(character);
+        const std::vector<FontStroke> &strokes = known != font.characters.end() ? known->second : nothing;
+        if (character != " " && strokes.empty())
             ++m_result.simplified["character that the font lacks as a blank"];
-        for (const FontStroke &stroke : font.characters[static_cast<unsigned char>(c)]) {
+        for (const FontStroke &stroke : strokes) {
             const bool isNegative = stroke.isNegative != (polarity == Polarity::Negative);
             Line line;
             line.start = place({x + stroke.start.x * scale.x, stroke.start.y * scale.y});
@@ -432,8 +442,9 @@ void Reader::readBarcodeRecord(Fields &fields)
     const Orientation orientation = parseOrientation(fields);
     fields.word(); // constant
     const Point size = readPoint(fields, "a number for the barcode's element width and height");
-    for (int option = 0; option < 4; ++option)
-        fields.word(); // full ASCII, checksum, inverted background, additional text
+    for (int option = 0; option < 3; ++option)
+        fields.word(); // full ASCII, checksum, inverted background
+    const bool hasText = lowerCase(fields.word()) == "y";
     if (const std::string_view rest = fields.rest(); !rest.empty() && rest[0] != '\'')
         fields.word(); // where the additional text stands
     const std::string_view text = quotedText(fields);
@@ -450,7 +461,7 @@ void Reader::readBarcodeRecord(Fields &fields)
     box.contourCount = 1;
     m_result.features.contours.addPolygon(corners, 4, false);
     add(box, polarity);
-    ++m_result.simplified["barcode " + code + " as its box"];
+    ++m_result.simplified["barcode " + code + " as its box" + (hasText ? ", without its text" : "")];
 }
 
 // "S polarity dcode", then contours, then "SE"

@@ -22,6 +22,22 @@ FontStroke parseStroke(Fields &fields)
 
 } // namespace
 
+std::string_view firstCharacter(std::string_view text)
+{
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const std::size_t size = lead >= 0xF0 && lead < 0xF5   ? 4
+                             : lead >= 0xE0 && lead < 0xF0 ? 3
+                             : lead >= 0xC2                ? 2
+                                                           : 1;
+    if (lead >= 0xF5 || size > text.size())
+        return text.substr(0, 1);
+    for (std::size_t i = 1; i < size; ++i) {
+        if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80)
+            return text.substr(0, 1);
+    }
+    return text.substr(0, size);
+}
+
 Font parseFont(std::string_view text, const std::string &file)
 {
     Font font;
@@ -40,8 +56,11 @@ Font parseFont(std::string_view text, const std::string &file)
         } else if (keyword == "OFFSET") {
             font.offset = fields.number("a number for OFFSET");
         } else if (keyword == "CHAR") {
-            const std::string_view name = fields.word(); // of a blank nothing
-            character = &font.characters[static_cast<unsigned char>(name.empty() ? ' ' : name[0])];
+            const std::string_view word = fields.word();
+            const std::string_view name = word.empty() ? " " : word; // of a blank nothing
+            if (firstCharacter(name) != name)
+                fields.fail("one character behind CHAR");
+            character = &font.characters[std::string(name)];
             character->clear();
         } else if (keyword == "LINE") {
             if (!character)

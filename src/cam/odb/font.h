@@ -4,7 +4,7 @@
 #include "cam/model/point.h"
 #include "cam/model/shape.h"
 
-#include <array>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +25,11 @@ struct Font
     double xSize = 0.0; // of the cell of one character, in the font's units
     double ySize = 0.0;
     double offset = 0.0; // of the first character's origin
-    std::array<std::vector<FontStroke>, 256> characters;
+    std::map<std::string, std::vector<FontStroke>, std::less<>> characters;
 };
+
+// The character that `text`, which is not empty, begins with: one of UTF-8 as a whole, else a byte.
+std::string_view firstCharacter(std::string_view text);
 
 // Throws FormatError for lines that are no part of a font.
 Font parseFont(std::string_view text, const std::string &file);

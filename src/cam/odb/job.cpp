@@ -290,7 +290,10 @@ const Font &LayerReader::font(std::string_view name)
     const auto folder = findEntry(m_job, "fonts");
     if (!folder)
         throw Error(m_job.u8string() + ": expected a folder fonts");
-    const TextFile file(*folder, name);
+    // Some fonts are kept with the ending that they have elsewhere.
+    const std::string withEnding = std::string(name) + ".fnt";
+    const bool hasEnding = !TextFile::exists(*folder, name) && TextFile::exists(*folder, withEnding);
+    const TextFile file(*folder, hasEnding ? withEnding : name);
     return m_fonts.emplace(std::string(name), parseFont(file.text(), file.name())).first->second;
 }
 

@@ -65,6 +65,11 @@ constexpr cam::FileFormat bothFormats[] = {cam::FileFormat::Gerber, cam::FileFor
 // A font of one character: a stroke up its left side.
 constexpr char font[] = "XSIZE 0.3\nYSIZE 0.3\nOFFSET 0\nCHAR A\nLINE 0 0 0 0.2 P R 0.012\nECHAR\n";
 
+// The same, and two characters that UTF-8 begins with the same byte: a stroke a third farther right each.
+constexpr char twoBytes[] = "XSIZE 0.3\nYSIZE 0.3\nOFFSET 0\nCHAR A\nLINE 0 0 0 0.2 P R 0.012\nECHAR\n"
+                            "CHAR \xC3\x84\nLINE 0.1 0 0.1 0.2 P R 0.012\nECHAR\n"
+                            "CHAR \xC3\x9C\nLINE 0.2 0 0.2 0.2 P R 0.012\nECHAR\n";
+
 } // namespace
 
 class tst_OddJobs : public QObject
@@ -81,6 +86,10 @@ private slots:
     void namesOfLayersMayBeUnusual_data();
     void namesOfLayersMayBeUnusual();
     void textsThatCannotBeDrawnInFullAreNoted();
+    void barcodesAreNoted();
+    void fontsBesideTheStandardOne_data();
+    void fontsBesideTheStandardOne();
+    void drillsMayStartWhereOthersEnd();
     void arcsWithCentresBeyondReachAreCorners();
     void boardsThatReadersCannotHoldAreRefused();
 };
@@ -166,6 +175,17 @@ void tst_OddJobs::unusualFeaturesComeOutRight_data()
         {{17.78, 2.54}}, {{2.54, 2.54}});
     row("a barcode", "UNITS=MM\nB 1 1 UPC39 standard P 0 E 0.2 3 Y Y N N T 'A'\n", {{1.1, 1.1}, {10, 3.9}},
         {{0.9, 2}, {2, 4.1}, {10.7, 2}});
+    row("a barcode, turned", "UNITS=MM\nB 1 1 UPC39 standard P 1 E 0.2 3 Y Y N Y B 'A'\n",
+        {{1.1, 0.9}, {3.9, -8.5}}, {{2, 1.1}, {0.9, 0}, {2, -8.7}});
+    row("a barcode, mirrored", "UNITS=MM\nB 11 1 UPC39 standard P 4 E 0.2 3 Y Y N N T 'A'\n",
+        {{10.9, 1.1}, {2, 3.9}}, {{11.1, 2}, {1.3, 2}});
+    row("a clear barcode",
+        "UNITS=MM\n$0 r1000\nL 0 2 20 2 0 P 0\nB 1 1 UPC39 standard N 0 E 0.2 3 Y Y N N T 'A'\n",
+        {{0.9, 2}, {10.7, 2}}, {{1.1, 2}, {10.5, 2}});
+    row("a barcode below and left of its place",
+        "UNITS=MM\nB 11 4 UPC39 standard P 0 E -0.2 -3 Y Y N N T 'A'\n", {{10.9, 3.9}, {2, 1.1}},
+        {{11.1, 2}, {1.3, 2}, {5, 4.1}});
+    row("a symbol listed twice alike", "UNITS=MM\n$0 r1000\n$0 R1000\n" + line, onLine, offLine);
 }
 
 void tst_OddJobs::unusualFeaturesComeOutRight()
@@ -202,6 +222,13 @@ void tst_OddJobs::damagedFeaturesAreRefused_data()
     row("an endless number", "UNITS=MM\n$0 r1\nL 1e999 0 1 1 0 P 0\n",
         "features:3: expected a number for the line's start");
     row("a line cut off", "UNITS=MM\n$0 r1\nL 0 0 1\n", "features:3: expected a number for the line's end");
+    const QString twice = "features:3: expected one symbol for each number";
+    row("a number of two symbols", "UNITS=MM\n$0 r1000\n$0 r2000\nL 0 0 1 1 0 P 0\n", twice);
+    row("a number of one symbol in two units", "UNITS=MM\n$0 r1000 M\n$0 r1000 I\nL 0 0 1 1 0 P 0\n", twice);
+    row("a barcode cut off", "UNITS=MM\nB 1 1 UPC39 standard P 0 E 0.2\n",
+        "features:2: expected a number for the barcode's element width and height");
+    row("a barcode whose text does not end", "UNITS=MM\nB 1 1 UPC39 standard P 0 E 0.2 3 Y Y N N T 'A\n",
+        "features:2: expected a quote at the end of the text");
 }
 
 void tst_OddJobs::damagedFeaturesAreRefused()
@@ -284,6 +311,97 @@ void tst_OddJobs::textsThatCannotBeDrawnInFullAreNoted()
     QCOMPARE(one.message(), QString());
     const QString notes = one.notes().join('\n');
     QVERIFY2(notes.contains("character that the font lacks") && notes.contains("$$DATE"), qPrintable(notes));
+}
+
+void tst_OddJobs::barcodesAreNoted()
+{
+    JobFolder folder;
+    folder.features(
+        "B 1 1 UPC39 standard P 0 E 0.2 3 Y Y N N T 'A'\nB 1 9 QR standard P 0 E 0.2 3 Y Y N Y B 'A'\n");
+    QCOMPARE(Export(folder, cam::FileFormat::Gds).notes().join('\n'),
+             QString("barcode qr as its box, without its text, 1 times, drawn in a simpler form\n"
+                     "barcode upc39 as its box, 1 times, drawn in a simpler form"));
+}
+
+void tst_OddJobs::fontsBesideTheStandardOne_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("note");
+    QTest::addColumn<Points>("second"); // where the second character is dark
+    const auto row = [](const char *name, const char *file, const QByteArray &fontName,
+                        const QByteArray &second, const char *message, const char *note, const Points &dark) {
+        QTest::newRow(name) << QString(file)
+                            << QByteArray("T 1 1 " + fontName + " P 0 7.62 7.62 1 'A" + second + "' 1\n")
+                            << QString(message) << QString(note) << dark;
+    };
+    row("its file", "simplex", "Simplex", "", "", "", {});
+    row("its file in capitals", "SIMPLEX", "Simplex", "", "", "", {});
+    row("a file with an ending", "simplex.fnt", "Simplex", "", "", "", {});
+    row("a name with an ending", "simplex.fnt", "simplex.FNT", "", "", "", {});
+    row("no file", "other", "Simplex", "", "simplex: no such file", "", {});
+    // Each has its own strokes, though their first bytes are the same.
+    row("a character of two bytes", "simplex", "Simplex", "\xC3\x84", "", "", {{11.16, 3}});
+    row("another one", "simplex", "Simplex", "\xC3\x9C", "", "", {{13.7, 3}});
+    const char *lacks = "character that the font lacks as a blank, 1 times, drawn in a simpler form";
+    row("one that the font lacks", "simplex", "Simplex", "\xC3\x96", "", lacks, {});
+    row("a byte that is no UTF-8", "simplex", "Simplex", "\xC3", "", lacks, {});
+}
+
+void tst_OddJobs::fontsBesideTheStandardOne()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, text);
+    QFETCH(QString, message);
+    QFETCH(QString, note);
+    QFETCH(Points, second);
+    JobFolder folder;
+    folder.write("fonts/standard", font);
+    folder.write("fonts/" + file, twoBytes);
+    folder.features(text);
+    for (const cam::FileFormat format : bothFormats) {
+        const Export one(folder, format);
+        QVERIFY2(message.isEmpty() ? one.message().isEmpty() : one.message().contains(message),
+                 qPrintable(one.message()));
+        if (!message.isEmpty())
+            continue;
+        QCOMPARE(one.notes().join('\n'), note);
+        Points clear{{3.54, 3}, {6.08, 3}, {8.62, 3}, {11.16, 3}, {13.7, 3}};
+        for (const QPointF at : second)
+            clear.removeOne(at);
+        QCOMPARE(one.wrong(Points{{1, 1}, {1, 6}} + second, clear).join('\n'), QString());
+    }
+}
+
+// Programs list the ends of a drill layer in either order.
+void tst_OddJobs::drillsMayStartWhereOthersEnd()
+{
+    QByteArray functions[2];
+    for (int reversed = 0; reversed < 2; ++reversed) {
+        JobFolder folder;
+        QByteArray matrix = "STEP {\nCOL=1\nNAME=PCB\n}\n";
+        int row = 0;
+        for (const char *copper : {"top", "in1", "in2", "bottom"})
+            matrix += "LAYER {\nROW=" + QByteArray::number(++row) +
+                      "\nCONTEXT=BOARD\nTYPE=SIGNAL\nNAME=" + copper + "\n}\n";
+        matrix += QByteArray("LAYER {\nROW=5\nCONTEXT=BOARD\nTYPE=DRILL\nNAME=drill\nSTART_NAME=") +
+                  (reversed ? "IN2" : "TOP") + "\nEND_NAME=" + (reversed ? "TOP" : "IN2") + "\n}\n";
+        folder.write("matrix/matrix", matrix);
+        folder.features("$0 r300\nP 1 1 0 P 0 0\n", "drill");
+        folder.write("steps/pcb/layers/drill/tools",
+                     "UNITS=MM\nTOOLS {\nNUM=1\nTYPE=PLATED\nDRILL_SIZE=300\n}\n");
+        QCOMPARE(Export(folder, cam::FileFormat::Gerber, "drill").message(), QString());
+        QFile file(folder.filePath("out"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QList<QByteArray> lines = file.readAll().split('\n');
+        for (const QByteArray &written : lines) {
+            if (written.contains("TF.FileFunction"))
+                functions[reversed] = written;
+        }
+    }
+    QVERIFY2(functions[0].contains("Plated,1,3,Blind,Drill"), functions[0].constData());
+    QCOMPARE(functions[1], functions[0]);
 }
 
 void tst_OddJobs::arcsWithCentresBeyondReachAreCorners()

@@ -16,6 +16,7 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QStackedWidget>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
 #include <QVBoxLayout>
 #if QT_CONFIG(colordialog)
@@ -106,12 +107,28 @@ QPixmap eyePixmap(bool open, const QColor &color)
     return pixmap;
 }
 
-QIcon eye(bool open, const QPalette &palette)
+// Draws the eye in the color that text has in its place: chosen or not, in a window in front or behind.
+class EyeDelegate : public QStyledItemDelegate
 {
-    QIcon icon(eyePixmap(open, palette.color(QPalette::Text)));
-    icon.addPixmap(eyePixmap(open, palette.color(QPalette::HighlightedText)), QIcon::Selected);
-    return icon;
-}
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    static constexpr int openRole = Qt::UserRole;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const auto group = option->state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+        const bool isChosen = option->state & QStyle::State_Selected;
+        const QPixmap pixmap =
+            eyePixmap(index.data(openRole).toBool(),
+                      option->palette.color(group, isChosen ? QPalette::HighlightedText : QPalette::Text));
+        option->features |= QStyleOptionViewItem::HasDecoration;
+        option->decorationSize = {16, 16};
+        option->icon = QIcon(pixmap);
+        option->icon.addPixmap(pixmap, QIcon::Selected); // styles tint it otherwise
+    }
+};
 
 bool isBoard(const ORVEX::API::layer_info &layer)
 {
@@ -174,6 +191,7 @@ LayerPanel::LayerPanel(QWidget *parent)
     header->setSectionResizeMode(Column::Type, QHeaderView::Stretch);
     header->setMinimumSectionSize(30);
     header->moveSection(Column::Eye, 0);
+    m_table->setItemDelegateForColumn(Column::Eye, new EyeDelegate(m_table));
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -359,7 +377,7 @@ void LayerPanel::updateRow(int at)
 {
     const Row &row = m_rows[std::size_t(at)];
     m_table->item(at, Column::Name)->setIcon(swatch(row.color));
-    m_table->item(at, Column::Eye)->setIcon(eye(row.shown, m_table->palette()));
+    m_table->item(at, Column::Eye)->setData(EyeDelegate::openRole, row.shown);
     m_table->item(at, Column::Eye)->setData(Qt::AccessibleTextRole, row.shown ? tr("shown") : tr("hidden"));
     m_table->item(at, Column::Opacity)->setText(tr("%1 %").arg(row.opacity));
 }

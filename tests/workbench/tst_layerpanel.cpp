@@ -6,6 +6,7 @@
 #include <QTableWidget>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -82,6 +83,46 @@ private slots:
         QTest::keyClick(table, Qt::Key_Down);
         QCOMPARE(shown(), QStringList{"inner"});
         QCOMPARE(QString::fromStdString(panel->currentLayer()->name), QString("inner"));
+    }
+
+    // Some systems mark the chosen row of a window in the background in a light color.
+    void theEyeOfTheChosenLayerIsSeen_data()
+    {
+        QTest::addColumn<bool>("isActive");
+        QTest::newRow("window in front") << true;
+        QTest::newRow("window in the background") << false;
+    }
+    void theEyeOfTheChosenLayerIsSeen()
+    {
+        QFETCH(const bool, isActive);
+        QPalette palette = table->palette();
+        palette.setColor(QPalette::Active, QPalette::Highlight, QColor(0, 0, 120));
+        palette.setColor(QPalette::Active, QPalette::HighlightedText, Qt::white);
+        palette.setColor(QPalette::Inactive, QPalette::Highlight, QColor(240, 240, 240));
+        palette.setColor(QPalette::Inactive, QPalette::HighlightedText, Qt::black);
+        table->setPalette(palette);
+        panel->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(panel.get()));
+        panel->chooseFirstCopper();
+        QWidget other;
+        if (!isActive) {
+            other.show();
+            other.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+        }
+        int row = 0;
+        while (!table->item(row, 0)->isSelected())
+            ++row;
+        const QImage eye =
+            table->viewport()->grab(QRect(placeOf(row, "") - QPoint(8, 8), QSize(16, 16))).toImage();
+        int darkest = 255, lightest = 0;
+        for (int y = 0; y < eye.height(); ++y) {
+            for (int x = 0; x < eye.width(); ++x) {
+                darkest = std::min(darkest, qGray(eye.pixel(x, y)));
+                lightest = std::max(lightest, qGray(eye.pixel(x, y)));
+            }
+        }
+        QVERIFY2(lightest - darkest > 120, qPrintable(QString("%1 to %2").arg(darkest).arg(lightest)));
     }
 
     void openEyesStayOpen()

@@ -414,7 +414,7 @@ void MainWindow::openJob(const QString &name)
     if (failure.empty()) {
         m_layers->showMatrix(name, steps, layers);
         LOG(INFO) << "opened the job " << name.toStdString() << ": " << layers.size() << " layers, "
-                  << names.size() << " steps";
+                  << names.size() << (names.size() == 1 ? " step" : " steps");
     } else {
         m_layers->showNothing(
             tr("The job's layers cannot be read:\n%1").arg(QString::fromStdString(failure)));

@@ -15,7 +15,7 @@ run_workbench() {
     local -a clean=(env -i "HOME=$scratch" LC_ALL=C.UTF-8 "XDG_RUNTIME_DIR=$scratch")
     (cd "$scratch/run" && "${clean[@]}" "$bin/workbench" --batch --verbose --jobs "$scratch/run/jobs" --out "$scratch/run/out" \
         "$sample") > "$log" 2>&1 || { cat "$log"; fail "the installed workbench ended with $?"; }
-    grep -q "^22 files, .*no failure" "$log" || { cat "$log"; fail "expected 22 exported files"; }
+    grep -q "^24 files, .*no failure" "$log" || { cat "$log"; fail "expected 24 exported files"; }
     grep -q "loaded the plug-in $(dirname "$bin")/" "$log" || { cat "$log"; fail "the plug-in is not that of the tree"; }
     ! grep -q "$build" "$log" || { grep "$build" "$log"; fail "the installed workbench uses the build folder"; }
     version=$("${clean[@]}" "$bin/workbench" --version)

@@ -128,7 +128,7 @@ private:
     // ---- painting
     void drawTo(Point end, Point offset);
     std::optional<Edge> edgeTo(Point end, Point offset);
-    Point singleQuadrantCenter(Point end, Point offset) const;
+    std::optional<Point> singleQuadrantCenter(Point end, Point offset) const;
     void stroke(const Edge &edge);
     void flash(Point at);
     void paint(std::uint32_t shape, GerberObjectKind kind, Point at, std::size_t line);
@@ -950,8 +950,8 @@ void Reader::flash(Point at)
     }
 }
 
-// G74: an arc of at most a quarter; the offsets have no sign.
-Point Reader::singleQuadrantCenter(Point end, Point offset) const
+// G74: an arc of at most a quarter; the offsets have no sign. Nothing for an arc that is a straight line.
+std::optional<Point> Reader::singleQuadrantCenter(Point end, Point offset) const
 {
     if (offset.x < 0.0 || offset.y < 0.0)
         fail("offsets I and J without a sign under G74");
@@ -965,8 +965,9 @@ Point Reader::singleQuadrantCenter(Point end, Point offset) const
             const Point from = m_position - center, to = end - center;
             const double turn = clockwise ? -cross(from, to) : cross(from, to);
             const double radius = std::max(length(from), slack);
-            // Rounded numbers make a quarter a little more than one.
-            if (turn < -slack * radius || dot(from, to) < -slack * radius)
+            // Rounded numbers make a quarter a little more than one. What turns the other way, however
+            // little, is no short arc but nearly a circle.
+            if (turn <= 0.0 || dot(from, to) < -slack * radius)
                 continue;
             const double difference = std::fabs(length(from) - length(to));
             if (difference <= slack && (!best || difference < bestDifference)) {
@@ -975,9 +976,12 @@ Point Reader::singleQuadrantCenter(Point end, Point offset) const
             }
         }
     }
+    // So short that rounding has taken its turn away.
+    if (!best && distance(m_position, end) <= slack)
+        return std::nullopt;
     if (!best)
         fail("an arc of at most a quarter under G74");
-    return *best;
+    return best;
 }
 
 // Nothing for an arc without length.
@@ -1000,7 +1004,13 @@ std::optional<Edge> Reader::edgeTo(Point end, Point offset)
     const EdgeKind kind = m_mode == Mode::Clockwise ? EdgeKind::ArcClockwise : EdgeKind::ArcCounterClockwise;
     if (m_position == end && (m_quadrants == 1 || offset == Point{}))
         return std::nullopt;
-    const Point center = m_quadrants == 1 ? singleQuadrantCenter(end, offset) : m_position + offset;
+    Point center = m_position + offset;
+    if (m_quadrants == 1) {
+        const std::optional<Point> found = singleQuadrantCenter(end, offset);
+        if (!found)
+            return Edge{end, {}, EdgeKind::Line};
+        center = *found;
+    }
     const double start = distance(m_position, center), stop = distance(end, center);
     if (!(start > 0.0) || !(stop > 0.0))
         fail("an arc about a centre that is none of its ends");

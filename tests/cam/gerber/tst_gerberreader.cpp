@@ -2,6 +2,7 @@
 #include "cam/base/error.h"
 #include "cam/gerber/gerberreader.h"
 #include "cam/model/selfcrossing.h"
+#include "cam/model/trigonometry.h"
 #include "cam/model/winding.h"
 #include "tests/cam/gerber/shapesampling.h"
 
@@ -51,6 +52,7 @@ private slots:
     void findsContoursThatCrossThemselves_data();
     void findsContoursThatCrossThemselves();
     void windingNumbersAreThoseOfFinePolygons();
+    void singleQuadrantArcsGoTheShortWay();
     void aFileThatIsNotThereIsNamed();
 };
 
@@ -136,6 +138,14 @@ void tst_GerberReader::paintsWhatTheFileSays_data()
          "1.41,1.41 0,0");
     body("single quadrant: equal ends draw a point",
          "G74*\n%ADD10C,1*%\nD10*\nX2000000Y0D02*\nG02*\nX2000000Y0I2000000J0D01*\n", "2.4,0", "0,0 -2,0");
+    // To the right of it, and to the left, clockwise and not: none runs around its centre.
+    for (const char *arc :
+         {"G02*\nX10000Y9997I20J3D01*\n", "G03*\nX10000Y9997I20J3D01*\n", "G02*\nX10000Y10002I20J2D01*\n",
+          "G03*\nX9999Y10001I15J16D01*\n", "G02*\nX10003Y10000I3J20D01*\n", "G03*\nX10001Y10000I0J20D01*\n"})
+        whole(("single quadrant, short: " + QByteArray(arc).simplified()).constData(),
+              "%FSLAX24Y24*%\n%MOIN*%\nG74*\n%ADD10C,0.0002*%\nD10*\nX10000Y10000D02*\n" + QByteArray(arc) +
+                  "M02*\n",
+              "25.4,25.4", "25.5016,25.4 25.2984,25.4 25.4,25.5016 25.4,25.2984 25.50,25.39 25.30,25.39");
     body("D01 holds on", "%ADD10C,1*%\nD10*\nX0Y0D02*\nX3000000D01*\nY3000000*\n", "3,2", "1,2");
     body("a stroke of no width makes no image", "%ADD10C,0*%\nD10*\nX0Y0D02*\nX5000000D01*\n", "", "2,0");
 
@@ -537,6 +547,47 @@ void tst_GerberReader::windingNumbersAreThoseOfFinePolygons()
         }
     }
     QVERIFY(judged > 10000);
+}
+
+// Of all sizes down to a few steps of the grid: none goes around the other way.
+void tst_GerberReader::singleQuadrantArcsGoTheShortWay()
+{
+    std::mt19937 random(11);
+    const auto any = [&random](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    for (int round = 0; round < 3000; ++round) {
+        const double radius = std::exp(any(1.5, 8.0)), first = any(0.0, 360.0);
+        const double turn = any(0.0, 1.0) < 0.5 ? any(0.0, 90.0) : any(0.0, std::min(90.0, 300.0 / radius));
+        const auto at = [&](double degrees) {
+            return cam::Point{std::round(radius * std::cos(degrees * cam::pi / 180.0)),
+                              std::round(radius * std::sin(degrees * cam::pi / 180.0))};
+        };
+        const bool clockwise = round % 2 == 0;
+        const Point from = at(first), to = at(clockwise ? first - turn : first + turn);
+        const QByteArray text = "%FSLAX46Y46*%\n%MOMM*%\nG74*\n%ADD10C,0.000001*%\nD10*\n" +
+                                QString("X%1Y%2D02*\n%3X%4Y%5I%6J%7D01*\nM02*\n")
+                                    .arg(int(from.x))
+                                    .arg(int(from.y))
+                                    .arg(clockwise ? "G02" : "G03")
+                                    .arg(int(to.x))
+                                    .arg(int(to.y))
+                                    .arg(std::abs(int(from.x)))
+                                    .arg(std::abs(int(from.y)))
+                                    .toLatin1();
+        try {
+            const GerberImage image = read(text);
+            QCOMPARE(image.strokes.size(), std::size_t(1));
+            const cam::Edge edge = image.strokes[0].edge;
+            const double swept = edge.kind == cam::EdgeKind::Line || from == to
+                                     ? 0.0
+                                     : std::fabs(cam::sweptDegrees(from, edge));
+            // Rounding turns an end by a step at most.
+            QVERIFY2(std::fabs(swept - turn) < 3.0 * 60.0 / radius + 0.01, text.constData());
+        } catch (const cam::Error &error) {
+            QFAIL((error.what() + text).constData());
+        }
+    }
 }
 
 void tst_GerberReader::aFileThatIsNotThereIsNamed()

@@ -1,10 +1,12 @@
 // Measures the view: how long the first picture of a layer takes, how long frames take while the view is
-// panned and zoomed, and how much memory that is. One process a layer; scripts/bench.sh view runs it.
+// panned and zoomed, how much memory that is, and how long it takes until a step can be searched. One process
+// a layer; scripts/bench.sh view runs it.
 //
 //   viewbench JOB STEP LAYER               the job's folder
 //   viewbench panel WORK JOB STEP LAYER    writes WORK/panel: a million features, the layer again and again
 #include "bench/export/panel.h"
 #include "drawing/layerscene.h"
+#include "workbench/search/searchpanel.h"
 #include "workbench/view/boardview.h"
 #include "workbench/view/scenestore.h"
 #include "workbench/view/stepsource.h"
@@ -12,6 +14,8 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QTimer>
 
 #include <algorithm>
@@ -19,6 +23,7 @@
 #include <cstdio>
 #include <ctime>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace {
@@ -60,6 +65,58 @@ void print(const char *what, std::vector<double> times)
                 times[times.size() / 2], times[times.size() * 95 / 100], times.back(), times.size());
 }
 
+// How long the event loop stands still while this lives: what a user would feel.
+class Pulse
+{
+public:
+    Pulse()
+    {
+        QObject::connect(&m_tick, &QTimer::timeout, [this] {
+            m_longest = std::max(m_longest, double(m_sinceTick.nsecsElapsed()) / 1e6);
+            m_sinceTick.start();
+        });
+        m_sinceTick.start();
+        m_tick.start(5);
+    }
+    double longest() const { return m_longest; } // milliseconds
+
+private:
+    QTimer m_tick;
+    QElapsedTimer m_sinceTick;
+    double m_longest = 0.0;
+};
+
+// From Ctrl+F until the step can be searched, and what it takes to list what a letter is in.
+void searchStep(const std::shared_ptr<StepSource> &source)
+{
+    const double before = megabytes("VmRSS:");
+    const double processorBefore = double(std::clock()) / CLOCKS_PER_SEC;
+    SearchPanel panel;
+    panel.resize(300, 700);
+    QElapsedTimer timer;
+    timer.start();
+    {
+        const Pulse pulse;
+        panel.setSource(source);
+        panel.show();
+        panel.start();
+        waitFor([&] { return !panel.isReading(); });
+        std::printf("search: ready after %.2f s, %.2f s of processor time; the user interface held for %.0f "
+                    "ms at most; %.0f MB more\n",
+                    double(timer.elapsed()) / 1e3, double(std::clock()) / CLOCKS_PER_SEC - processorBefore,
+                    pulse.longest(), megabytes("VmRSS:") - before);
+    }
+    const Pulse pulse;
+    auto *line = panel.findChild<QLineEdit *>();
+    for (const char letter : {'r', '1', '0', '*'}) {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QString(QChar(letter)));
+        QCoreApplication::sendEvent(line, &key);
+        timer.start();
+        waitFor([&] { return timer.elapsed() > 400; }); // longer than the pause before the list changes
+    }
+    std::printf("search: typing holds the user interface for %.0f ms at most\n", pulse.longest());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -82,22 +139,15 @@ int main(int argc, char **argv)
     QCoreApplication::processEvents();
     const double before = megabytes("VmRSS:");
 
-    QElapsedTimer timer, sinceTick;
+    QElapsedTimer timer;
     timer.start();
-    // How long the event loop stands still: what a user would feel.
-    double held = 0.0;
-    QTimer tick;
-    QObject::connect(&tick, &QTimer::timeout, [&] {
-        held = std::max(held, double(sinceTick.nsecsElapsed()) / 1e6);
-        sinceTick.start();
-    });
-    sinceTick.start();
-    tick.start(5);
+    auto pulse = std::make_unique<Pulse>();
     SceneStore store;
     ViewRow row;
     row.name = argv[3];
     row.color = QColor(255, 215, 0);
-    store.setStep(argv[1], argv[2], std::make_shared<StepSource>(argv[1], argv[2]));
+    const auto source = std::make_shared<StepSource>(argv[1], argv[2]);
+    store.setStep(argv[1], argv[2], source);
     store.want({row});
     waitFor([&] { return !store.isBusy(); });
     const std::shared_ptr<const drawing::Scene> scene = store.scene(row);
@@ -111,7 +161,8 @@ int main(int argc, char **argv)
     view.setScenes({{scene, row.color, 1.0}});
     waitFor([&] { return view.isDrawn(); });
     frame(view);
-    tick.stop();
+    const double held = pulse->longest();
+    pulse.reset();
     std::printf(
         "first picture: %.2f s, of these reading %.2f s; %.2f s of processor time; the user interface "
         "held for %.0f ms at most\n",
@@ -136,5 +187,6 @@ int main(int argc, char **argv)
         dynamic_cast<const drawing::LayerScene &>(*scene).image().top().features.order.size();
     std::printf("memory: %.0f MB with %zu features, %.0f MB before; most %.0f MB\n", megabytes("VmRSS:"),
                 features, before, megabytes("VmHWM:"));
+    searchStep(source);
     return 0;
 }

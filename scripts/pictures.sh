@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Takes the user guide's pictures into docs/pictures, or, with --all, pictures of every window in every language, dark, at
+# Takes the pictures of the documents into docs/pictures, or, with --all, pictures of every window in every language, dark, at
 # scale 2 and at 1024x600 into out/pictures, to be looked at.
 #
 #   scripts/pictures.sh [--all]
@@ -29,3 +29,15 @@ for name in workbench viewing inspecting measuring components searching print ex
     differences history log settings; do
     cp "$taken/$name.png" docs/pictures/
 done
+
+# How Windows draws the dialog, where scripts/windows.sh has made the program.
+windows=build/windows-mingw
+if [ ! -e $windows/bin/workbench.exe ]; then
+    echo "There is no $windows/bin/workbench.exe: export-dialog-windows.png stays as it is."
+    exit
+fi
+. scripts/windows/wine.sh
+FILE_PROCESS_TEST_WINDOWS=1 scripts/windows/run-under-wine.sh $windows/bin/workbench.exe --batch --format .gds \
+    --settings "$(windows_path "$taken/settings")" --jobs 'C:\jobs' --out 'C:\exported' --overwrite \
+    --screenshots "$(windows_path "$taken/windows")" "$(windows_path "$PWD/$windows/samples/beacon.tgz")"
+cp "$taken/windows/03-beacon-export-gds-done.png" docs/pictures/export-dialog-windows.png

@@ -90,32 +90,28 @@ void FileWriter::endFile()
 void FileWriter::finish()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    while (!m_queue.empty() || m_busy > 0) {
-        if (m_queue.empty()) {
-            m_released.wait(lock);
-            continue;
-        }
-        writeQueued(lock);
-    }
+    helpUntil(lock, [this] { return m_queue.empty() && m_busy == 0; });
     lock.unlock();
     throwError();
+}
+
+// Writes what is queued rather than wait for the thread that does.
+void FileWriter::helpUntil(std::unique_lock<std::mutex> &lock, const std::function<bool()> &isDone)
+{
+    while (!isDone()) {
+        if (m_queue.empty())
+            m_released.wait(lock);
+        else
+            writeQueued(lock);
+    }
 }
 
 void FileWriter::takeBuffer()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    for (;;) {
-        if (!m_freeBuffers.empty()) {
-            m_piece.buffer = std::move(m_freeBuffers.back());
-            m_freeBuffers.pop_back();
-            break;
-        }
-        if (m_queue.empty()) {
-            m_released.wait(lock);
-            continue;
-        }
-        writeQueued(lock);
-    }
+    helpUntil(lock, [this] { return !m_freeBuffers.empty(); });
+    m_piece.buffer = std::move(m_freeBuffers.back());
+    m_freeBuffers.pop_back();
     lock.unlock();
     throwError();
     m_piece.buffer.resize(bufferSize);

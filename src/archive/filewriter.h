@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <deque>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -44,6 +45,7 @@ private:
         std::size_t used = 0;
     };
 
+    void helpUntil(std::unique_lock<std::mutex> &lock, const std::function<bool()> &isDone);
     void takeBuffer();
     void queuePiece(bool isLast);
     void writeQueued(std::unique_lock<std::mutex> &lock);

@@ -52,6 +52,7 @@ private slots:
     void findsContoursThatCrossThemselves_data();
     void findsContoursThatCrossThemselves();
     void windingNumbersAreThoseOfFinePolygons();
+    void strokesOfBlocksAreTurnedWithThem();
     void singleQuadrantArcsGoTheShortWay();
     void aFileThatIsNotThereIsNamed();
 };
@@ -547,6 +548,21 @@ void tst_GerberReader::windingNumbersAreThoseOfFinePolygons()
         }
     }
     QVERIFY(judged > 10000);
+}
+
+// What the view shows as the stroke's middle line.
+void tst_GerberReader::strokesOfBlocksAreTurnedWithThem()
+{
+    const GerberImage image =
+        read(head + "%ADD10C,1*%\n%ABD12*%\nD10*\nX2000000Y0D02*\nG03*\nX0Y2000000I-2000000J0D01*\n%AB*%\n"
+                    "%LMX*%\n%LS3*%\nD12*\nX50000000Y0D03*\nX90000000D03*\nM02*\n");
+    QCOMPARE(image.objects.size(), std::size_t(2));
+    QCOMPARE(image.objects[0].stroke, image.objects[1].stroke);
+    const cam::GerberStroke &stroke = image.strokes[image.objects[0].stroke];
+    QCOMPARE(stroke.width, 3e6);
+    QVERIFY(stroke.from == Point({-6e6, 0.0}) && stroke.edge.end == Point({0.0, 6e6}));
+    QVERIFY(stroke.edge.kind == cam::EdgeKind::ArcClockwise && stroke.edge.center == Point({0.0, 0.0}));
+    QVERIFY(image.objects[1].at == Point({90e6, 0.0}));
 }
 
 // Of all sizes down to a few steps of the grid: none goes around the other way.

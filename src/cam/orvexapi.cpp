@@ -41,8 +41,10 @@ std::filesystem::path findOnlyJob(const std::string &job)
 
 void logNote(const cam::ExportNote &note, const std::string &layer)
 {
+    if (note.kind == cam::ExportNote::Kind::Expected)
+        LOG(INFO) << "layer_export " << layer << ": " << note.text;
     // Nothing is wrong with a reading, but whoever compares pictures should know.
-    if (note.kind == cam::ExportNote::Kind::Reading)
+    else if (note.kind == cam::ExportNote::Kind::Reading)
         LOG(WARNING) << "layer_export " << layer << ": " << note.text;
     else
         LOG(ERROR) << "layer_export " << layer << ": " << note.text;

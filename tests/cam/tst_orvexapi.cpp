@@ -181,6 +181,20 @@ private slots:
         QVERIFY(board.files().isEmpty());
     }
 
+    // Nearly every job has such layers: a warning for each would hide those that matter.
+    void componentLayerIsEmptyWithoutAWarning()
+    {
+        Board board;
+        board.write("matrix/matrix", "LAYER {\nROW=1\nCONTEXT=BOARD\nTYPE=COMPONENT\nNAME=PARTS\n}\n");
+        board.write("steps/pcb/layers/parts/components", "");
+        board.call.layer = "parts";
+        LogCapture log;
+        QVERIFY(board.call.run());
+        QVERIFY(logSays(log, "it is empty as layers of its type may be"));
+        for (const LogLine &line : log.lines())
+            QVERIFY2(line.severity == google::GLOG_INFO, line.message.c_str());
+    }
+
     void gerberIsWrittenForTheOtherFormat()
     {
         Board board;

@@ -39,6 +39,8 @@ void passOn(const ReadingNotes &found, const std::function<void(const ExportNote
         note({ExportNote::Kind::Simplified, counted(entry, "drawn in a simpler form")});
     for (const auto &entry : found.readings)
         note({ExportNote::Kind::Reading, entry.first});
+    for (const auto &entry : found.expected)
+        note({ExportNote::Kind::Expected, entry.first});
     for (const auto &entry : found.unsupported)
         note({ExportNote::Kind::Unsupported, counted(entry, "not supported: nothing is exported")});
 }

@@ -16,6 +16,7 @@ enum class FileFormat { Gds, Gerber };
 struct ExportNote
 {
     enum class Kind {
+        Expected,   // the rule for a layer of that type
         Reading,    // descriptions of ODB++ leave room here: how it was read
         Simplified, // drawn in a simpler form
         Unsupported // cannot be drawn: nothing is exported

@@ -217,9 +217,10 @@ void LayerReader::readTools(const fs::path &layerFolder)
 void LayerReader::noteEmptiness()
 {
     if (m_layerFolders == 0)
-        ++m_notes.readings["no step has a folder for it, it is empty"];
+        ++(m_layer.hasFeatures() ? m_notes.readings
+                                 : m_notes.expected)["no step has a folder for it, it is empty"];
     else if (m_foldersWithoutFeatures == m_layerFolders)
-        ++m_notes.readings["it has no features file, it is empty as layers of its type may be"];
+        ++m_notes.expected["it has no features file, it is empty as layers of its type may be"];
 }
 
 // A standard name always means the standard symbol; the job's own symbols are looked for behind it. Only a

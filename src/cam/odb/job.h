@@ -18,6 +18,7 @@ struct ReadingNotes
     std::map<std::string, std::size_t> unsupported;
     std::map<std::string, std::size_t> simplified;
     std::map<std::string, std::size_t> readings; // the name says how it was read
+    std::map<std::string, std::size_t> expected; // likewise, of what is the rule for layers of that type
 };
 
 class Job

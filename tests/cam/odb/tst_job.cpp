@@ -267,7 +267,13 @@ private slots:
         folder.write("steps/pcb/layers/top/components", "");
         ReadingNotes notes;
         QVERIFY(Job(folder.path()).readLayer("pcb", "top", notes).top().features.isEmpty());
-        QCOMPARE(notes.readings.size(), std::size_t(1)); // one log line
+        QCOMPARE(notes.expected.size(), std::size_t(1)); // one log line, which is no warning
+        QCOMPARE(notes.readings.size(), std::size_t(0));
+        QVERIFY(std::filesystem::remove_all(folder.path() / "steps/pcb/layers") > 0);
+        ReadingNotes withoutFolder;
+        QVERIFY(Job(folder.path()).readLayer("pcb", "top", withoutFolder).top().features.isEmpty());
+        QCOMPARE(withoutFolder.expected.size(), std::size_t(1));
+        QCOMPARE(withoutFolder.readings.size(), std::size_t(0));
     }
 
     void flippedStepIsRefusedByName()

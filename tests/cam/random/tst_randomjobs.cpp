@@ -8,6 +8,7 @@
 #include "cam/gerber/gerberwriter.h"
 #include "cam/odb/job.h"
 #include "cam/verify/verification.h"
+#include "tests/support/seedrange.h"
 #include "tests/support/temporaryworkingfolder.h"
 
 #include <QtTest>
@@ -102,12 +103,7 @@ void tst_RandomJobs::addRows(std::vector<unsigned> seeds)
 {
     QTest::addColumn<unsigned>("seed");
     QTest::addColumn<bool>("isGerber");
-    if (const QStringList range = qEnvironmentVariable("FILE_PROCESS_SEEDS").split('-'); range.size() == 2) {
-        seeds.clear();
-        for (unsigned seed = range[0].toUInt(); seed <= range[1].toUInt(); ++seed)
-            seeds.push_back(seed);
-    }
-    for (const unsigned seed : seeds) {
+    for (const unsigned seed : seedsOr(std::move(seeds))) {
         QTest::newRow(qPrintable(QString("%1 Gerber").arg(seed))) << seed << true;
         QTest::newRow(qPrintable(QString("%1 GDSII").arg(seed))) << seed << false;
     }

@@ -301,6 +301,8 @@ void ViewCommands::print()
         return;
     const QString failure =
         printView(board, *m_printer, pageLayout(board, *m_printer, dialog.factor()), dialog.title());
-    if (!failure.isEmpty())
-        emit fileFailed(m_printer->outputFileName(), failure);
+    if (failure.isEmpty())
+        return;
+    emit fileFailed(m_printer->outputFileName(), failure);
+    m_printer.reset(); // Qt may take one that has failed for still printing
 }

@@ -336,9 +336,10 @@ void Diff::print() const
     using Status = LayerDifference::Status;
     QVector<Row> rows{
         {m_before.isFile() ? "files" : "layer", "result", "removed mm2", "added mm2", "places", ""}};
-    int differences = 0;
+    int differences = 0, failures = 0;
     for (const LayerDifference &layer : m_layers) {
-        differences += layer.status != Status::Same;
+        failures += layer.status == Status::Failed;
+        differences += layer.status != Status::Same && layer.status != Status::Failed;
         Row row{m_before.isFile() ? "A, B" : layer.layer, statusWords[int(layer.status)]};
         if (layer.status == Status::Same || layer.status == Status::Different)
             row << QString::number(layer.found.missingArea) << QString::number(layer.found.extraArea)
@@ -364,12 +365,15 @@ void Diff::print() const
                     .arg(layer.layer, counted(qint64(found.placesInAll - found.places.size()), "more place"))
                     .trimmed());
     }
-    const QString what =
-        m_before.isFile()
-            ? QString("the files %1").arg(differences ? "differ" : "are the same")
-            : QString("%1 of %2 %3")
-                  .arg(differences)
-                  .arg(counted(int(m_layers.size()), "layer"), differences == 1 ? "differs" : "differ");
+    QString what = m_before.isFile() ? QString("the files %1").arg(differences ? "differ" : "are the same")
+                                     : QString("%1 of %2 %3")
+                                           .arg(differences)
+                                           .arg(counted(int(m_layers.size()), "layer"),
+                                                differences == 1 ? "differs" : "differ");
+    if (failures > 0 && m_before.isFile())
+        what = "the files were not compared";
+    else if (failures > 0)
+        what += QString(", %1 not compared").arg(failures);
     m_console.result(QString("%1, %2 s").arg(what).arg(m_seconds, 0, 'f', 2));
 }
 

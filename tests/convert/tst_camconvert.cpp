@@ -791,6 +791,8 @@ private slots:
         const Ran cut = program.run({"diff", "o/board/top.gds", "cut.gds"});
         QCOMPARE(cut.code, 1);
         QVERIFY2(cut.errors.contains("cut.gds"), qPrintable(cut.errors));
+        QVERIFY2(cut.output.contains("the files were not compared, "), qPrintable(cut.output));
+        QVERIFY2(!cut.output.contains("differ"), qPrintable(cut.output));
     }
 
     void diffComparesDrillFiles()
